@@ -1,0 +1,28 @@
+#pragma once
+/// \file
+/// The random generator of the process, random permutations, and the walk over subsets.
+
+#include <gsl/gsl_rng.h>
+
+/// The one generator (Mersenne Twister, Matsumoto and Nishimura 1998); null until seeded.
+extern gsl_rng* r;
+
+/// Makes and seeds the generator, releasing the former one, and seeds rand too.
+void InitRndNumberGenerator(unsigned long seed);
+
+/// list becomes a random permutation of 1 to n (forward Fisher-Yates, n - 1 draws).
+void RndList(int n, int* list);
+
+/// Shuffles the n values that list holds.
+void RndListSpecified(int n, int* list);
+
+/// Permutes among themselves the indices (from 1) of the places where mask is true; other places
+/// keep their value.
+void RndListSelect(int n, int* list, const bool* mask);
+
+/// list becomes a permutation of 1 to n that keeps each index within its group (type 1).
+void RndListNestedNew(int n, const int* groups, int type, int* list);
+
+/// The next subset of k out of n in lexicographic order: the members first, ascending, then the
+/// others. `first` starts the walk; the caller asks exactly C(n, k) times.
+void PermuteArray(int n, int k, int* array, bool first);

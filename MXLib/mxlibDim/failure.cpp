@@ -1,0 +1,25 @@
+#include "mxlibDim/failure.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+ProcessEndings processEndings;
+
+void RaiseError(int code) {
+    throw RaisedError{code};
+}
+
+void EndProgram(int status) {
+    if (processEndings.end != nullptr) processEndings.end(status);
+    std::exit(status);
+}
+
+void RestForever() {
+    std::fflush(stdout);
+    for (;;) {
+        if (processEndings.rest != nullptr) processEndings.rest();
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+    }
+}

@@ -1,0 +1,22 @@
+#pragma once
+/// \file
+/// Start-up, the menu tree and the session loop.
+
+/// Starts the system and the main menu; the process ends in there.
+[[noreturn]] void mainInit();
+
+/// The main menu, until X ends the process.
+[[noreturn]] void MainMenu();
+
+/// One session, from the opening of its files to its closing: the catch point of what it calls.
+void IFSession();
+
+/// Prints a screen heading of 70 columns.
+void Menu(const char* title);
+
+/// The screen DATA FOR SESSION: 0 when the session now has data, 1 when the user left without.
+int SetFormda();
+
+/// Runs `body`, a part of the program that may raise errors, and acts on a code that it raises:
+/// message, bell, wait, exit(1); kBackToMainMenu returns after a wait.
+void RunWithCatchPoint(void (*body)());

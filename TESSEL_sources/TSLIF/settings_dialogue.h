@@ -1,0 +1,16 @@
+#pragma once
+/// \file
+/// Dialogue of the functional analysis, shared with the trait ranking (optmain 75) and the
+/// simulation.
+
+/// The community menu's entry H: settings, analysis, track file.
+void IFHierarchicalAccum();
+
+/// Asks the settings of an analysis and stores them in TSLGLOB/settings.h.
+void SettingsHierarchy();
+
+/// Asks for the resemblance between communities and stores it in rese_opt.
+void SettingsRese();
+
+/// Prints the menu of resemblance functions and reads the option.
+void SettingReseFunction(int* option);

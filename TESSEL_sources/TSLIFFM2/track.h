@@ -1,0 +1,11 @@
+#pragma once
+/// \file
+/// The track file: the session's memory of its data file and of the last analysis.
+
+/// Writes the track file: its first two lines, or with `full` the whole record. Raises
+/// kFailedOpening.
+void WriteTrack(char full);
+
+/// Reads it. A file of two lines, or of another version, leaves everything but whichFormda as it
+/// is. Raises kFailedOpening and kEndOfFile. Returns 1.
+int ReadTrack();

@@ -1,0 +1,5 @@
+#include "TSLIF/menus.h"
+
+int main() {
+    mainInit();
+}

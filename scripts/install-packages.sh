@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Installs the packages that the named purposes need and that are missing, on Debian and Ubuntu;
+# on another system it names them.
+#   scripts/install-packages.sh build         compiler, CMake, GSL
+#   scripts/install-packages.sh build test    and GoogleTest, Google Benchmark
+#   scripts/install-packages.sh build fuzz    and clang with its fuzzer runtime
+#   scripts/install-packages.sh lint          clang-format, clang-tidy
+set -euo pipefail
+
+packages=()
+for purpose in "$@"; do
+  case "$purpose" in
+    build) packages+=(g++ make cmake libgsl-dev) ;;
+    test) packages+=(libgtest-dev libbenchmark-dev) ;;
+    fuzz) packages+=(clang llvm) ;;
+    lint) packages+=(clang-format clang-tidy) ;;
+    *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
+  esac
+done
+
+if ! command -v apt-get >/dev/null 2>&1; then
+  echo "This system has no apt-get. TESSEL needs, by their Debian names: ${packages[*]}" >&2
+  echo "(a C++20 compiler, CMake 3.22 or later, the GNU Scientific Library; for the tests" >&2
+  echo "GoogleTest and Google Benchmark). Going on with what is there." >&2
+  exit 0
+fi
+
+installed() { [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+
+missing=()
+for package in "${packages[@]}"; do
+  installed "$package" || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null 2>&1; then
+    echo "Please install these packages as root: apt-get install ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo)
+fi
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,61 @@
+#include "support/run_program.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <regex>
+#include <thread>
+
+namespace {
+
+[[noreturn]] void BecomeProgram(const TempFolder& folder, const TempFolder& streams) {
+    const int in = open(streams.File("in").c_str(), O_RDONLY);
+    const int out = open(streams.File("out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    const int err = open(streams.File("err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    dup2(in, 0);
+    dup2(out, 1);
+    dup2(err, 2);
+    if (chdir(folder.path().c_str()) != 0) _exit(127);
+    execl(TESSEL_PROGRAM, TESSEL_PROGRAM, static_cast<char*>(nullptr));
+    _exit(127);
+}
+
+}  // namespace
+
+ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, double seconds) {
+    TempFolder streams;
+    streams.Write("in", answers);
+    const pid_t child = fork();
+    if (child == 0) BecomeProgram(folder, streams);
+    ProgramRun run;
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    int status = 0;
+    while (waitpid(child, &status, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > limit) {
+            run.timedOut = true;
+            // An orderly stop first, so that buffered output is lost as it would be for a user.
+            kill(child, SIGTERM);
+            waitpid(child, &status, 0);
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    if (!run.timedOut && WIFEXITED(status)) run.status = WEXITSTATUS(status);
+    if (!run.timedOut && WIFSIGNALED(status)) run.signal = WTERMSIG(status);
+    run.out = streams.Read("out");
+    run.err = streams.Read("err");
+    return run;
+}
+
+std::string Masked(const std::string& text) {
+    static const std::regex stamp(
+        "(Mon|Tue|Wed|Thu|Fri|Sat|Sun) [A-Z][a-z]{2} [ 0-9]{2} [0-9:]{8} [0-9]{4}");
+    static const std::regex elapsed("Elapsed time for the test\\(s\\): [-+.0-9e]+ seconds");
+    static const std::regex progress("\b*[^\b]{80}(?=\b{80})");
+    std::string masked = std::regex_replace(text, stamp, "<time>");
+    masked = std::regex_replace(masked, elapsed, "Elapsed time for the test(s): <n> seconds");
+    return std::regex_replace(masked, progress, "");
+}

@@ -1,0 +1,22 @@
+#pragma once
+/// \file
+/// The built program as a user runs it: keystrokes in, screen and files out, with a time limit.
+
+#include <string>
+
+#include "support/temp_folder.h"
+
+struct ProgramRun {
+    std::string out;
+    std::string err;
+    int status = -1;        ///< exit status; -1 when it did not exit by itself
+    bool timedOut = false;  ///< it was stopped at the time limit
+    int signal = 0;         ///< signal that ended it, other than the time limit's
+};
+
+/// Runs the program in `folder` with `answers` on its standard input.
+ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, double seconds = 60);
+
+/// The text with what changes from run to run masked: time stamps, elapsed times, the progress
+/// line and the backspaces that take it off the screen.
+std::string Masked(const std::string& text);
