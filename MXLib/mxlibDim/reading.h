@@ -60,6 +60,11 @@ int ScanChar(FILE* stream, const char* accepted, const char* name);
 double ScanNumber(FILE* stream, const char* name, const char* accepted, double lower = 0.0,
                   double upper = 0.0);
 
+/// The same, telling the end of the stream: false, `number` untouched, when the null form meets it.
+/// A file is closed then and must not be read again.
+bool ScanNumberOrEnd(FILE* stream, const char* name, const char* accepted, double lower,
+                     double upper, double* number);
+
 /// Reads one blank-delimited word, cut to `length` characters (room for length + 1). `accepted`
 /// (may be null): alternatives separated by "/", compared with or without regard to case. Returns
 /// the destination, or null at the end of the stream and, after a complaint, for a word that is not

@@ -1,0 +1,263 @@
+#include "mxlibDim/reading.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cctype>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "mxlibDim/failure.h"
+#include "mxlibDim/text.h"
+
+namespace {
+
+constexpr int kBell = 7;
+
+bool inputFinished = false;
+
+void RingBell() {
+    std::fputc(kBell, stdout);
+}
+
+/// Makes the prompt visible; false when the stream must not be read any more.
+bool ReadyToRead(FILE* stream) {
+    if (stream != stdin) return true;
+    std::fflush(stdout);
+    return !inputFinished;
+}
+
+int NextCharacter(FILE* stream) {
+    return ReadyToRead(stream) ? std::fgetc(stream) : EOF;
+}
+
+/// The next character that is not white space, or EOF.
+int NextNonBlank(FILE* stream) {
+    int c = NextCharacter(stream);
+    while (c != EOF && std::isspace(c)) c = NextCharacter(stream);
+    return c;
+}
+
+[[noreturn]] void FailAtEnd(FILE* stream, const char* name) {
+    EndStream(stream);
+    std::fprintf(stderr, "\nfile %s ", name);
+    RingBell();
+    RaiseError(kEndOfFile);
+}
+
+/// One fscanf of one field. An integer beyond the range of int takes the range's end.
+int ReadField(FILE* stream, const char* format, void* destination) {
+    if (!ReadyToRead(stream)) return EOF;
+    if (std::strcmp(format, "%d") != 0) return std::fscanf(stream, format, destination);
+    long long number = 0;
+    const int fields = std::fscanf(stream, "%lld", &number);
+    if (fields == 1) {
+        if (number > INT_MAX) number = INT_MAX;
+        if (number < INT_MIN) number = INT_MIN;
+        *static_cast<int*>(destination) = static_cast<int>(number);
+    }
+    return fields;
+}
+
+/// What freadck1 does at the end of a stream.
+int TellEnd(FILE* stream, const char* name) {
+    EndStream(stream);
+    std::fprintf(stderr, "\nEnd of file %s\n", name);
+    RingBell();
+    return 0;
+}
+
+/// Reads one blank-delimited word; false at the end of the stream.
+bool ReadWord(FILE* stream, char* destination, int length) {
+    int c = NextNonBlank(stream);
+    if (c == EOF) return false;
+    int stored = 0;
+    for (; c != EOF && !std::isspace(c); c = NextCharacter(stream))
+        if (stored < length) destination[stored++] = static_cast<char>(c);
+    if (c != EOF) std::ungetc(c, stream);
+    destination[stored] = '\0';
+    return true;
+}
+
+bool EndsField(int c, bool tabEndsField) {
+    return c == '\n' || c == '\r' || (tabEndsField && c == '\t');
+}
+
+/// freadlineck and freadlineckTEMP: they differ in what a tab does.
+void ReadLineField(FILE* stream, int n, char* destination, const char* name, bool tabEndsField) {
+    int c = NextCharacter(stream);
+    while (c == ' ' || c == '\t' || c == '\n' || c == '\r') c = NextCharacter(stream);
+    if (c != EOF) std::ungetc(c, stream);
+    destination[0] = '\0';
+    if (n <= 0) return;
+    if (c == EOF) FailAtEnd(stream, name);
+    int stored = 0;
+    while (stored < n) {
+        c = NextCharacter(stream);
+        if (c == EOF || EndsField(c, tabEndsField)) break;
+        destination[stored++] = c == '\t' ? ' ' : static_cast<char>(c);
+    }
+    destination[stored] = '\0';
+}
+
+bool IsListed(const char* accepted, double number) {
+    const char* rest = accepted;
+    for (;;) {
+        char* end = nullptr;
+        const double entry = std::strtod(rest, &end);
+        if (end == rest) return false;
+        if (number == entry) return true;
+        rest = end;
+    }
+}
+
+}  // namespace
+
+FILE* fopenck(const char* name, const char* prefix, const char* mode) {
+    const std::string fullName = std::string(prefix != nullptr ? prefix : "") + name;
+    FILE* stream = std::fopen(fullName.c_str(), mode);
+    struct stat status;
+    // A folder opens for reading like a file, and only the first read fails.
+    if (stream != nullptr && fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) {
+        std::fclose(stream);
+        stream = nullptr;
+    }
+    if (stream == nullptr) {
+        std::fprintf(stderr, "\ncan't open %s \n", fullName.c_str());
+        RingBell();
+    }
+    return stream;
+}
+
+void SetInputFinished(bool finished) {
+    inputFinished = finished;
+}
+
+bool InputFinished() {
+    return inputFinished;
+}
+
+void EndStream(FILE* stream) {
+    if (stream == stdin)
+        inputFinished = true;
+    else
+        std::fclose(stream);
+}
+
+void freadck(FILE* stream, const char* format, void* destination, const char* name) {
+    if (ReadField(stream, format, destination) < 1) FailAtEnd(stream, name);
+}
+
+int freadck1(FILE* stream, const char* format, void* destination, const char* name) {
+    for (;;) {
+        const int fields = ReadField(stream, format, destination);
+        if (fields > 0) return 1;
+        if (fields == EOF || NextCharacter(stream) == EOF) return TellEnd(stream, name);
+    }
+}
+
+void freadckWord(FILE* stream, char* destination, int length, const char* name) {
+    if (!ReadWord(stream, destination, length)) FailAtEnd(stream, name);
+}
+
+int freadck1Word(FILE* stream, char* destination, int length, const char* name) {
+    return ReadWord(stream, destination, length) ? 1 : TellEnd(stream, name);
+}
+
+void freadlineck(FILE* stream, int n, char* destination, const char* name) {
+    ReadLineField(stream, n, destination, name, true);
+}
+
+void freadlineckTEMP(FILE* stream, int n, char* destination, const char* name) {
+    ReadLineField(stream, n, destination, name, false);
+}
+
+int ScanChar(FILE* stream, const char* accepted, const char* name) {
+    const bool anyCharacter = accepted == nullptr || *accepted == '\0';
+    for (;;) {
+        int c = NextCharacter(stream);
+        if (c == EOF) {
+            EndStream(stream);
+            std::fprintf(stderr, "\nfile %s ", name);
+            RaiseError(kEndOfFile);
+        }
+        c = std::tolower(c);
+        if (anyCharacter) {
+            if (c != '\t' && c != '\n' && c != ' ') return c;
+            continue;
+        }
+        if (c == ' ' || std::iscntrl(c)) continue;
+        for (const char* entry = accepted; *entry != '\0'; entry++)
+            if (c == std::tolower(static_cast<unsigned char>(*entry))) return c;
+        RingBell();
+        std::fprintf(stderr, "\nIncorrect input = %c. Reenter.\n", c);
+        std::fprintf(stderr, "Accepted input: %s\n", accepted);
+    }
+}
+
+bool ScanNumberOrEnd(FILE* stream, const char* name, const char* accepted, double lower,
+                     double upper, double* number) {
+    if (accepted == nullptr) return freadck1(stream, "%lf", number, name) == 1;
+    const bool isRange = *accepted == '-';
+    for (;;) {
+        if (freadck1(stream, "%lf", number, name) == 0) {
+            RingBell();
+            RestForever();
+        }
+        if (*accepted == '\0') return true;
+        if (isRange ? *number >= lower && *number <= upper : IsListed(accepted, *number))
+            return true;
+        RingBell();
+        std::fprintf(stderr, "\nIncorrect input = %g. Reenter.\n", *number);
+        if (isRange)
+            std::fprintf(stderr, "Accepted input: %g to %g\n", lower, upper);
+        else
+            std::fprintf(stderr, "Accepted input: %s\n", accepted);
+    }
+}
+
+double ScanNumber(FILE* stream, const char* name, const char* accepted, double lower,
+                  double upper) {
+    constexpr double kUnread = -999.0;
+    double number = kUnread;
+    return ScanNumberOrEnd(stream, name, accepted, lower, upper, &number) ? number : kUnread;
+}
+
+char* ScanString(FILE* stream, int length, char* destination, const char* accepted,
+                 int caseSensitive, const char* name) {
+    if (freadck1Word(stream, destination, length, name) == 0) return nullptr;
+    if (accepted == nullptr || *accepted == '\0') return destination;
+    const std::string list = accepted;
+    for (std::size_t start = 0; start <= list.size();) {
+        const std::size_t end = std::min(list.find('/', start), list.size());
+        const std::string alternative = list.substr(start, end - start);
+        const int difference = caseSensitive != 0 ? std::strcmp(destination, alternative.c_str())
+                                                  : StrCmp(destination, alternative.c_str());
+        if (difference == 0) return destination;
+        start = end + 1;
+    }
+    RingBell();
+    std::fprintf(stderr, "\nIncorrect input = %s. Reenter.\n", destination);
+    std::fprintf(stderr, "Accepted input: %s\n", accepted);
+    destination[0] = '\0';
+    return nullptr;
+}
+
+int TruncateToInt(double number) {
+    if (std::isnan(number)) return 0;
+    if (number >= INT_MAX) return INT_MAX;
+    if (number <= INT_MIN) return INT_MIN;
+    return static_cast<int>(number);
+}
+
+void Wait() {
+    int c = NextCharacter(stdin);
+    while (c != EOF && !std::iscntrl(c)) c = NextCharacter(stdin);
+    if (c == EOF)
+        EndStream(stdin);
+    else
+        std::ungetc(c, stdin);
+}
