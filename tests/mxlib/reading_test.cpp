@@ -1,0 +1,184 @@
+#include "mxlibDim/reading.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "mxlibDim/dim.h"
+#include "mxlibDim/failure.h"
+#include "support/console.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+FILE* FileWith(const TempFolder& folder, const std::string& content) {
+    folder.Write("f", content);
+    return std::fopen(folder.File("f").c_str(), "r");
+}
+
+TEST(Dim, TablesAreZeroedAndReleaseWithTheirSizes) {
+    double** matrix = dim2Double(2, 3);
+    EXPECT_EQ(matrix[1][2], 0.0);
+    matrix[0][0] = 1.0;
+    swap(matrix, 0, 1);
+    EXPECT_EQ(matrix[1][0], 1.0);
+    free2D(matrix, 2);
+    free2D(dim2Dint(0, 5), 0);
+    free3D(dim3Dfloat(2, 0, 4), 2, 0);
+    free1D(dim1D(8, -3));
+}
+
+TEST(Opening, MissingFilesAndFoldersAreReportedWithTheirFullName) {
+    TempFolder folder;
+    const std::string prefix = folder.path().string() + "/";
+    ConsoleRun run = WithConsole("", [&](FILE*) {
+        EXPECT_EQ(fopenck("absent", prefix.c_str(), "r"), nullptr);
+        EXPECT_EQ(fopenck(".", prefix.c_str(), "r"), nullptr);
+    });
+    EXPECT_EQ(run.err, "\ncan't open " + prefix + "absent \n\ncan't open " + prefix + ". \n");
+    EXPECT_EQ(run.out, "\a\a");
+}
+
+TEST(Reading, NumbersAreFoundAmongWords) {
+    TempFolder folder;
+    FILE* file = FileWith(folder, "trait\theight 1.5e1,abc-2 x9y\n");
+    double a = 0, b = 0, c = 0, d = 7;
+    ConsoleRun run = WithConsole("", [&](FILE*) {
+        EXPECT_EQ(freadck1(file, "%lf", &a, "f"), 1);
+        EXPECT_EQ(freadck1(file, "%lf", &b, "f"), 1);
+        EXPECT_EQ(freadck1(file, "%lf", &c, "f"), 1);
+        EXPECT_EQ(freadck1(file, "%lf", &d, "f"), 0);
+    });
+    EXPECT_EQ(a, 15.0);
+    EXPECT_EQ(b, -2.0);
+    EXPECT_EQ(c, 9.0);
+    EXPECT_EQ(d, 7.0);
+    EXPECT_EQ(run.err, "\nEnd of file f\n");
+    EXPECT_EQ(run.out, "\a");
+}
+
+TEST(Reading, AFieldThatDoesNotConvertRaisesEndOfFile) {
+    TempFolder folder;
+    FILE* file = FileWith(folder, "12 99999999999 word");
+    int a = 0, b = 0, c = 0;
+    ConsoleRun run = WithConsole("", [&](FILE*) {
+        freadck(file, "%d", &a, "f");
+        freadck(file, "%d", &b, "f");
+        freadck(file, "%d", &c, "f");
+    });
+    EXPECT_EQ(a, 12);
+    EXPECT_EQ(b, 2147483647);
+    EXPECT_EQ(run.raised, kEndOfFile);
+    EXPECT_EQ(run.err, "\nfile f ");
+}
+
+TEST(Reading, FieldsEndAtTabsLineEndsAndTheirLimit) {
+    TempFolder folder;
+    FILE* file = FileWith(folder, " \r\n  two words\tnext\nspecies\tname\r\nabcdefgh");
+    char text[20];
+    freadlineck(file, 19, text, "f");
+    EXPECT_STREQ(text, "two words");
+    freadlineck(file, 19, text, "f");
+    EXPECT_STREQ(text, "next");
+    freadlineckTEMP(file, 19, text, "f");
+    EXPECT_STREQ(text, "species name");
+    freadlineck(file, 5, text, "f");
+    EXPECT_STREQ(text, "abcde");
+    freadlineck(file, 19, text, "f");
+    EXPECT_STREQ(text, "fgh");
+    freadlineck(file, 0, text, "f");
+    EXPECT_STREQ(text, "");
+    ConsoleRun run = WithConsole("", [&](FILE*) { freadlineck(file, 19, text, "f"); });
+    EXPECT_EQ(run.raised, kEndOfFile);
+    EXPECT_EQ(run.err, "\nfile f ");
+}
+
+TEST(Reading, LongWordsAreCutAndNothingOfThemIsLeft) {
+    TempFolder folder;
+    FILE* file = FileWith(folder, "abcdefghijklmnop next");
+    char text[11];
+    freadckWord(file, text, 10, "f");
+    EXPECT_STREQ(text, "abcdefghij");
+    EXPECT_EQ(freadck1Word(file, text, 10, "f"), 1);
+    EXPECT_STREQ(text, "next");
+    std::fclose(file);
+}
+
+TEST(Prompts, LettersComplainOncePerWrongLetter) {
+    int letter = 0, any = 0;
+    ConsoleRun run = WithConsole("\n q1 \tN\n\n\t Z", [&](FILE* input) {
+        letter = ScanChar(input, "n O", "input");
+        any = ScanChar(input, nullptr, "input");
+    });
+    EXPECT_EQ(letter, 'n');
+    EXPECT_EQ(any, 'z');
+    EXPECT_EQ(run.err,
+              "\nIncorrect input = q. Reenter.\nAccepted input: n O\n"
+              "\nIncorrect input = 1. Reenter.\nAccepted input: n O\n");
+    EXPECT_EQ(run.out, "\a\a");
+}
+
+TEST(Prompts, NumbersFollowTheAcceptedList) {
+    double listed = 0, ranged = 0, any = 0, unchecked = 0;
+    ConsoleRun run = WithConsole("2.5 abc 2.0\n0 nan 1\n-7.25 1e3", [&](FILE* input) {
+        listed = ScanNumber(input, "input", "1 2 3");
+        ranged = ScanNumber(input, "input", "-", 1.0, 2147483647.0);
+        any = ScanNumber(input, "input", "");
+        unchecked = ScanNumber(input, "input", nullptr);
+    });
+    EXPECT_EQ(listed, 2.0);
+    EXPECT_EQ(ranged, 1.0);
+    EXPECT_EQ(any, -7.25);
+    EXPECT_EQ(unchecked, 1000.0);
+    EXPECT_EQ(run.err,
+              "\nIncorrect input = 2.5. Reenter.\nAccepted input: 1 2 3\n"
+              "\nIncorrect input = 0. Reenter.\nAccepted input: 1 to 2.14748e+09\n"
+              "\nIncorrect input = nan. Reenter.\nAccepted input: 1 to 2.14748e+09\n");
+}
+
+TEST(Prompts, WordsFollowTheAcceptedAlternatives) {
+    char text[6];
+    ConsoleRun run = WithConsole("LONGWORD beta gamma", [&](FILE* input) {
+        EXPECT_STREQ(ScanString(input, 5, text, nullptr, 1, "input"), "LONGW");
+        EXPECT_STREQ(ScanString(input, 5, text, "alpha/BETA", 0, "input"), "beta");
+        EXPECT_EQ(ScanString(input, 5, text, "alpha/beta", 1, "input"), nullptr);
+        EXPECT_STREQ(text, "");
+        EXPECT_EQ(ScanString(input, 5, text, nullptr, 1, "input"), nullptr);
+    });
+    EXPECT_EQ(run.err,
+              "\nIncorrect input = gamma. Reenter.\nAccepted input: alpha/beta\n"
+              "\nEnd of file input\n");
+}
+
+TEST(EndOfInput, LettersRaiseNumbersRestAndWaitsEnd) {
+    EXPECT_EQ(WithConsole("", [](FILE* input) { ScanChar(input, "y n", "input"); }).raised,
+              kEndOfFile);
+    ConsoleRun number = WithConsole("x", [](FILE* input) { ScanNumber(input, "input", "1"); });
+    EXPECT_TRUE(number.rests);
+    EXPECT_EQ(number.err, "\nEnd of file input\n");
+    EXPECT_FALSE(WithConsole("abc", [](FILE*) { Wait(); }).rests);
+    // The number at the end leaves the stream finished: later readers do not touch it.
+    ConsoleRun after = WithConsole("", [](FILE* input) {
+        EXPECT_EQ(ScanNumber(input, "input", nullptr), -999.0);
+        ScanChar(input, nullptr, "input");
+    });
+    EXPECT_EQ(after.raised, kEndOfFile);
+    EXPECT_EQ(after.err, "\nEnd of file input\n\nfile input ");
+}
+
+TEST(Wait, LeavesTheControlCharacterForTheNextReader) {
+    WithConsole("ab\ncd", [](FILE* input) {
+        Wait();
+        EXPECT_EQ(std::fgetc(input), '\n');
+    });
+}
+
+TEST(Integers, TruncateWithoutOverflow) {
+    EXPECT_EQ(TruncateToInt(2.9), 2);
+    EXPECT_EQ(TruncateToInt(-2.9), -2);
+    EXPECT_EQ(TruncateToInt(1e300), 2147483647);
+    EXPECT_EQ(TruncateToInt(-1e300), -2147483647 - 1);
+    EXPECT_EQ(TruncateToInt(std::strtod("nan", nullptr)), 0);
+}
+
+}  // namespace
