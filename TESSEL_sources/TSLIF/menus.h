@@ -5,7 +5,8 @@
 /// Starts the system and the main menu; the process ends in there.
 [[noreturn]] void mainInit();
 
-/// The main menu, until X ends the process.
+/// The main menu, until X ends the process. Errors raised by its own answers, by the preferences
+/// and by the simulation end as those of a session do.
 [[noreturn]] void MainMenu();
 
 /// One session, from the opening of its files to its closing: the catch point of what it calls.
@@ -16,7 +17,3 @@ void Menu(const char* title);
 
 /// The screen DATA FOR SESSION: 0 when the session now has data, 1 when the user left without.
 int SetFormda();
-
-/// Runs `body`, a part of the program that may raise errors, and acts on a code that it raises:
-/// message, bell, wait, exit(1); kBackToMainMenu returns after a wait.
-void RunWithCatchPoint(void (*body)());

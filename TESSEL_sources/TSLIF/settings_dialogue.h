@@ -6,7 +6,8 @@
 /// The community menu's entry H: settings, analysis, track file.
 void IFHierarchicalAccum();
 
-/// Asks the settings of an analysis and stores them in TSLGLOB/settings.h.
+/// Asks the settings of an analysis and stores them in TSLGLOB/settings.h. nestingMembershipOTUs
+/// and partition_OTUs_Phyl are allocated afresh; the analysis that asked releases them.
 void SettingsHierarchy();
 
 /// Asks for the resemblance between communities and stores it in rese_opt.

@@ -38,6 +38,11 @@ FILE* ReadDataFileName(char* destination) {
     }
 }
 
+int ReadOption(const char* options, const char* accepted) {
+    std::fputs(options, out);
+    return ReadIntegerIn("%d\n", accepted);
+}
+
 bool ReadYesNo(const char* question) {
     std::fputs(question, out);
     return ReadCharIn("y n") == 'y';

@@ -24,6 +24,9 @@ void ReadLineIn(char* destination, int n);
 /// Asks for a data file's name until one opens. The name stays in `destination` (room for 42).
 FILE* ReadDataFileName(char* destination);
 
+/// Prints the options, the prompt included, and reads the number of one of them.
+int ReadOption(const char* options, const char* accepted);
+
 /// A question answered with y or n, read from `in` ("input").
 bool ReadYesNo(const char* question);
 

@@ -1,0 +1,77 @@
+#include "TSLIF/catch_point.h"
+
+#include <cctype>
+#include <cstdio>
+#include <new>
+
+#include "mxlibDim/failure.h"
+#include "mxlibDim/reading.h"
+
+namespace {
+
+constexpr const char* kBell = "\a";
+
+bool IsLetter(int c) {
+    return std::isalpha(c) != 0;
+}
+
+bool IsLineEnd(int c) {
+    return c == '\n';
+}
+
+struct ErrorEnding {
+    int code;
+    const char* message;
+    bool (*endsWait)(int c);  ///< the character that ends the wait before the process ends
+};
+
+constexpr ErrorEnding kErrorEndings[] = {
+    {kOutOfMemory, "\nOUT OF MEMORY !!!\n", IsLetter},
+    {kEndOfFile, "\nEND OF FILE !!!\n", IsLineEnd},
+    {kFailedOutput, "\nFAIL TO PRINT ON FILE !!!\n", IsLetter},
+    {kFailedOpening, "\nFAIL TO OPEN FILE !!!\n", IsLineEnd},
+};
+
+/// Reads standard input up to a character that ends the wait. Input that has ended never brings
+/// one.
+void WaitFor(bool (*endsWait)(int c)) {
+    std::fflush(stdout);
+    for (;;) {
+        const int c = InputFinished() ? EOF : std::fgetc(stdin);
+        if (c == EOF) {
+            SetInputFinished(true);
+            RestForever();
+        }
+        if (endsWait(c)) return;
+    }
+}
+
+void ActOnError(int code) {
+    if (code == kBackToMainMenu) {
+        std::fputs(kBell, stderr);
+        Wait();
+        return;
+    }
+    for (const ErrorEnding& ending : kErrorEndings)
+        if (ending.code == code) {
+            std::fprintf(stderr, "%s\nQuit and restart TESSEL.\n%s", ending.message, kBell);
+            WaitFor(ending.endsWait);
+        }
+    EndProgram(1);
+}
+
+}  // namespace
+
+void RunWithCatchPoint(void (*body)()) {
+    int code = 0;
+    try {
+        body();
+        return;
+    } catch (const RaisedError& error) {
+        code = error.code;
+    } catch (const std::bad_alloc&) {
+        code = kOutOfMemory;
+    }
+    // Outside the handler, so that what the waits throw in a test is no exception within one.
+    ActOnError(code);
+}

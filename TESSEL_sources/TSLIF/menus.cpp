@@ -1,0 +1,218 @@
+#include "TSLIF/menus.h"
+
+#include <gsl/gsl_errno.h>
+
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+#include <span>
+
+#include "TSLCHORD/ranking.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
+#include "TSLGLOB/shell.h"
+#include "TSLIF/catch_point.h"
+#include "TSLIF/settings_dialogue.h"
+#include "TSLIF/simulation.h"
+#include "TSLIF2/console.h"
+#include "TSLIF2/preferences.h"
+#include "TSLIFFM2/formda.h"
+#include "TSLIFFM2/track.h"
+#include "iflibG/iflibG.h"
+#include "mxlibDim/dim.h"
+#include "mxlibDim/failure.h"
+#include "mxlibDim/reading.h"
+#include "mxlibDim/text.h"
+
+namespace {
+
+constexpr int kSpareBlock = 20480;  // bytes
+
+/// What a letter of a menu starts; null leaves the menu.
+struct MenuEntry {
+    char letter;
+    void (*run)();
+};
+
+struct LetterMenu {
+    const char* options;
+    const char* accepted;
+    const char* afterAnswer;
+    std::span<const MenuEntry> entries;
+};
+
+void StartNewSession();
+void AttachOldSession();
+void CommunityLoop();
+void LeaveProgram();
+
+constexpr MenuEntry kMainEntries[] = {
+    {'N', StartNewSession}, {'O', AttachOldSession},
+    {'S', SetPreferences},  {'A', IFAssemblyRulesSimulation_EnvFeedback_TypeI_II_Error},
+    {'X', LeaveProgram},
+};
+constexpr MenuEntry kSessionEntries[] = {
+    {'V', CommunityLoop}, {'S', SetPreferences}, {'C', nullptr}};
+constexpr MenuEntry kCommunityEntries[] = {
+    {'H', IFHierarchicalAccum}, {'K', IFChOrderSearch}, {'C', nullptr}};
+
+// A stays hidden: only the accepted list has it.
+constexpr LetterMenu kMainMenu = {
+    "Main menu:\n"
+    "   N  start new session\n"
+    "   O  attach to old session\n"
+    "   S  set preferences\n"
+    "   X  exit \n",
+    "N O S A X", "\n\n", kMainEntries};
+constexpr LetterMenu kSessionMenu = {
+    "Options:\n"
+    "   V  analysis of community structures\n"
+    "   S  set preferences\n"
+    "   C  return to main menu \n",
+    "V S C", "\n\n", kSessionEntries};
+constexpr LetterMenu kCommunityMenu = {
+    "Options:\n"
+    "   H  functional analysis \n"
+    "   K  ranking traits (find optimal trait subset) \n"
+    "   C  return to session menu \n",
+    "H K C", "\n", kCommunityEntries};
+
+/// Asks for a letter of the menu and gives it in upper case.
+int AskLetter(const LetterMenu& menu) {
+    std::fputs("Type option: ", out);
+    const int letter = std::toupper(ReadCharIn(menu.accepted));
+    std::fputs(menu.afterAnswer, out);
+    return letter;
+}
+
+/// Runs the entry of a letter; false for the entry that leaves the menu.
+bool RunEntry(const LetterMenu& menu, int letter) {
+    for (const MenuEntry& entry : menu.entries)
+        if (entry.letter == letter && entry.run != nullptr) {
+            entry.run();
+            return true;
+        }
+    return false;
+}
+
+void NameStructuresFile() {
+    if (saveStruct == 'y') MakeSessionFileName(whichStructures, sessionName, structExt);
+}
+
+/// Reads the data set of whichFormda and the session's record afresh.
+void LoadSession() {
+    FreeGlobals2();
+    OpenFormda(1);
+    ReadTrack();
+}
+
+void CommunityLoop() {
+    do {
+        if (dirtyOrig == 1) LoadSession();
+        Menu("ANALYSIS OF COMMUNITY STRUCTURES");
+        std::fputs(kCommunityMenu.options, out);
+        optmain = AskLetter(kCommunityMenu);
+    } while (RunEntry(kCommunityMenu, optmain));
+}
+
+void SessionMenuLoop() {
+    for (;;) {
+        Menu("SESSION MENU");
+        std::fputs(kSessionMenu.options, out);
+        optmain1 = AskLetter(kSessionMenu);
+        if (!RunEntry(kSessionMenu, optmain1)) return;
+        NameStructuresFile();
+    }
+}
+
+/// Reads the name of the data file from the track file; false when the track file is empty.
+bool ReadDataFileOfSession() {
+    trackFp = fopenck(whichTrack, volumeName, "r");
+    if (trackFp == nullptr) RaiseError(kFailedOpening);
+    static_assert(kFileNameLength == 47);
+    const int fields = std::fscanf(trackFp, "%47s", whichFormda);
+    std::fclose(trackFp);
+    trackFp = nullptr;
+    return fields != EOF;
+}
+
+void RunSession() {
+    NameStructuresFile();
+    if (!ReadDataFileOfSession() && SetFormda() == 1) return;
+    LoadSession();
+    SessionMenuLoop();
+    FreeGlobals1();
+    FreeGlobals2();
+}
+
+/// Asks for a session's name, opens its track file in `mode` and runs the session.
+void OpenSession(const char* mode) {
+    std::fputs("Enter session name: ", out);
+    ReadStringIn("%s\n", tempName, sizeof(tempName) - 1);
+    CopyText(sessionShortName, kSessionNameLength, tempName);
+    volumeName[0] = '\0';
+    std::strcpy(sessionName, sessionShortName);
+    MakeSessionFileName(whichTrack, sessionName, trackExt);
+    FILE* track = fopenck(whichTrack, volumeName, mode);
+    if (track == nullptr) {
+        Wait();
+        return;
+    }
+    std::fclose(track);
+    IFSession();
+}
+
+void StartNewSession() {
+    OpenSession("w");
+}
+
+void AttachOldSession() {
+    OpenSession("r+");
+}
+
+void LeaveProgram() {
+    std::fflush(out);
+    EndProgram(0);
+}
+
+void MainMenuPass() {
+    std::fprintf(out, "\n\n\n\n%s\n%s\n%s%s\n", version, lineL, kMainMenu.options, lineL);
+    RunEntry(kMainMenu, AskLetter(kMainMenu));
+    NameStructuresFile();
+}
+
+void LoadPreferences() {
+    ReadPreferences();
+    ClearLine();
+}
+
+void StartSystem() {
+    gsl_set_error_handler_off();
+    InitGlobals();
+    InitIFLibG();
+    std::fprintf(out, "%s\n%s\n\n%s\n", lineL, version, lineL);
+    gSpareBlockPtr = dim1D(1, kSpareBlock);
+}
+
+}  // namespace
+
+void mainInit() {
+    RunWithCatchPoint(StartSystem);
+    MainMenu();
+}
+
+void MainMenu() {
+    RunWithCatchPoint(LoadPreferences);
+    for (;;) RunWithCatchPoint(MainMenuPass);
+}
+
+void IFSession() {
+    RunWithCatchPoint(RunSession);
+}
+
+void Menu(const char* title) {
+    ClearLine();
+    std::fprintf(out, "\n\n%-47s", title);
+    if (std::strcmp(sessionName, "NULL") != 0) std::fprintf(out, "%23s", sessionShortName);
+    std::fprintf(out, "\n%s\n", lineL);
+}
