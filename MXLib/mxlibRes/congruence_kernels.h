@@ -1,0 +1,52 @@
+#pragma once
+/// \file
+/// Procrustes and RV coefficients for callers that compare the same matrices many times. Each
+/// matrix is made ready once (a side); two sides are then compared without any allocation.
+/// ProcrustesCoeff and RVcoeff of congruence.h are these steps in a row. T is float or double.
+
+#include "mxlib/gsl_guards.h"
+#include "mxlibDim/dim.h"
+#include "mxlibDim/scoped.h"
+
+enum CongruenceMeasure : int { kMantel = 1, kProcrustes = 2, kRV = 3 };
+
+/// A matrix of n objects by p variables, its variables centred; for Procrustes also divided by one
+/// scale, so that their variances sum to 1.
+template <class T>
+struct CongruenceSide {
+    int measure;
+    int n;
+    int p;
+    bool hasMissing;          ///< some centred value is -999
+    ScopedMatrix<T> x;        ///< n x p
+    bool byObjects;           ///< RV: compared through products among objects, x x'
+    ScopedMatrix<T> objects;  ///< RV by objects: upper half of x x' (n x n)
+    double self;              ///< RV: sum of squares of all elements of x x'
+};
+
+/// Room for a matrix of n x p under `measure` (kProcrustes or kRV).
+template <class T>
+CongruenceSide<T> MakeCongruenceSide(int measure, int n, int p);
+
+/// Makes `a` (n x p, unchanged) ready in `side`; may be called any number of times.
+template <class T>
+void SetCongruenceSide(ConstMatrix<T> a, CongruenceSide<T>* side);
+
+/// Room for comparing sides of n objects and at most p1 and p2 variables, in either order.
+template <class T>
+struct CongruenceScratch {
+    ScopedMatrix<T> product;  ///< variables of the wider by variables of the narrower side
+    ScopedMatrix<T> objects;  ///< RV: products among the objects of a side that keeps none
+    GslMatrix u;
+    GslMatrix v;
+    GslVector s;
+    GslVector work;
+};
+template <class T>
+CongruenceScratch<T> MakeCongruenceScratch(int measure, int n, int p1, int p2);
+
+/// The coefficient between two sides made under the same measure, with the same n. Procrustes: the
+/// sum of the singular values, 0 when the decomposition fails; RV: NaN without variation.
+template <class T>
+double Congruence(const CongruenceSide<T>& a, const CongruenceSide<T>& b,
+                  CongruenceScratch<T>* scratch);
