@@ -4,6 +4,9 @@
 
 #include "mxlibDim/dim.h"
 
+/// The measures by their numbers: between resemblance matrices (1), between data matrices (2, 3).
+enum CongruenceMeasure : int { kMantel = 1, kProcrustes = 2, kRV = 3 };
+
 /// Pearson correlation over the cells above the diagonal present in both (Mantel 1967). 0 for n < 2
 /// and where either side does not vary.
 double MatrixCorr(int n, ConstMatrix<double> a, ConstMatrix<double> b);

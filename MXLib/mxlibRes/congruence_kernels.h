@@ -7,8 +7,7 @@
 #include "mxlib/gsl_guards.h"
 #include "mxlibDim/dim.h"
 #include "mxlibDim/scoped.h"
-
-enum CongruenceMeasure : int { kMantel = 1, kProcrustes = 2, kRV = 3 };
+#include "mxlibRes/congruence.h"
 
 /// A matrix of n objects by p variables, its variables centred; for Procrustes also divided by one
 /// scale, so that their variances sum to 1.

@@ -4,6 +4,8 @@
 
 #include <ctime>
 
+#include "mxlibRes/congruence.h"
+
 // Preferences (defaults in InitGlobals)
 extern int sDigits;                   ///< significant digits in reports, 6
 extern char saveRndData;              ///< 'y': save the tables of randomization
@@ -24,7 +26,6 @@ extern char drawProfPtsOpt, showMemory;
 
 // Settings of the functional analysis
 enum FuzzyOption : int { kCrisp = 0, kFuzzyTypes = 3 };
-enum CongruenceMeasure : int { kMantel = 1, kProcrustes = 2, kRV = 3 };
 
 extern int part;                        ///< data partition type, 1 mixed
 extern int traitBasedOpt;               ///< 1 composition of types, 2 trait averages
