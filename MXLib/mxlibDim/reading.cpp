@@ -41,13 +41,6 @@ int NextNonBlank(FILE* stream) {
     return c;
 }
 
-[[noreturn]] void FailAtEnd(FILE* stream, const char* name) {
-    EndStream(stream);
-    std::fprintf(stderr, "\nfile %s ", name);
-    RingBell();
-    RaiseError(kEndOfFile);
-}
-
 /// One fscanf of one field. An integer beyond the range of int takes the range's end.
 int ReadField(FILE* stream, const char* format, void* destination) {
     if (!ReadyToRead(stream)) return EOF;
@@ -145,6 +138,13 @@ void EndStream(FILE* stream) {
         inputFinished = true;
     else
         std::fclose(stream);
+}
+
+void FailAtEnd(FILE* stream, const char* name) {
+    EndStream(stream);
+    std::fprintf(stderr, "\nfile %s ", name);
+    RingBell();
+    RaiseError(kEndOfFile);
 }
 
 void freadck(FILE* stream, const char* format, void* destination, const char* name) {

@@ -24,6 +24,11 @@ bool InputFinished();
 /// as finished instead.
 void EndStream(FILE* stream);
 
+/// What a reader does with a stream that has nothing more for it, be it at the end or at a field
+/// that cannot be: ends the stream, prints "\nfile %s " on standard error, rings the bell and
+/// raises kEndOfFile.
+[[noreturn]] void FailAtEnd(FILE* stream, const char* name);
+
 /// One fscanf of one field. On a field that does not convert, or at the end, ends the stream,
 /// prints "\nfile %s " on standard error, rings the bell and raises kEndOfFile.
 void freadck(FILE* stream, const char* format, void* destination, const char* name);

@@ -2,11 +2,16 @@
 /// \file
 /// The formatted data file of a session: the data set's persistent form.
 
-/// Reads the file named by whichFormda into the globals of TSLGLOB/dataset.h and clears dirtyOrig.
-/// `mode` is always 1. Raises kFailedOpening, or kEndOfFile for a file that ends early, holds a
-/// word that does not convert, or a count that is negative or larger than the file could hold.
+/// Releases the data set in memory (FreeGlobals2), reads the file named by whichFormda into the
+/// globals of TSLGLOB/dataset.h and clears dirtyOrig. A phylogeny in memory is replaced only by one
+/// in the file. `mode` is always 1. Raises kFailedOpening, or kEndOfFile for a file that ends
+/// early, holds a word that does not convert, has no trait, community or OTU, or a count that is
+/// negative or larger than the rest of the file could hold; after an error FreeGlobals2 and another
+/// OpenFormda find everything in order.
 void OpenFormda(int mode);
 
-/// Writes a formatted data file from the arguments and the other globals. Raises kFailedOutput.
+/// Writes a formatted data file from the arguments and the other globals. A phylogeny made for
+/// fewer OTUs is filled up with zeros. Raises kFailedOutput when the file cannot be opened or a
+/// field cannot be written, except in B and W, in phylogeny data and at the end of the file.
 void WriteFormda(int nOTUs, const char* name, const char* title, const float* const* B,
                  const float* const* W);

@@ -1,0 +1,256 @@
+#include <cstdio>
+#include <cstring>
+
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/shell.h"
+#include "TSLIFFM2/data_fields.h"
+#include "TSLIFFM2/formda.h"
+#include "TSLIFFM2/formda_versions.h"
+#include "mxlibDim/dim.h"
+#include "mxlibDim/reading.h"
+#include "mxlibDim/scoped.h"
+#include "mxlibDim/with_stream.h"
+
+// Each count is read and bounded before the first table that it sizes is allocated, and all tables
+// are null when the reading begins: at every point an error leaves tables that FreeGlobals2 can
+// release with the counts as they stand.
+
+namespace {
+
+constexpr int kSpeciesFileLength = kTypedFileNameLength;
+constexpr long long kFieldBytes = 2;  // a character and the separator
+
+bool Equal(const char* a, const char* b) {
+    return std::strcmp(a, b) == 0;
+}
+
+/// Releases the data set in memory. A matrix E whose count a dialogue has set to zero is out of
+/// the reach of FreeGlobals2; its pointers must not meet the counts of the new file.
+void ReleaseDataSet() {
+    FreeGlobals2();
+    env = nullptr;
+    envLabel = nullptr;
+    envVarType = nullptr;
+    spp = nullptr;
+    sppRelMap = nullptr;
+    cstSppMap = nullptr;
+}
+
+void ReadTraits(const DataFile& file) {
+    freadlineck(file.stream, kTitleLength, dataName, file.name);
+    nch = ReadCount(file, 1, 4 * kFieldBytes);  // label, type, range, number of states
+    chLabel = dim2Dchar(nch, kLabelLength + 1);
+    ReadWords(file, chLabel, nch, kLabelLength);
+    chtype = dim1Dint(nch);
+    ReadInts(file, chtype, nch);
+    chrange = dim1Dfloat(nch);
+    ReadFloats(file, chrange, nch);
+    onsta = dim1Dint(nch);
+    ReadInts(file, onsta, nch);
+}
+
+void ReadCommunities(const DataFile& file) {
+    ncsm = ReadCount(file, 1, 2 * kFieldBytes);  // label, number of OTUs
+    reLabel = dim2Dchar(ncsm, kLabelLength + 1);
+    ReadWords(file, reLabel, ncsm, kLabelLength);
+}
+
+/// The table that the last analysis leaves: FreeGlobals2 keeps it.
+void RenewCstTrack() {
+    free2D(cstTrack, cstTrackRows);
+    cstTrack = nullptr;
+    cstTrackRows = nch;
+    cstTrack = dim2Dint(nch, tcst);
+}
+
+void AllocateWorkingArrays() {
+    nchor = dim1Dint(nch);
+    weight = dim1Dfloat(nch);
+    rcst = dim1Dint(nch);
+    nGrPoly = dim1Dint(nch);
+    partLabel = dim2Dchar(kPartitions, kPartitionLabelLength + 1);
+    nGroupsP = dim1Dint(kPartitions);
+    groupRelP = dim2Dint(kPartitions, ncsm);
+    grLabelP = dim3Dchar(kPartitions, ncsm, kGroupLabelLength + 1);
+    relSelect = dim1Dint(ncsm);
+    partCstLabel = dim2Dchar(kPartitions, kPartitionLabelLength + 1);
+    nGroupsCstP = dim1Dint(kPartitions);
+    groupCstP = dim2Dint(kPartitions, tcst);
+    grCstLabelP = dim3Dchar(kPartitions, tcst, kGroupLabelLength + 1);
+    partition_OTUs = dim1Dint(tcst);
+    whichLevelGrCstP = dim1Dint(kPartitions);
+    groupCst = groupCstP[0];
+    grCstLabel = grCstLabelP[0];
+    RenewCstTrack();
+}
+
+void ReadTable(const DataFile& file, float** table, int rows, int cols) {
+    for (int i = 0; i < rows; i++) ReadFloats(file, table[i], cols);
+}
+
+/// Matrices B and W. Returns whether the file goes on to tell groups of traits at its end.
+bool ReadQuantities(const DataFile& file) {
+    cadat = dim2Dfloat(tcst, ncsm);
+    csm_Float = dim2Dfloat(tcst, nch);
+    const int length = 10 * nch + 20;
+    const ScopedVector<char> word(length + 1);
+    freadckWord(file.stream, word, length, file.name);
+    const bool isNewest = Equal(word, kFormdaVersion);
+    if (isNewest || Equal(word, kFormdaVersion2008)) {
+        ReadTable(file, csm_Float, tcst, nch);
+        ReadTable(file, cadat, tcst, ncsm);
+        return isNewest;
+    }
+    // The oldest form has no version: the word is already the first OTU's row of B.
+    for (int i = 0; i < tcst; i++) {
+        if (i > 0) freadckWord(file.stream, word, length, file.name);
+        DecodeStates(word, nch, csm_Float[i]);
+        ReadFloats(file, cadat[i], ncsm);
+    }
+    return false;
+}
+
+/// The rest of the line, less trailing blanks; of a longer one the end is dropped.
+void ReadEnvName(const DataFile& file) {
+    constexpr int kRoom = sizeof(envName) - 1;
+    freadlineckTEMP(file.stream, kRoom, envName, file.name);
+    std::size_t length = std::strlen(envName);
+    if (length == kRoom)
+        for (int c = std::fgetc(file.stream); c != EOF && c != '\n';) c = std::fgetc(file.stream);
+    while (length > 0 && envName[length - 1] == ' ') length--;
+    envName[length] = '\0';
+}
+
+void ReadEnvLabels(const DataFile& file) {
+    char word[kLabelLength + 1];
+    freadckWord(file.stream, word, kLabelLength, file.name);
+    if (Equal(word, kEnvVersion)) {
+        optEnvVarType = ReadInt(file);
+        ReadInts(file, envVarType, nenv);
+        ReadWords(file, envLabel, nenv, kLabelLength);
+        return;
+    }
+    // An old file goes straight to the labels: all variables are quantitative.
+    optEnvVarType = 2;
+    for (int j = 0; j < nenv; j++) envVarType[j] = 3;
+    std::strcpy(envLabel[0], word);
+    ReadWords(file, envLabel + 1, nenv - 1, kLabelLength);
+}
+
+void ReadEnvironment(const DataFile& file) {
+    temEnvQuant = temEnvQual = temEnvBin = 0;
+    nenv = ReadCount(file, 0, kFieldBytes * (1 + static_cast<long long>(ncsm)));
+    if (nenv == 0) return;
+    envVarType = dim1Dint(nenv);
+    envLabel = dim2Dchar(nenv, kLabelLength + 1);
+    env = dim2Dfloat(ncsm, nenv);
+    ReadEnvLabels(file);
+    ReadEnvName(file);
+    for (int j = 0; j < nenv; j++)
+        for (int k = 0; k < ncsm; k++) ReadFloats(file, &env[k][j], 1);
+    for (int j = 0; j < nenv; j++) {
+        if (envVarType[j] == 3) temEnvQuant = 1;
+        if (envVarType[j] == 2) temEnvQual = 1;
+        if (envVarType[j] == 1) temEnvBin = 1;
+    }
+}
+
+void ReadMap(const DataFile& file, char** map, int rows, int cols) {
+    for (int i = 0; i < rows; i++)
+        for (int j = 0; j < cols; j++)
+            map[i][j] = static_cast<char>(ScanChar(file.stream, "0 1", file.name));
+}
+
+void ReadSpecies(const DataFile& file) {
+    nSpp = ReadCount(file, 0, kFieldBytes + ncsm + static_cast<long long>(tcst));
+    if (nSpp == 0) return;
+    spp = dim2Dchar(nSpp, kSpeciesLength + 1);
+    sppRelMap = dim2Dchar(nSpp, ncsm);
+    cstSppMap = dim2Dchar(tcst, nSpp);
+    freadlineck(file.stream, kSpeciesFileLength, whichSpp, file.name);
+    for (int i = 0; i < nSpp; i++) freadlineckTEMP(file.stream, kSpeciesLength, spp[i], file.name);
+    ReadMap(file, sppRelMap, nSpp, ncsm);
+    ReadMap(file, cstSppMap, tcst, nSpp);
+}
+
+/// In an old file the word is the first one of the time stamp.
+void ReadWindow(const DataFile& file) {
+    char word[kLabelLength + 1];
+    freadckWord(file.stream, word, kLabelLength, file.name);
+    SMWSize = Equal(word, kWindowMarker) ? ReadInt(file) : 1;
+}
+
+void RenewPhylogeny() {
+    free2D(phylogenyRese, phylogenyOTUs);
+    free2D(phylogenyData, phylogenyOTUs);
+    free1D(phylogenyVarType);
+    phylogenyRese = nullptr;
+    phylogenyData = nullptr;
+    phylogenyVarType = nullptr;
+    phylogenyOTUs = tcst;
+    phylogenyRese = dim2Double(tcst, tcst);
+}
+
+void ReadPhylogenyData(const DataFile& file) {
+    nClados = ReadCount(file, 0, kFieldBytes * (1 + static_cast<long long>(tcst)));
+    phylogenyVarType = dim1Dint(nClados);
+    ReadInts(file, phylogenyVarType, nClados);
+    phylogenyData = dim2Dfloat(tcst, nClados);
+    ReadTable(file, phylogenyData, tcst, nClados);
+}
+
+void ReadPhylogeny(const DataFile& file) {
+    // A matrix of zeros that no line of the file backs takes 2 gigabytes at this size; a count
+    // beyond it is taken for damage.
+    constexpr int kMostOTUsWithoutMatrix = 16384;
+    hasPhylogeny = 0;
+    long long flag = 0;
+    if (std::fscanf(file.stream, "%lld", &flag) == 1) hasPhylogeny = flag != 0;
+    if (hasPhylogeny == 0) return;
+    phylogenyMatrixType = ReadInt(file);
+    const bool isInFile =
+        phylogenyMatrixType == kPhylogenySimilarities || phylogenyMatrixType == kPhylogenyDistances;
+    if (isInFile)
+        RequireRoom(file, tcst, kFieldBytes * tcst);
+    else if (tcst > kMostOTUsWithoutMatrix)
+        FailAtEnd(file.stream, file.name);
+    RenewPhylogeny();
+    if (isInFile)
+        for (int i = 0; i < tcst; i++)
+            for (int j = 0; j < tcst; j++)
+                freadck(file.stream, "%lf", &phylogenyRese[i][j], file.name);
+    if (phylogenyMatrixType == kPhylogenyData) ReadPhylogenyData(file);
+}
+
+void ReadTraitGroups(const DataFile& file, bool isTold) {
+    traitGroups = dim1Dint(nch);
+    hasTraitGroups = isTold ? ReadInt(file) : 0;
+    if (hasTraitGroups != 0) ReadInts(file, traitGroups, nch);
+}
+
+void ReadFormda(const DataFile& file) {
+    ReadTraits(file);
+    ReadCommunities(file);
+    tcst = ReadCount(file, 1, kFieldBytes * (static_cast<long long>(nch) + ncsm));
+    AllocateWorkingArrays();
+    ncst = dim1Dint(ncsm);
+    ReadInts(file, ncst, ncsm);
+    ReadFloats(file, ca_code, kCaCodes);
+    const bool tellsTraitGroups = ReadQuantities(file);
+    ReadEnvironment(file);
+    ReadSpecies(file);
+    ReadWindow(file);
+    ReadPhylogeny(file);
+    ReadTraitGroups(file, tellsTraitGroups);
+}
+
+}  // namespace
+
+void OpenFormda(int /*mode*/) {
+    FILE* const stream = fopenck(whichFormda, volumeName, "r");
+    if (stream == nullptr) RaiseError(kFailedOpening);
+    ReleaseDataSet();
+    WithStream(stream, [stream] { ReadFormda({stream, whichFormda}); });
+    dirtyOrig = 0;
+}
