@@ -15,3 +15,10 @@ double RaoIndex(int n, const double* p, Matrix<float> m, bool dissimilarity, boo
 
 /// The total takes all cells, missing ones included; d is sqrt(1 - m), or m with `dissimilarity`.
 double RaoIndex(int n, const double* p, Matrix<float> m, bool dissimilarity);
+
+/// The index in its five-argument form of each of c communities, the rows of w: result[i] is
+/// RaoIndex of w[i], the matrix being mirrored and looked over once for all.
+void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<double> m, bool dissimilarity,
+                  bool squareRoot, double* result);
+void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<float> m, bool dissimilarity,
+                  bool squareRoot, double* result);

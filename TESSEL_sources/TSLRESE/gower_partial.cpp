@@ -1,0 +1,139 @@
+#include "TSLRESE/gower_partial.h"
+
+#include "TSLGLOB/settings.h"
+#include "mxlibDim/scoped.h"
+#include "mxlibRes/gower.h"
+#include "mxlibRes/missing.h"
+#include "mxlibRes/ranks.h"
+
+namespace {
+
+/// A variable as the comparisons use it.
+struct Variable {
+    int type;
+    float range;
+    float weight;
+    bool countDoubleAbsences;
+    bool takesPart;
+};
+
+/// Ranks the values of an ordinal variable in place and settles range and weight.
+Variable Prepare(int n, int type, float* values, float range, float weight,
+                 int countDoubleAbsences) {
+    Variable variable{type, range, weight < 0 ? 1.0F : weight, countDoubleAbsences == 1, true};
+    if (type == kOrdinalVariable) RankVectorAdjMV(n, values, values);
+    if (type == kOrdinalVariable || (type == kIntervalVariable && range == 0))
+        variable.range = VariableRange(n, values);
+    const bool knownFlag = countDoubleAbsences == 0 || countDoubleAbsences == 1;
+    variable.takesPart = variable.weight != 0 && (type != kBinaryVariable || knownFlag);
+    return variable;
+}
+
+template <class T>
+T PartialSimilarity(const Variable& variable, float xi, float xj) {
+    double contribution = 0.0;
+    if (variable.takesPart && GowerPart(variable.type, xi, xj, variable.range, variable.weight,
+                                        variable.countDoubleAbsences, &contribution))
+        return static_cast<T>(contribution);
+    return static_cast<T>(kMissing);
+}
+
+template <class T>
+void CompareOneVariable(int n, int type, float* values, T* const* pairs, float range, float weight,
+                        int countDoubleAbsences) {
+    const Variable variable = Prepare(n, type, values, range, weight, countDoubleAbsences);
+    for (int i = 0; i < n; i++)
+        for (int j = i; j < n; j++)
+            pairs[i][j] = pairs[j][i] = PartialSimilarity<T>(variable, values[i], values[j]);
+}
+
+/// Copies one variable into the column k of the work matrix, ranked where it is ordinal.
+Variable PrepareColumn(int k, int n, const float* const* data, float* const* work, float* column,
+                       int type, float range, float weight) {
+    for (int i = 0; i < n; i++) column[i] = data[i][k];
+    const Variable variable = Prepare(n, type, column, range, weight, countDoubleAbsence);
+    for (int i = 0; i < n; i++) work[i][k] = column[i];
+    return variable;
+}
+
+template <class T>
+void FillCube(int nVariables, const float* const* data, int n, T* const* const* cube,
+              const int* types, const float* ranges, const float* weights) {
+    ScopedMatrix<float> work(n, nVariables);
+    ScopedVector<float> column(n);
+    ScopedVector<Variable> variables(nVariables);
+    for (int k = 0; k < nVariables; k++)
+        variables[k] = PrepareColumn(k, n, data, work, column, types[k], ranges[k], weights[k]);
+    for (int i = 0; i < n; i++)
+        for (int j = i; j < n; j++)
+            for (int k = 0; k < nVariables; k++)
+                cube[i][j][k] = PartialSimilarity<T>(variables[k], work[i][k], work[j][k]);
+}
+
+/// Average over the variables chosen, `weights` being those of the chosen ones.
+template <class T>
+void AverageChosen(int nChosen, const int* chosen, const double* weights, int n,
+                   const T* const* const* cube, float* const* similarity) {
+    for (int i = 0; i < n; i++) {
+        similarity[i][i] = 1;
+        for (int j = i + 1; j < n; j++) {
+            const T* parts = cube[i][j];
+            double sum = 0.0;
+            double den = 0.0;
+            for (int c = 0; c < nChosen; c++) {
+                const T similar = parts[chosen[c]];
+                sum += IsMissing(similar) ? 0.0 : static_cast<double>(similar);
+                den += IsMissing(similar) ? 0.0 : weights[c];
+            }
+            similarity[i][j] = den > 0 ? static_cast<float>(sum) / static_cast<float>(den)
+                                       : static_cast<float>(kMissing);
+        }
+    }
+}
+
+}  // namespace
+
+void GowerMVPartial_dAbsences(int n, int type, float* values, float* const* pairs, float range,
+                              float weight, int countDoubleAbsences) {
+    CompareOneVariable(n, type, values, pairs, range, weight, countDoubleAbsences);
+}
+void GowerMVPartial_dAbsences(int n, int type, float* values, double* const* pairs, float range,
+                              float weight, int countDoubleAbsences) {
+    CompareOneVariable(n, type, values, pairs, range, weight, countDoubleAbsences);
+}
+
+void gower_similarityPartial(int nVariables, const float* const* data, int n,
+                             float* const* const* cube, const int* types, const float* ranges,
+                             const float* weights) {
+    FillCube(nVariables, data, n, cube, types, ranges, weights);
+}
+void gower_similarityPartial(int nVariables, const float* const* data, int n,
+                             double* const* const* cube, const int* types, const float* ranges,
+                             const float* weights) {
+    FillCube(nVariables, data, n, cube, types, ranges, weights);
+}
+
+void gower_similarityAverage(int nVariables, int n, const float* const* const* cube,
+                             float* const* similarity, const int* include) {
+    ScopedVector<int> chosen(nVariables);
+    ScopedVector<double> weights(nVariables);
+    int nChosen = 0;
+    for (int k = 0; k < nVariables; k++) {
+        if (include[k] != 1) continue;
+        weights[nChosen] = 1.0;
+        chosen[nChosen++] = k;
+    }
+    AverageChosen(nChosen, chosen, weights, n, cube, similarity);
+}
+void gower_similarityAverage(int nVariables, int n, const double* const* const* cube,
+                             float* const* similarity, const float* weights) {
+    ScopedVector<int> chosen(nVariables);
+    ScopedVector<double> chosenWeights(nVariables);
+    int nChosen = 0;
+    for (int k = 0; k < nVariables; k++) {
+        if (!(weights[k] > 0)) continue;
+        chosenWeights[nChosen] = static_cast<double>(weights[k]);
+        chosen[nChosen++] = k;
+    }
+    AverageChosen(nChosen, chosen, chosenWeights, n, cube, similarity);
+}
