@@ -2,7 +2,7 @@
 /// \file
 /// Residuals on principal components for callers that regress many responses, many times: the
 /// components of one set of covariables are found once and serve any number of responses, without
-/// any allocation. PCA_Regression_ResidualsSelect of mxLinearModels.h is these steps in a row.
+/// large allocations. PCA_Regression_ResidualsSelect of mxLinearModels.h is these steps in a row.
 
 #include "mxlib/gsl_guards.h"
 #include "mxlibDim/dim.h"
@@ -12,25 +12,29 @@
 /// with the scratch that finding and using them takes.
 struct ComponentFactors {
     int n;
-    int maxCovariables;
-    int nFactors;                  ///< components in use
-    ScopedMatrix<double> z;        ///< covariables in rows, centred or standardised
-    ScopedMatrix<double> cross;    ///< their cross-products; later the cross-products of factors
+    int nCovariables;            ///< rows of z in use
+    int nFactors;                ///< components in use
+    ScopedMatrix<double> z;      ///< covariables in rows
+    ScopedMatrix<double> cross;  ///< products of covariables, later of factors
+    ScopedMatrix<double> evec;   ///< eigenvectors in rows
+    ScopedVector<double> eval;
     ScopedMatrix<double> scores;   ///< components in rows
-    ScopedMatrix<double> factors;  ///< n x nFactors, centred
-    ScopedVector<double> means;    ///< of the factors before centring
-    ScopedMatrix<double> system;   ///< the normal equations, counted from 1
-    ScopedMatrix<double> solution;
+    ScopedMatrix<double> factors;  ///< n x nFactors
+    ScopedMatrix<double> centred;  ///< the same, centred
+    ScopedVector<double> meanFactor;
+    ScopedMatrix<double> response;  ///< a response, centred; then its prediction
+    ScopedVector<double> meanResponse;
     ScopedMatrix<double> coefficients;
-    ScopedMatrix<double> centred;  ///< response, centred
     ScopedVector<double> intercepts;
-    GslMatrix a;
-    GslMatrix evec;
-    GslVector eval;
+    ScopedMatrix<double> system;  ///< normal equations, counted from 1
+    ScopedMatrix<double> solution;
+    GslMatrix gslCross;
+    GslMatrix gslEvec;
+    GslVector gslEval;
     GslEigenWork work;
 };
 
-/// Room for at most maxCovariables columns and responses of at most maxResponses columns.
+/// Room for at most maxCovariables columns, and for responses of at most maxResponses columns.
 ComponentFactors MakeComponentFactors(int n, int maxCovariables, int maxResponses);
 
 /// In this order: start; add the columns of x (n x p) with sel equal to 1 (all when null), set

@@ -16,11 +16,13 @@ struct CongruenceSide {
     int measure;
     int n;
     int p;
-    bool hasMissing;          ///< some centred value is -999
-    ScopedMatrix<T> x;        ///< n x p
-    bool byObjects;           ///< RV: compared through products among objects, x x'
-    ScopedMatrix<T> objects;  ///< RV by objects: upper half of x x' (n x n)
-    double self;              ///< RV: sum of squares of all elements of x x'
+    bool hasMissing;            ///< some centred value is -999
+    ScopedMatrix<T> x;          ///< n x p
+    bool byObjects;             ///< RV: compared through products among objects, x x'
+    ScopedMatrix<T> objects;    ///< RV by objects: upper half of x x' (n x n)
+    ScopedMatrix<T> variables;  ///< RV by variables: room for x' x (p x p)
+    ScopedMatrix<T> rows;       ///< RV: room for a row of x x' of either side
+    double self;                ///< RV: sum of squares of all elements of x x'
 };
 
 /// Room for a matrix of n x p under `measure` (kProcrustes or kRV).
@@ -35,7 +37,7 @@ void SetCongruenceSide(ConstMatrix<T> a, CongruenceSide<T>* side);
 template <class T>
 struct CongruenceScratch {
     ScopedMatrix<T> product;  ///< variables of the wider by variables of the narrower side
-    ScopedMatrix<T> objects;  ///< RV: products among the objects of a side that keeps none
+    ScopedMatrix<T> rows;     ///< RV: a row of x x' of each side
     GslMatrix u;
     GslMatrix v;
     GslVector s;
