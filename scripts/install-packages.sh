@@ -7,12 +7,23 @@
 #   scripts/install-packages.sh lint          clang-format, clang-tidy
 set -euo pipefail
 
+# Debian keeps clang's fuzzer runtime in a package of its own; older Ubuntu installs it with clang
+# and knows no such package.
+has_fuzzer_runtime() {
+  command -v clang++ >/dev/null 2>&1 &&
+    echo 'extern "C" int LLVMFuzzerTestOneInput(const char*, unsigned long) { return 0; }' |
+      clang++ -fsanitize=fuzzer,address -x c++ - -o /dev/null 2>/dev/null
+}
+
 packages=()
 for purpose in "$@"; do
   case "$purpose" in
     build) packages+=(g++ make cmake libgsl-dev) ;;
     test) packages+=(libgtest-dev libbenchmark-dev) ;;
-    fuzz) packages+=(clang llvm) ;;
+    fuzz)
+      packages+=(clang llvm)
+      has_fuzzer_runtime || packages+=(libclang-rt-dev)
+      ;;
     lint) packages+=(clang-format clang-tidy) ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
   esac
@@ -43,4 +54,10 @@ if [ "$(id -u)" -ne 0 ]; then
   as_root=(sudo)
 fi
 "${as_root[@]}" apt-get update -qq
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+available=()
+for package in "${missing[@]}"; do
+  if [ "$package" = libclang-rt-dev ] && ! apt-cache show "$package" >/dev/null 2>&1; then continue; fi
+  available+=("$package")
+done
+[ ${#available[@]} -eq 0 ] && exit 0
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${available[@]}"
