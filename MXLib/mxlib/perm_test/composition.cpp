@@ -1,0 +1,149 @@
+#include "mxlib/perm_test/composition.h"
+
+#include <cmath>
+
+#include "mxlib/perm_test/kernels.h"
+#include "mxlibRes/missing.h"
+#include "mxlibRes/products.h"
+#include "mxlibRes/standardisation.h"
+
+namespace {
+
+int TaxaOf(const TestRecord& in) {
+    return in.includePhylogeny ? in.nTaxa : 0;
+}
+
+template <class T>
+bool AllFinite(int n, int p, ConstMatrix<T> a) {
+    for (int i = 0; i < n; i++)
+        for (int j = 0; j < p; j++)
+            if (!std::isfinite(a[i][j])) return false;
+    return true;
+}
+
+bool NeedsPlainProducts(const TestRecord& in) {
+    return !AllFinite<double>(in.nCommunities, in.nOTUs, in.W) ||
+           !AllFinite<float>(in.nOTUs, in.nTraits, in.B) ||
+           !AllFinite<double>(in.nOTUs, in.nTypes, in.U) ||
+           (in.includePhylogeny && !AllFinite<double>(in.nOTUs, in.nTaxa, in.Q));
+}
+
+int TableWidth(const TestRecord& in) {
+    constexpr int kMultiple = 4;  // of weightedRows
+    const int columns = in.nTraits + in.nTypes + TaxaOf(in);
+    return (columns + kMultiple - 1) / kMultiple * kMultiple;
+}
+
+/// A missing value adds nothing, as a 0 does.
+template <class T>
+double* AppendValues(int p, const T* source, const int* sel, double* to) {
+    for (int j = 0; j < p; j++)
+        if (sel == nullptr || sel[j] == 1) *to++ = IsMissing(source[j]) ? 0.0 : source[j];
+    return to;
+}
+
+void FillTable(const TestRecord& in, Composition* c) {
+    for (int k = 0; k < in.nOTUs; k++) {
+        double* to = c->table + static_cast<long>(k) * c->width;
+        to = AppendValues(in.nTraits, in.B[k], in.traitsInUse, to);
+        to = AppendValues(in.nTypes, in.U[k], nullptr, to);
+        if (in.includePhylogeny) AppendValues(in.nTaxa, in.Q[k], nullptr, to);
+    }
+}
+
+void SparseProducts(const TestRecord& in, const int* list, Composition* c, Arrangement* now) {
+    const Kernels& kernels = KernelsOfProcessor();
+    const int* start = c->w.start;
+    for (int e = 0; e < start[in.nCommunities]; e++) c->at[e] = list[c->w.otu[e]] - 1;
+    for (int i = 0; i < in.nCommunities; i++) {
+        const int first = start[i];
+        kernels.weightedRows(start[i + 1] - first, c->at + first, c->w.value + first, c->table,
+                             c->width, c->row);
+        const double* from = c->row;
+        for (int j = 0; j < in.nTraits; j++) now->T[i][j] = in.traitsInUse[j] == 1 ? *from++ : 0.0;
+        for (int j = 0; j < in.nTypes; j++) now->X[i][j] = *from++;
+        for (int j = 0; j < TaxaOf(in); j++) now->P[i][j] = *from++;
+    }
+}
+
+void PlainProducts(const TestRecord& in, const Composition& c, Arrangement* now) {
+    MatrixProdSelectMV(in.nCommunities, in.nOTUs, in.nOTUs, in.nTraits, in.W, c.rowsB, now->T,
+                       in.traitsInUse);
+    MatrixProdMV(in.nCommunities, in.nOTUs, in.nOTUs, in.nTypes, in.W, c.rowsU, now->X);
+    if (in.includePhylogeny)
+        MatrixProdMV(in.nCommunities, in.nOTUs, in.nOTUs, in.nTaxa, in.W, c.rowsQ, now->P);
+}
+
+}  // namespace
+
+Arrangement MakeArrangement(const TestRecord& in) {
+    const int n = in.nCommunities;
+    return {ScopedMatrix<double>(n, in.nTraits), ScopedMatrix<double>(n, in.nTypes),
+            ScopedMatrix<double>(n, TaxaOf(in)), ScopedMatrix<double>(n, 1),
+            ScopedMatrix<double>(n, 1)};
+}
+
+ConstMatrix<double> MatrixOf(const TestRecord& in, const Arrangement& now, Letter letter) {
+    const ConstMatrix<double> matrices[kLetters] = {in.E,  in.Z,  in.Y,  now.T,
+                                                    now.X, now.P, now.R, now.F};
+    return matrices[letter];
+}
+
+int ColumnsOf(const TestRecord& in, Letter letter) {
+    const int columns[kLetters] = {in.nEnv,   in.nOTUs,   in.nOTUs, in.nTraits,
+                                   in.nTypes, TaxaOf(in), 1,        1};
+    return columns[letter];
+}
+
+int CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w) {
+    int count = 0;
+    for (int i = 0; i < nCommunities; i++)
+        for (int k = 0; k < nOTUs; k++) count += w[i][k] != 0 && !IsMissing(w[i][k]);
+    return count;
+}
+
+SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w) {
+    const int count = CountPresent(nCommunities, nOTUs, w);
+    SparseCells cells{ScopedVector<int>(nCommunities + 1), ScopedVector<int>(count),
+                      ScopedVector<double>(count)};
+    int e = 0;
+    for (int i = 0; i < nCommunities; i++) {
+        for (int k = 0; k < nOTUs; k++) {
+            if (w[i][k] == 0 || IsMissing(w[i][k])) continue;
+            cells.otu[e] = k;
+            cells.value[e] = w[i][k];
+            e++;
+        }
+        cells.start[i + 1] = e;
+    }
+    return cells;
+}
+
+Composition MakeComposition(const TestRecord& in) {
+    const int width = TableWidth(in);
+    const int count = CountPresent(in.nCommunities, in.nOTUs, in.W);
+    Composition c{NeedsPlainProducts(in),
+                  PresentCells(in.nCommunities, in.nOTUs, in.W),
+                  ScopedVector<int>(count),
+                  width,
+                  ScopedVector<double>(in.nOTUs * width),
+                  ScopedVector<double>(width),
+                  ScopedVector<const float*>(in.nOTUs),
+                  ScopedVector<const double*>(in.nOTUs),
+                  ScopedVector<const double*>(TaxaOf(in) > 0 ? in.nOTUs : 0)};
+    FillTable(in, &c);
+    return c;
+}
+
+void ScaleUp(const TestRecord& in, const int* list, Composition* c, Arrangement* now) {
+    for (int k = 0; k < in.nOTUs; k++) {
+        c->rowsB[k] = in.B[list[k] - 1];
+        c->rowsU[k] = in.U[list[k] - 1];
+        if (TaxaOf(in) > 0) c->rowsQ[k] = in.Q[list[k] - 1];
+    }
+    if (c->plain)
+        PlainProducts(in, *c, now);
+    else
+        SparseProducts(in, list, c, now);
+    NormalizeCols(in.nCommunities, in.nTraits, now->T, now->T);
+}

@@ -1,0 +1,47 @@
+#pragma once
+/// \file
+/// The matrices of communities that are products with W: traits T = W B with columns at unit
+/// length, composition X = W U, composition by phylogeny P = W Q.
+
+#include "mxlib/perm_test/statistics.h"
+#include "mxlibDim/scoped.h"
+
+/// T, X, P, and R and F as matrices of one column, in the present order of the OTUs.
+struct Arrangement {
+    ScopedMatrix<double> T;
+    ScopedMatrix<double> X;
+    ScopedMatrix<double> P;
+    ScopedMatrix<double> R;
+    ScopedMatrix<double> F;
+};
+Arrangement MakeArrangement(const TestRecord& in);
+
+/// Matrix of a letter and its number of columns.
+ConstMatrix<double> MatrixOf(const TestRecord& in, const Arrangement& now, Letter letter);
+int ColumnsOf(const TestRecord& in, Letter letter);
+
+/// The cells of W that add anything, community after community, OTUs ascending.
+struct SparseCells {
+    ScopedVector<int> start;  ///< first entry of each community, and the end
+    ScopedVector<int> otu;
+    ScopedVector<double> value;
+};
+int CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w);
+SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w);
+
+/// What the products keep from one order of the OTUs to the next.
+struct Composition {
+    bool plain;  ///< values that are not finite: only the full products have their meaning
+    SparseCells w;
+    ScopedVector<int> at;        ///< table row of each entry of w in the present order
+    int width;                   ///< columns of the table
+    ScopedVector<double> table;  ///< by OTUs: traits in use, types, taxa; a missing value is 0
+    ScopedVector<double> row;    ///< the same of one community
+    ScopedVector<const float*> rowsB;  ///< rows of B, U and Q in the present order
+    ScopedVector<const double*> rowsU;
+    ScopedVector<const double*> rowsQ;
+};
+Composition MakeComposition(const TestRecord& in);
+
+/// Takes the order of the OTUs from `list` and makes T (normalised), X and P anew.
+void ScaleUp(const TestRecord& in, const int* list, Composition* c, Arrangement* now);

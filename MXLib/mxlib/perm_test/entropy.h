@@ -1,0 +1,36 @@
+#pragma once
+/// \file
+/// Rao entropies of the communities, R by the similarities Sb between OTUs and F by their
+/// phylogenetic resemblances Sf, as equivalent numbers of OTUs (Jost 2007, Ecology 88, 2427-2439).
+
+#include "mxlib/perm_test/composition.h"
+
+/// What the entropies keep from one order of the OTUs to the next. The differences between OTUs
+/// are made once; a new order only looks them up.
+struct Entropies {
+    bool plain;  ///< values that are not finite: only sums over all pairs have their meaning
+    SparseCells proportions;        ///< of the OTUs present in each community
+    ScopedVector<int> otuStart;     ///< by OTUs: first place in the two lists below, and the end
+    ScopedVector<int> community;    ///< communities that hold the OTU
+    ScopedVector<int> entry;        ///< and its entry in `proportions`
+    ScopedVector<int> at;           ///< OTU of each entry in the present order
+    ScopedVector<double> byTraits;  ///< differences, OTUs by OTUs; 0 where missing
+    ScopedVector<double> byPhylogeny;
+    ScopedVector<double> q;         ///< entropies of one pass
+    ScopedMatrix<double> permuted;  ///< resemblances in the present order, where plain
+};
+Entropies MakeEntropies(const TestRecord& in);
+
+/// The observed arrangement, Sb in single precision; completes Sb and Sf from their upper halves
+/// and hands back the entropies if the record asks for them. FillDifferences then prepares the
+/// permuted arrangements, Sb in double precision.
+void ObservedEntropies(const TestRecord& in, Entropies* e, Arrangement* now);
+void FillDifferences(const TestRecord& in, Entropies* e);
+void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arrangement* now);
+
+/// Rows and columns of s in the order of `list`.
+template <class T>
+void PermuteBoth(int n, const int* list, ConstMatrix<T> s, Matrix<double> permuted) {
+    for (int i = 0; i < n; i++)
+        for (int j = 0; j < n; j++) permuted[i][j] = s[list[i] - 1][list[j] - 1];
+}

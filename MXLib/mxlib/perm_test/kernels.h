@@ -1,0 +1,42 @@
+#pragma once
+/// \file
+/// The inner loops of the permutation test. Sums run in a fixed number of lanes, so that the digits
+/// are the same whatever width of vector registers the processor has.
+
+/// Loops over columns read this many places past the end of each, and loops over cells write as
+/// many past the last cell: buffers have that much more room.
+inline constexpr int kOverrun = 16;
+
+struct Kernels {
+    /// Distances between n objects, described by p columns of `stride` places, into the cells above
+    /// the diagonal, row after row; each is summed column after column.
+    void (*euclidean)(int n, int p, const double* columns, int stride, double* cells);
+    void (*absolute)(int n, int p, const double* columns, int stride, double* cells);
+
+    double (*sum)(int m, const double* x);
+    double (*dot)(int m, const double* x, const double* y);
+    /// Subtracts the mean; the result is the sum of squares of what remains.
+    double (*centre)(int m, double mean, double* x);
+
+    /// row = the sum over the entries e, ascending, of weights[e] times table row at[e]; `width` is
+    /// a multiple of 4.
+    void (*weightedRows)(int entries, const int* at, const double* weights, const double* table,
+                         int width, double* row);
+};
+
+/// The loops for this processor.
+const Kernels& KernelsOfProcessor();
+
+/// Sum of weights[e] times row[at[e]].
+inline double GatheredDot(int entries, const int* at, const double* weights, const double* row) {
+    double s0 = 0.0, s1 = 0.0, s2 = 0.0, s3 = 0.0;
+    int e = 0;
+    for (; e + 4 <= entries; e += 4) {
+        s0 += weights[e] * row[at[e]];
+        s1 += weights[e + 1] * row[at[e + 1]];
+        s2 += weights[e + 2] * row[at[e + 2]];
+        s3 += weights[e + 3] * row[at[e + 3]];
+    }
+    for (; e < entries; e++) s0 += weights[e] * row[at[e]];
+    return (s0 + s1) + (s2 + s3);
+}

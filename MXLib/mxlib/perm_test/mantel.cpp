@@ -1,0 +1,181 @@
+#include "mxlib/perm_test/mantel.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "mxlib/perm_test/kernels.h"
+#include "mxlib/resemblance_lib.h"
+#include "mxlibRes/congruence.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/missing.h"
+
+namespace {
+
+enum Measure : int {
+    kNoMeasure = 0,
+    kAbsoluteMeasure = 2,
+    kEuclideanMeasure = 3,
+    kChordMeasure = 18
+};
+
+/// Matrix correlation is defined from three communities on; entropies always take it.
+bool IsSmallSample(const TestRecord& in) {
+    return in.nCommunities < 3;
+}
+
+int MeasureOf(const TestRecord& in, Letter letter) {
+    if (letter == kT) return kEuclideanMeasure;
+    if (letter == kR || letter == kF) return kAbsoluteMeasure;
+    return TranslateReseOpt_TESSEL_POLYAX(in.rese_opt);
+}
+
+/// The rule of MatrixCorr on two vectors of cells.
+double CorrelationOfPresent(int m, const double* a, const double* b) {
+    double meanA = 0.0, meanB = 0.0;
+    int count = 0;
+    for (int k = 0; k < m; k++) {
+        if (IsMissing(a[k]) || IsMissing(b[k])) continue;
+        meanA += a[k];
+        meanB += b[k];
+        count++;
+    }
+    meanA /= count;
+    meanB /= count;
+    double squaresA = 0.0, squaresB = 0.0, products = 0.0;
+    for (int k = 0; k < m; k++) {
+        if (IsMissing(a[k]) || IsMissing(b[k])) continue;
+        squaresA += (a[k] - meanA) * (a[k] - meanA);
+        squaresB += (b[k] - meanB) * (b[k] - meanB);
+        products += (a[k] - meanA) * (b[k] - meanB);
+    }
+    if (squaresA == 0 || squaresB == 0) return 0.0;
+    return products / std::sqrt(squaresA * squaresB);
+}
+
+void CellsAbove(int n, ConstMatrix<double> d, double* cells) {
+    for (int i = 0; i < n; i++)
+        for (int j = i + 1; j < n; j++) *cells++ = d[i][j];
+}
+
+void Centre(const Kernels& kernels, Letter letter, MantelPairs* m) {
+    double* cells = m->cells[letter];
+    const double mean = kernels.sum(m->nCells, cells) / m->nCells;
+    m->squares[letter] = kernels.centre(m->nCells, mean, cells);
+}
+
+void TakeFixed(const TestRecord& in, Letter letter, ConstMatrix<double> d, MantelPairs* m) {
+    CellsAbove(in.nCommunities, d, m->cells[letter]);
+    const double* cells = m->cells[letter];
+    m->hasMissing[letter] = HasMissing(1, m->nCells, &cells);
+    if (!m->hasMissing[letter] && !IsSmallSample(in)) Centre(KernelsOfProcessor(), letter, m);
+}
+
+/// Column by column, the places past the objects being 0. Returns whether a value is missing.
+bool TakeColumns(int n, int p, ConstMatrix<double> a, MantelPairs* m) {
+    bool missing = false;
+    for (int j = 0; j < p; j++) {
+        double* column = m->columns + static_cast<long>(j) * m->stride;
+        for (int i = 0; i < n; i++) {
+            column[i] = a[i][j];
+            missing |= IsMissing(a[i][j]);
+        }
+    }
+    return missing;
+}
+
+void UnitLengthOfObjects(int n, int p, MantelPairs* m) {
+    for (int i = 0; i < n; i++) {
+        double* x = m->columns + i;
+        double squares = 0.0;
+        for (int j = 0; j < p; j++) {
+            const double value = x[static_cast<long>(j) * m->stride];
+            squares += value * value;
+        }
+        const double length = squares > 0 ? std::sqrt(squares) : 1.0;
+        for (int j = 0; j < p; j++) x[static_cast<long>(j) * m->stride] /= length;
+    }
+}
+
+void MakeCells(const TestRecord& in, const Arrangement& now, Letter letter, MantelPairs* m) {
+    const int n = in.nCommunities;
+    const int p = ColumnsOf(in, letter);
+    const int measure = MeasureOf(in, letter);
+    double* cells = m->cells[letter];
+    if (measure == kNoMeasure) {
+        std::fill_n(cells, m->nCells, 0.0);
+        return;
+    }
+    const Kernels& kernels = KernelsOfProcessor();
+    const bool missing = TakeColumns(n, p, MatrixOf(in, now, letter), m);
+    if (!missing && measure == kAbsoluteMeasure) {
+        kernels.absolute(n, p, m->columns, m->stride, cells);
+    } else if (!missing && (measure == kEuclideanMeasure || measure == kChordMeasure)) {
+        if (measure == kChordMeasure) UnitLengthOfObjects(n, p, m);
+        kernels.euclidean(n, p, m->columns, m->stride, cells);
+    } else {
+        CommunityResemblance(in, now, letter, m->square);
+        CellsAbove(n, m->square, cells);
+    }
+}
+
+double PairCorrelation(const TestRecord& in, const PairStatistic& pair, const MantelPairs& m) {
+    const double* a = m.cells[pair.a];
+    const double* b = m.cells[pair.b];
+    const bool ofEntropy = pair.block == kBlockR || pair.block == kBlockF;
+    if (IsSmallSample(in)) {
+        if (ofEntropy) return m.nCells < 1 ? 0.0 : CorrelationOfPresent(m.nCells, a, b);
+        return m.nCells < 1 ? SmallSampleCongruence(0.0, 0.0) : SmallSampleCongruence(*a, *b);
+    }
+    if (m.hasMissing[pair.a] || m.hasMissing[pair.b]) return CorrelationOfPresent(m.nCells, a, b);
+    const double squaresA = m.squares[pair.a];
+    const double squaresB = m.squares[pair.b];
+    if (squaresA == 0 || squaresB == 0) return 0.0;
+    return KernelsOfProcessor().dot(m.nCells, a, b) / std::sqrt(squaresA * squaresB);
+}
+
+int WidestVarying(const TestRecord& in) {
+    int widest = 1;
+    for (const Letter letter : {kT, kX, kP}) widest = std::max(widest, ColumnsOf(in, letter));
+    return widest;
+}
+
+}  // namespace
+
+MantelPairs MakeMantelPairs(const TestRecord& in) {
+    const int n = in.nCommunities;
+    const int nCells = n * (n - 1) / 2;
+    const int stride = n + kOverrun;
+    MantelPairs m{nCells,
+                  stride,
+                  ScopedMatrix<double>(kLetters, nCells + kOverrun),
+                  ScopedVector<double>(kLetters),
+                  ScopedVector<bool>(kLetters),
+                  ScopedVector<double>(stride * WidestVarying(in)),
+                  ScopedMatrix<double>(n, n)};
+    TakeFixed(in, kE, in.DE, &m);
+    TakeFixed(in, kZ, in.DZ, &m);
+    TakeFixed(in, kY, in.DY, &m);
+    return m;
+}
+
+void CommunityResemblance(const TestRecord& in, const Arrangement& now, Letter letter,
+                          Matrix<double> d) {
+    const int n = in.nCommunities;
+    if (MeasureOf(in, letter) == kNoMeasure)
+        for (int i = 0; i < n; i++) std::fill_n(d[i], n, 0.0);
+    ResemblanceLib(n, ColumnsOf(in, letter), MatrixOf(in, now, letter), d, 1, MeasureOf(in, letter),
+                   0.0, nullptr, 0.0, 0.0, 0, false);
+}
+
+void MantelBlock(const TestRecord& in, const Arrangement& now, Block block, MantelPairs* m,
+                 Statistics* s) {
+    const Letter made = MadeIn(block);
+    MakeCells(in, now, made, m);
+    if (!IsSmallSample(in)) Centre(KernelsOfProcessor(), made, m);
+    for (const PairStatistic& pair : kPairStatistics)
+        if (pair.block == block) (*s)[pair.result] = PairCorrelation(in, pair, *m);
+    for (const PartialOfPairs& partial : kPartialsOfPairs)
+        if (partial.block == block)
+            (*s)[partial.result] =
+                PartialCorrelation((*s)[partial.xy], (*s)[partial.xz], (*s)[partial.yz]);
+}

@@ -1,0 +1,25 @@
+#pragma once
+/// \file
+/// Matrix correlations of the test. The cells above the diagonal of each resemblance matrix lie in
+/// one vector, centred once, so that a correlation is a sum of products.
+
+#include "mxlib/perm_test/composition.h"
+
+struct MantelPairs {
+    int nCells;
+    int stride;                     ///< places of a column
+    ScopedMatrix<double> cells;     ///< by letter, centred (two communities: as they are)
+    ScopedVector<double> squares;   ///< by letter: sum of squares of the centred cells
+    ScopedVector<bool> hasMissing;  ///< by letter
+    ScopedVector<double> columns;   ///< the matrix at hand, column by column
+    ScopedMatrix<double> square;    ///< room for ResemblanceLib
+};
+MantelPairs MakeMantelPairs(const TestRecord& in);
+
+/// Makes the resemblances by the letter of the block and correlates them as the tables say.
+void MantelBlock(const TestRecord& in, const Arrangement& now, Block block, MantelPairs* m,
+                 Statistics* s);
+
+/// Resemblance matrix between communities by T, X, P, R or F, both halves.
+void CommunityResemblance(const TestRecord& in, const Arrangement& now, Letter letter,
+                          Matrix<double> d);
