@@ -61,6 +61,9 @@ extern float** phylogenyData;   ///< tcst x nClados, type 2 only; null when ther
 extern int* phylogenyVarType;   ///< nClados; null when there is none
 extern int phylogenyOTUs;       ///< OTUs that the phylogeny in memory was made for (owner: readers)
 
+/// Puts a matrix F of zeros for tcst OTUs in the place of the phylogeny in memory.
+void RenewPhylogeny();
+
 extern char dataName[kTitleLength + 1];  ///< title: first line of the formatted data file
 
 // Working arrays of the analyses and the track file, zero when the data set has been read

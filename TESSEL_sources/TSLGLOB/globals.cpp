@@ -104,3 +104,11 @@ void FreeGlobals2() {
     grLabel = nullptr;
     groupRel = nullptr;
 }
+
+void RenewPhylogeny() {
+    Release(phylogenyRese, phylogenyOTUs);
+    Release(phylogenyData, phylogenyOTUs);
+    Release(phylogenyVarType);
+    phylogenyOTUs = tcst;
+    phylogenyRese = dim2Double(tcst, tcst);
+}

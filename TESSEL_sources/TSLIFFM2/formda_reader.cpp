@@ -181,17 +181,6 @@ void ReadWindow(const DataFile& file) {
     SMWSize = Equal(word, kWindowMarker) ? ReadInt(file) : 1;
 }
 
-void RenewPhylogeny() {
-    free2D(phylogenyRese, phylogenyOTUs);
-    free2D(phylogenyData, phylogenyOTUs);
-    free1D(phylogenyVarType);
-    phylogenyRese = nullptr;
-    phylogenyData = nullptr;
-    phylogenyVarType = nullptr;
-    phylogenyOTUs = tcst;
-    phylogenyRese = dim2Double(tcst, tcst);
-}
-
 void ReadPhylogenyData(const DataFile& file) {
     nClados = ReadCount(file, 0, kFieldBytes * (1 + static_cast<long long>(tcst)));
     phylogenyVarType = dim1Dint(nClados);
