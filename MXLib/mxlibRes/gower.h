@@ -39,13 +39,13 @@ float VariableRange(int n, const float* values);
 float VariableRange(int n, const double* values);
 
 /// Whether a variable counts for two objects with values xi and xj; if so, `contribution` is what
-/// it adds to the sum of the pair: weight for a match, 0 for none, in proportion in between. A
-/// range of 0 or less is a match.
+/// it adds to the sum of the pair: the variable's weight w for a match, 0 for none, in proportion
+/// in between. A range of 0 or less is a match.
 template <class T>
-bool GowerPart(int type, T xi, T xj, float range, float weight, bool countDoubleAbsences,
+bool GowerPart(int type, T xi, T xj, float range, float variableWeight, bool countDoubleAbsences,
                double* contribution) {
     if (IsMissing(xi) || IsMissing(xj)) return false;
-    const double w = static_cast<double>(weight);
+    const double w = static_cast<double>(variableWeight);
     switch (type) {
         case kIntervalVariable:
         case kOrdinalVariable: {
