@@ -1,0 +1,220 @@
+#include <gsl/gsl_errno.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "mxlib/eigen.h"
+#include "mxlib/ordination.h"
+#include "support/matrices.h"
+
+namespace {
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+class Decompositions : public testing::Test {
+  protected:
+    void SetUp() override { gsl_set_error_handler_off(); }
+};
+using Eigenanalysis = Decompositions;
+using SingularValues = Decompositions;
+using Ordination = Decompositions;
+
+/// A v = e v for every pair and v v' = 1.
+void ExpectEigenpairs(Table<double> a, Table<double> v, const double* e, double tolerance) {
+    const int n = a.rows();
+    for (int k = 0; k < n; k++)
+        for (int i = 0; i < n; i++) {
+            double av = 0.0;
+            double vv = 0.0;
+            for (int j = 0; j < n; j++) {
+                av += a[i][j] * v[k][j];
+                vv += v[k][j] * v[i][j];
+            }
+            EXPECT_NEAR(av, e[k] * v[k][i], tolerance);
+            EXPECT_NEAR(vv, i == k ? 1.0 : 0.0, 1e-13);
+        }
+}
+
+TEST_F(Eigenanalysis, KnownSpectraStandDescendingWithVectorsInRows) {
+    Table<double> a = {{2, -1, 0}, {-1, 2, -1}, {0, -1, 2}};
+    const Table<double> before = a;
+    Table<double> v(3, 3);
+    double e[3];
+    EXPECT_EQ(EigenHouseholderQL_GSL_D(3, a, v, e), 1);
+    EXPECT_NEAR(e[0], 2 + std::sqrt(2.0), 1e-14);
+    EXPECT_NEAR(e[1], 2.0, 1e-14);
+    EXPECT_NEAR(e[2], 2 - std::sqrt(2.0), 1e-14);
+    EXPECT_NEAR(std::fabs(v[1][0]), std::sqrt(0.5), 1e-14);
+    EXPECT_NEAR(v[0][0], -v[0][1] / std::sqrt(2.0), 1e-14);
+    ExpectEigenpairs(a, v, e, 1e-13);
+    ExpectSame(a, before);
+
+    Table<float> f = {{2, 1}, {1, 2}};
+    Table<float> vf(2, 2);
+    float ef[2];
+    EXPECT_EQ(EigenHouseholderQL_GSL(2, f, vf, ef), 1);
+    EXPECT_FLOAT_EQ(ef[0], 3.0F);
+    EXPECT_FLOAT_EQ(ef[1], 1.0F);
+    EXPECT_EQ(EigenHouseholderQL_GSL(0, f, vf, ef), 1);
+}
+
+TEST_F(Eigenanalysis, NegativeValuesBeyondATenthOfAPercentOfTheTraceAreReported) {
+    Table<double> v(2, 2);
+    double e[2];
+    Table<double> slight = {{1, 0}, {0, -0.00099}};
+    EXPECT_EQ(EigenHouseholderQL_GSL_D(2, slight, v, e), 1);
+    Table<double> clear = {{1, 0}, {0, -0.00101}};
+    EXPECT_EQ(EigenHouseholderQL_GSL_D(2, clear, v, e), 0);
+    EXPECT_EQ(e[1], -0.00101);
+}
+
+TEST_F(Eigenanalysis, ExtremeAndNonFiniteMatricesEnd) {
+    Table<double> v(3, 3);
+    double e[3];
+    for (const double scale : {1e300, 1e-300, 1e-310, 4e-323}) {
+        Table<double> a = {
+            {2 * scale, -scale, 0}, {-scale, 2 * scale, -scale}, {0, -scale, 2 * scale}};
+        EigenHouseholderQL_GSL_D(3, a, v, e);
+        EXPECT_NEAR(e[0] / scale, 2 + std::sqrt(2.0), scale < 1e-307 ? 0.5 : 1e-13);
+    }
+    Table<double> mixed = {{1, 0, 0}, {0, 5e-324, 3e-320}, {0, 3e-320, 1e-310}};
+    EXPECT_EQ(EigenHouseholderQL_GSL_D(3, mixed, v, e), 1);
+    EXPECT_EQ(e[0], 1.0);
+    Table<double> single = {{1e308, 1, 0}, {1, 1, 1e-308}, {0, 1e-308, 1}};
+    EXPECT_EQ(EigenHouseholderQL_GSL_D(3, single, v, e), 1);
+    EXPECT_EQ(e[0], 1e308);
+    for (const double odd : {kNaN, std::numeric_limits<double>::infinity()}) {
+        Table<double> a = {{1, 0, odd}, {0, 1, 0}, {odd, 0, 1}};
+        EXPECT_EQ(EigenHouseholderQL_GSL_D(3, a, v, e), 1);
+        EXPECT_TRUE(std::isnan(e[0]) && std::isnan(e[2]) && std::isnan(v[1][1]));
+    }
+}
+
+TEST_F(SingularValues, KnownValuesAndTheProductOfTheFactors) {
+    Table<double> a = {{3, 0}, {4, 5}, {0, 0}};
+    Table<double> u(3, 2);
+    Table<double> v(2, 2);
+    double s[2];
+    EXPECT_EQ(SingValueDecomp(3, 2, a, u, s, v), 1);
+    EXPECT_NEAR(s[0], std::sqrt(45.0), 1e-14);
+    EXPECT_NEAR(s[1], std::sqrt(5.0), 1e-14);
+    for (int i = 0; i < 3; i++)
+        for (int j = 0; j < 2; j++)
+            EXPECT_NEAR(u[i][0] * s[0] * v[j][0] + u[i][1] * s[1] * v[j][1], a[i][j], 1e-14);
+    Table<float> f = {{3, 0}, {4, 5}};
+    Table<float> uf(2, 2);
+    Table<float> vf(2, 2);
+    float sf[2];
+    EXPECT_EQ(SingValueDecomp(2, 2, f, uf, sf, vf), 1);
+    EXPECT_FLOAT_EQ(sf[0], std::sqrt(45.0F));
+}
+
+TEST_F(SingularValues, RefusedSizesTouchNothingAndNaNFlowsOn) {
+    Table<double> a = {{1, 2, 3}};
+    Table<double> u(3, 3, 7.0);
+    Table<double> v(3, 3, 7.0);
+    double s[3] = {7, 7, 7};
+    EXPECT_EQ(SingValueDecomp(1, 3, a, u, s, v), 0);
+    EXPECT_EQ(s[0], 7.0);
+    EXPECT_EQ(v[0][0], 7.0);
+    EXPECT_EQ(SingValueDecomp(0, 0, a, u, s, v), 1);
+    Table<double> odd = {{1, 2}, {kNaN, 1}};
+    EXPECT_EQ(SingValueDecomp(2, 2, odd, u, s, v), 1);
+    EXPECT_TRUE(std::isnan(s[0]) && std::isnan(s[1]));
+}
+
+struct Coordinates {
+    int nAxes = -1;
+    bool ok = false;
+    Table<float> scores{4, 4, 99.0F};
+    float eval[4] = {};
+};
+
+Coordinates PrincipalCoordinates(Table<float> rese, int reseType) {
+    Coordinates c;
+    const int n = rese.rows();
+    Table<float> evec(n, n);
+    EXPECT_EQ(OrdinationLib(n, 0, nullptr, rese, evec, c.scores, &c.nAxes, c.eval, &c.ok,
+                            kPrincipalCoordinates, reseType, 1),
+              1);
+    return c;
+}
+
+TEST_F(Ordination, PointsOnALineComeBackFromTheirDistances) {
+    // points at 0, 1, 4, 7, centred at 3; the lower half is not read
+    const Coordinates c =
+        PrincipalCoordinates({{0, 1, 4, 7}, {-5, 0, 3, 6}, {-5, -5, 0, 3}, {-5, -5, -5, 0}}, 3);
+    EXPECT_EQ(c.nAxes, 1);
+    EXPECT_TRUE(c.ok);
+    EXPECT_NEAR(c.eval[0], 9 + 4 + 1 + 16, 1e-5);
+    const float sign = c.scores[0][0] < 0 ? 1.0F : -1.0F;
+    const float expected[] = {-3, -2, 1, 4};
+    for (int i = 0; i < 4; i++) EXPECT_NEAR(sign * c.scores[0][i], expected[i], 1e-5);
+    EXPECT_EQ(c.scores[1][0], 99.0F);
+
+    // cross-products of the same points
+    const Coordinates p = PrincipalCoordinates(
+        {{9, 6, -3, -12}, {6, 4, -2, -8}, {-3, -2, 1, 4}, {-12, -8, 4, 16}}, 1);
+    EXPECT_EQ(p.nAxes, 1);
+    EXPECT_NEAR(std::fabs(p.scores[0][3]), 4.0F, 1e-5);
+}
+
+TEST_F(Ordination, ASimilarityEntersAsRootOfItsComplementWithoutSquaring) {
+    // s = 0.75: sqrt(0.25) = 0.5 is the squared distance, so the axis has eigenvalue 0.5 / 2
+    const Coordinates c = PrincipalCoordinates({{1, 0.75}, {0.75, 1}}, 5);
+    EXPECT_EQ(c.nAxes, 1);
+    EXPECT_FLOAT_EQ(c.eval[0], 0.25F);
+    EXPECT_FLOAT_EQ(std::fabs(c.scores[0][0]), std::sqrt(0.125F));
+}
+
+TEST_F(Ordination, IdenticalObjectsGiveNoAxisAndNegativeValuesAreNotKept) {
+    const Coordinates none = PrincipalCoordinates({{0, 0, 0}, {0, 0, 0}, {0, 0, 0}}, 3);
+    EXPECT_EQ(none.nAxes, 0);
+    EXPECT_EQ(none.scores[0][0], 99.0F);
+    // no triangle has sides 1, 1, 3
+    const Coordinates c = PrincipalCoordinates({{0, 1, 1}, {1, 0, 3}, {1, 3, 0}}, 3);
+    EXPECT_EQ(c.nAxes, 1);
+    EXPECT_FALSE(c.ok);
+    EXPECT_NEAR(c.eval[0], 4.5, 1e-5);
+    EXPECT_NEAR(c.eval[2], -5.0 / 6.0, 1e-5);
+}
+
+TEST_F(Ordination, ComponentScoresProjectTheDataOnUnitVectors) {
+    Table<double> cross = {{2, 1}, {1, 2}};
+    Table<double> byObjects = {{1, 1}, {2, -2}, {-999, 4}};
+    Table<double> byVariables = {{1, 2, -999}, {1, -2, 4}};
+    for (const int orientation : {1, 2}) {
+        Table<double> scores(2, 3);
+        const int nAxes = OrdinationLib_Scores(2, 3, orientation == 1 ? byVariables : byObjects,
+                                               cross, scores, kPrincipalComponents, 1, orientation);
+        EXPECT_EQ(nAxes, 2);
+        const double h = std::sqrt(0.5);
+        const double first[] = {2 * h, 0, 4 * h};
+        const double second[] = {0, 4 * h, 4 * h};
+        for (int j = 0; j < 3; j++) {
+            EXPECT_NEAR(std::fabs(scores[0][j]), first[j], 1e-14);
+            EXPECT_NEAR(std::fabs(scores[1][j]), second[j], 1e-14);
+        }
+    }
+}
+
+TEST_F(Ordination, ConversionsOfResemblances) {
+    Table<double> r = {{1, -1, 1}, {0, 1, 0.25}, {0, 0, 1}};
+    Table<double> d(3, 3, 5.0);
+    CorrToSqDist(3, r, d);
+    ExpectSame(d, {{0, 4, 0}, {4, 0, 1.5}, {0, 1.5, 0}});
+    Table<double> p = {{1, 0.75}, {0, 0.5}};
+    ProbToDissim(2, p, p);
+    ExpectSame(p, {{0, 0.25}, {0.25, 0.5}});
+    Table<double> products = {{4, -2}, {0, 1}};
+    Table<double> squared(2, 2, 5.0);
+    ProdToSqDist(2, products, squared);
+    ExpectSame(squared, {{0, 9}, {5, 0}});
+    Table<double> distances = {{0, 2}, {7, 0}};
+    Table<double> centred(2, 2, 5.0);
+    DissToCenterProdMatrix(2, distances, centred, false);
+    ExpectSame(centred, {{1, -1}, {5, 1}});
+}
+
+}  // namespace
