@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,18 +34,21 @@ ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, doub
     ProgramRun run;
     const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     int status = 0;
-    while (waitpid(child, &status, WNOHANG) == 0) {
+    rusage used = {};
+    while (wait4(child, &status, WNOHANG, &used) == 0) {
         if (std::chrono::steady_clock::now() > limit) {
             run.timedOut = true;
             // An orderly stop first, so that buffered output is lost as it would be for a user.
             kill(child, SIGTERM);
-            waitpid(child, &status, 0);
+            wait4(child, &status, 0, &used);
             break;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     if (!run.timedOut && WIFEXITED(status)) run.status = WEXITSTATUS(status);
     if (!run.timedOut && WIFSIGNALED(status)) run.signal = WTERMSIG(status);
+    for (const timeval& time : {used.ru_utime, used.ru_stime})
+        run.cpuSeconds += double(time.tv_sec) + double(time.tv_usec) * 1e-6;
     run.out = streams.Read("out");
     run.err = streams.Read("err");
     return run;

@@ -12,6 +12,7 @@ struct ProgramRun {
     int status = -1;        ///< exit status; -1 when it did not exit by itself
     bool timedOut = false;  ///< it was stopped at the time limit
     int signal = 0;         ///< signal that ended it, other than the time limit's
+    double cpuSeconds = 0;  ///< processor time that it took
 };
 
 /// Runs the program in `folder` with `answers` on its standard input.
