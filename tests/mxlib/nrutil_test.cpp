@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "nrutilMX/nrutilMX.h"
+#include "support/console.h"
+#include "support/matrices.h"
+
+namespace {
+
+/// Solves a x = b by way of the arrays that count from 1; a becomes its inverse, b the solutions.
+std::string Solve(Table<double>& a, Table<double>& b) {
+    const int n = a.rows(), m = b.cols();
+    Table<double> a1(n + 1, n + 1), b1(n + 1, m + 1);
+    Convertn_n1(n, n, a, a1);
+    Convertn_n1(n, m, b, b1);
+    const ConsoleRun run = WithConsole("", [&](FILE*) { gaussj(a1, n, b1, m); });
+    Convertn1_n(n, n, a1, a);
+    Convertn1_n(n, m, b1, b);
+    return run.err;
+}
+
+TEST(GaussJordan, InverseOfTheHilbertMatrix) {
+    Table<double> a(4, 4), b = {{25.0 / 12}, {77.0 / 60}, {57.0 / 60}, {319.0 / 420}};
+    for (int i = 0; i < 4; i++)
+        for (int j = 0; j < 4; j++) a[i][j] = 1.0 / (i + j + 1);
+    EXPECT_EQ(Solve(a, b), "");
+    ExpectNear(a,
+               {{16, -120, 240, -140},
+                {-120, 1200, -2700, 1680},
+                {240, -2700, 6480, -4200},
+                {-140, 1680, -4200, 2800}},
+               1e-8);
+    ExpectNear(b, Table<double>(4, 1, 1.0), 1e-11);
+}
+
+TEST(GaussJordan, ProductWithTheInverseIsTheUnitMatrix) {
+    std::mt19937 generator(41);
+    const Table<double> a = RandomTable<double>(9, 9, -1, 1, generator);
+    Table<double> inverse = a, solutions = RandomTable<double>(9, 3, -1, 1, generator);
+    const Table<double> right = solutions;
+    EXPECT_EQ(Solve(inverse, solutions), "");
+    for (int i = 0; i < 9; i++) {
+        for (int j = 0; j < 9; j++) {
+            double cell = 0;
+            for (int k = 0; k < 9; k++) cell += a[i][k] * inverse[k][j];
+            EXPECT_NEAR(cell, i == j, 1e-12);
+        }
+        for (int j = 0; j < 3; j++) {
+            double cell = 0;
+            for (int k = 0; k < 9; k++) cell += a[i][k] * solutions[k][j];
+            EXPECT_NEAR(cell, right[i][j], 1e-12);
+        }
+    }
+}
+
+TEST(GaussJordan, SingularMatricesAreReportedAndDoNotStop) {
+    Table<double> zero(1, 1), right(1, 1, 1.0);
+    EXPECT_EQ(Solve(zero, right), "gaussj: Singular Matrix-2");
+    EXPECT_EQ(right[0][0], HUGE_VAL);
+    Table<double> collinear = {{1, 2, 3}, {2, 4, 6}, {1, 1, 1}}, b(3, 1, 1.0);
+    EXPECT_EQ(Solve(collinear, b).find("gaussj: Singular Matrix-2"), 0U);
+    EXPECT_FALSE(std::isfinite(b[0][0]));
+    // nothing compares with NaN, so the first column is taken for the pivot again
+    Table<double> nan(3, 3, std::nan("")), c(3, 1, 1.0);
+    EXPECT_EQ(Solve(nan, c).find("gaussj: Singular Matrix-1"), 0U);
+    Table<double> alone = {{0, 0, 0}, {0, 0, 4}, {0, 2, 0}};
+    gaussj(alone, 2, nullptr, 0);  // no right-hand side
+    ExpectSame(alone, {{0, 0, 0}, {0, 0, 0.5}, {0, 0.25, 0}});
+}
+
+template <class T>
+class Cholesky : public ::testing::Test {};
+using Types = ::testing::Types<float, double>;
+TYPED_TEST_SUITE(Cholesky, Types);
+
+TYPED_TEST(Cholesky, FactorsBelowTheDiagonalInputAboveIt) {
+    using T = TypeParam;
+    Table<T> a = {{4, 12, -16}, {12, 37, -43}, {-16, -43, 98}};
+    T diag[3];
+    EXPECT_EQ(choldc(a, 3, diag), 1);
+    EXPECT_EQ(diag[0], T(2));
+    EXPECT_EQ(diag[1], T(1));
+    EXPECT_EQ(diag[2], T(3));
+    ExpectSame<T>(a, {{4, 12, -16}, {6, 37, -43}, {-8, 5, 98}});
+    EXPECT_EQ(choldc(a, 0, diag), 1);
+}
+
+TYPED_TEST(Cholesky, FailsWithoutAPositiveDiagonalSum) {
+    using T = TypeParam;
+    for (const T second : {T(4), T(3), T(std::nan(""))}) {
+        Table<T> a = {{1, 2}, {2, second}};
+        T diag[2];
+        int result = 7;
+        const ConsoleRun run = WithConsole("", [&](FILE*) { result = choldc(a, 2, diag); });
+        EXPECT_EQ(result, 0);
+        EXPECT_EQ(run.out, "\ncholdc failed");
+    }
+}
+
+TEST(Failure, EndsTheProgramWithItsText) {
+    const ConsoleRun run = WithConsole("", [](FILE*) { nrerror("NSTACK too small in sort2."); });
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.err, "NSTACK too small in sort2.\n");
+}
+
+}  // namespace

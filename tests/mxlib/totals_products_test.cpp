@@ -1,0 +1,168 @@
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "mxlibRes/products.h"
+#include "mxlibRes/totals.h"
+#include "reference/products.h"
+#include "support/matrices.h"
+
+namespace {
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+TEST(Totals, PassOverMissingValuesInTheElementType) {
+    // 2^24 + 1 has no place in single precision: a sum in float stays at 2^24.
+    Table<float> a = {{16777216, 1, 1}, {-999, 2.5F, -999}, {-999, -999, -999}};
+    Table<double> b = {{16777216, 1, 1}, {-999, 2.5, -999}, {-999, -999, -999.5}};
+    float rows[3], cols[3];
+    double rowsD[3], colsD[3];
+    RowTotalsMV(3, 3, a, rows);
+    ColTotalsMV(3, 3, a, cols);
+    RowTotalsMV(3, 3, b, rowsD);
+    ColTotalsMV(3, 3, b, colsD);
+    EXPECT_EQ(rows[0], 16777216.0F);
+    EXPECT_EQ(rows[1], 2.5F);
+    EXPECT_EQ(rows[2], 0.0F);
+    EXPECT_EQ(cols[1], 3.5F);
+    EXPECT_EQ(rowsD[0], 16777218.0);
+    EXPECT_EQ(rowsD[2], -999.5);
+    EXPECT_EQ(colsD[2], -998.5);
+    EXPECT_EQ(MatrixTotalMV(3, 3, b), 16777218.0 + 2.5 - 999.5);
+    EXPECT_EQ(MatrixTotalMV(0, 3, b), 0.0);
+}
+
+TEST(Totals, MeanAndStandardDeviation) {
+    double mean, sd;
+    const float known[] = {2, 4, 4, 4, 5, 5, 7, 9};  // population variance 4
+    MeanStDev(8, known, &mean, &sd);
+    EXPECT_EQ(mean, 5.0);
+    EXPECT_DOUBLE_EQ(sd, std::sqrt(32.0 / 7.0));
+    const float wide[] = {4097, 0};  // 4097^2 = 16785409 rounds to 16785408 in single precision
+    MeanStDev(2, wide, &mean, &sd);
+    EXPECT_EQ(sd, std::sqrt(16785408.0 - 16785409.0 / 2));
+
+    const double gaps[] = {1, -999, 2, 6, -999};
+    EXPECT_DOUBLE_EQ(SumOfSquaresDev(5, gaps), 14.0);
+    EXPECT_TRUE(std::isnan(SumOfSquaresDev(1, gaps + 1)));
+    EXPECT_TRUE(std::isnan(SumOfSquaresDev(0, gaps)));
+}
+
+TEST(Totals, ExtremesAndTheirEmptyCases) {
+    const float x[] = {-3, -999, 7};
+    EXPECT_EQ(maxVector(3, x), 7.0F);
+    EXPECT_EQ(minVector(3, x), -999.0F);
+    EXPECT_EQ(maxVector(0, x), -FLT_MAX);
+    EXPECT_EQ(minVector(0, x), FLT_MAX);
+    Table<double> negative = {{-1, -2}};
+    EXPECT_EQ(MatrixMax(1, 2, negative), 0.0);
+}
+
+TEST(Totals, TransposeScaleAddAndMirror) {
+    Table<double> a = {{1, 2, -999}, {4, 5, 6}};
+    Table<double> b(3, 2);
+    TransposeMatrix(2, 3, a, b);
+    ExpectSame(b, {{1, 4}, {2, 5}, {-999, 6}});
+    EXPECT_EQ(ScalarMatrixProd(2, 3, -2.0, a, a), 0);
+    ExpectSame(a, {{-2, -4, -999}, {-8, -10, -12}});
+
+    Table<float> square = {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}};
+    TransposeSqMatrix(3, square, square);
+    ExpectSame(square, {{1, 4, 7}, {2, 5, 8}, {3, 6, 9}});
+    UpperToLowerMatrix(3, square);
+    ExpectSame(square, {{1, 4, 7}, {4, 5, 8}, {7, 8, 9}});
+
+    Table<double> sum(2, 3, 0.5);
+    EXPECT_EQ(MatrixSum(2, 3, 3, 2, a, b, sum, 1), 1);
+    ExpectSame(sum, Table<double>(2, 3, 0.5));
+    EXPECT_EQ(MatrixSum(2, 3, 2, 3, a, a, sum, -1), 0);
+    ExpectSame(sum, Table<double>(2, 3, 0.0));
+}
+
+TEST(Products, MissingPairsAddNothing) {
+    Table<float> a = {{1, 2, -999}, {-999, -999, -999}};
+    Table<float> b = {{3, -999}, {5, 7}, {11, 13}};
+    Table<float> c(2, 2, 99);
+    EXPECT_EQ(MatrixProd(2, 3, 3, 2, a, b, c), 0);
+    ExpectSame(c, {{13, 14}, {0, 0}});
+    EXPECT_EQ(MatrixProdMV(2, 3, 2, 2, a, b, c), 1);
+    ExpectSame(c, {{13, 14}, {0, 0}});
+}
+
+TEST(Products, SinglePrecisionResultOfMixedFactors) {
+    // a row without any present pair, and one whose terms cancel beside a skipped pair, are missing
+    Table<double> a = {{16777216, 1, 1}, {-999, -999, -999}, {2, -2, -999}, {2, -2, 0}};
+    Table<float> b = {{1}, {1}, {1}};
+    Table<float> narrow(4, 1);
+    Table<double> wide(4, 1);
+    EXPECT_EQ(MatrixProdMV(4, 3, 3, 1, a, b, narrow), 0);
+    ExpectSame(narrow, {{16777216}, {-999}, {-999}, {0}});
+    EXPECT_EQ(MatrixProdMV(4, 3, 3, 1, a, b, wide), 0);
+    ExpectSame(wide, {{16777218}, {0}, {0}, {0}});
+}
+
+TEST(Products, MeansOfSelectedColumnsDivideByTheValuesThatTookPart) {
+    Table<double> a = {{0.25, 0.75, -999}, {-999, -999, -999}};
+    Table<float> b = {{2, 1, 4}, {6, 1, -999}, {8, 1, 8}};
+    Table<double> c(2, 3, 99);
+    const int sel[] = {1, 2, 1};  // only a 1 selects
+    EXPECT_EQ(MatrixProdSelectMV_Adjust(2, 3, 3, 3, a, b, c, sel), 0);
+    ExpectSame(c, {{5.0 / 8.0, 0, 0.25}, {kNaN, 0, kNaN}});
+    EXPECT_EQ(MatrixProdSelectMV(2, 3, 3, 3, a, b, c, sel), 0);
+    ExpectSame(c, {{5, 0, 1}, {0, 0, 0}});
+    EXPECT_EQ(MatrixProdSelectMV(2, 2, 3, 3, a, b, c, sel), 1);
+    EXPECT_EQ(MatrixProdSelectMV_Adjust(2, 2, 3, 3, a, b, c, sel), 1);
+}
+
+enum Form { kPlainForm, kMarksSkipped, kSelects, kAdjusts };
+
+/// Holds a product against the sum of each cell, digit by digit, on tables with zeros, missing
+/// values, infinities and numbers that vanish in single precision.
+template <class A, class B, class C>
+void HoldAgainstCells(Form form,
+                      const std::function<int(int, int, int, A**, B**, C**, const int*)>& product) {
+    std::mt19937 generator(20111);
+    const double odd[] = {0.0, -0.0, -999.0, kNaN, HUGE_VAL, 1e-42};
+    for (int t = 0; t < 400; t++) {
+        const int n = 1 + t % 4, p = int(generator() % 13), q = int(generator() % 11);
+        const double share = t % 3 * 0.2;
+        auto a = RandomTable<A>(n, p, -1, 1, generator, share, A(odd[generator() % 6]));
+        auto b = RandomTable<B>(p, q, -1, 1, generator, share, B(odd[generator() % 6]));
+        if (t % 5 == 0) b = RandomTable<B>(p, q, B(-1e-44), B(1e-44), generator);
+        std::vector<int> sel(q + 1);
+        for (int& s : sel) s = int(generator() % 3);
+        Table<C> c(n, q), expected(n, q);
+        ASSERT_EQ(form < kSelects ? product(n, p, p, q, a, b, c)
+                                  : selecting(n, p, p, q, a, b, c, sel.data()),
+                  0);
+        for (int i = 0; i < n; i++)
+            for (int j = 0; j < q; j++) {
+                if (form >= kSelects && sel[j] != 1) continue;
+                int skipped;
+                C weights;
+                C cell = PlainProductCell<A, B, C>(p, a[i], b, j, &skipped, &weights);
+                if (form == kMarksSkipped && skipped > 0 && cell == 0) cell = C(-999);
+                expected[i][j] = form == kAdjusts ? cell / weights : cell;
+                EXPECT_EQ(c[i][j] == 0 && std::signbit(c[i][j]),
+                          expected[i][j] == 0 && std::signbit(expected[i][j]));
+            }
+        ExpectSame(c, expected);
+        if (::testing::Test::HasFailure()) return;
+    }
+}
+
+TEST(Products, EveryFormKeepsTheDigitsOfTheSumsCellByCell) {
+    HoldAgainstCells<float, float, float>(kPlainForm, MatrixProdMV, nullptr);
+    HoldAgainstCells<double, double, double>(kPlainForm, MatrixProd, nullptr);
+    HoldAgainstCells<double, float, double>(kPlainForm, MatrixProdMV, nullptr);
+    HoldAgainstCells<double, float, float>(kMarksSkipped, MatrixProdMV, nullptr);
+    HoldAgainstCells<float, float, float>(kSelects, nullptr, MatrixProdSelectMV);
+    HoldAgainstCells<double, float, double>(kSelects, nullptr, MatrixProdSelectMV);
+    HoldAgainstCells<double, float, double>(kAdjusts, nullptr, MatrixProdSelectMV_Adjust);
+}
+
+}  // namespace
