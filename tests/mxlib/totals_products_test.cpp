@@ -124,7 +124,9 @@ enum Form { kPlainForm, kMarksSkipped, kSelects, kAdjusts };
 /// values, infinities and numbers that vanish in single precision.
 template <class A, class B, class C>
 void HoldAgainstCells(Form form,
-                      const std::function<int(int, int, int, A**, B**, C**, const int*)>& product) {
+                      int (*product)(int, int, int, int, ConstMatrix<A>, ConstMatrix<B>, Matrix<C>),
+                      int (*selecting)(int, int, int, int, ConstMatrix<A>, ConstMatrix<B>,
+                                       Matrix<C>, const int*)) {
     std::mt19937 generator(20111);
     const double odd[] = {0.0, -0.0, -999.0, kNaN, HUGE_VAL, 1e-42};
     for (int t = 0; t < 400; t++) {
