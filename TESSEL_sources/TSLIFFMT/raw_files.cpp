@@ -1,11 +1,13 @@
 #include "TSLIFFMT/raw_files.h"
 
+#include <string>
 #include <utility>
 
 #include "TSLGLOB/dataset.h"
 #include "TSLIF2/console.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/text.h"
 #include "mxlibRes/missing.h"
 
 namespace {
@@ -35,7 +37,7 @@ void ReadLabel(RawFile& file, char* label) {
 }
 
 void NumberLabel(char* label, int number) {
-    std::snprintf(label, kLabelLength + 1, "%d", number);
+    CopyText(label, kLabelLength, std::to_string(number).c_str());
 }
 
 }  // namespace
