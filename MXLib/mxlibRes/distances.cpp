@@ -21,9 +21,8 @@ void SumTerms(int p, const T* x, ConstMatrix<T> rows, Term term, Sum* sums) {
 }
 
 /// Fills the upper half with finish(sum of the terms) and the diagonal with 0.
-template <class Sum, class T, class Term, class Finish>
+template <int kAtOnce, class Sum, class T, class Term, class Finish>
 void CompareRows(int n, int p, ConstMatrix<T> a, Matrix<Sum> d, Term term, Finish finish) {
-    constexpr int kAtOnce = 4;
     for (int i = 0; i < n; i++) {
         d[i][i] = 0;
         int j = i + 1;
@@ -34,15 +33,25 @@ void CompareRows(int n, int p, ConstMatrix<T> a, Matrix<Sum> d, Term term, Finis
     }
 }
 
+constexpr int kRowsAtOnce = 4;  // of complete data: tests in between make it slower than one by one
+
+/// The same over the columns present in both rows.
+template <class T, class Term, class Finish>
+void ComparePresent(int n, int p, ConstMatrix<T> a, Matrix<double> d, Term term, Finish finish) {
+    if (!HasMissing(n, p, a)) {
+        CompareRows<kRowsAtOnce, double, T>(n, p, a, d, term, finish);
+        return;
+    }
+    const auto tested = [term](int k, T x, T y) {
+        return IsMissing(x) || IsMissing(y) ? 0.0 : term(k, x, y);
+    };
+    CompareRows<1, double, T>(n, p, a, d, tested, finish);
+}
+
 /// A NaN is not 0 or less: it flows on.
 template <class T>
 T Root(T sum) {
     return sum <= 0 ? T(0) : std::sqrt(sum);
-}
-
-template <class T>
-bool BothPresent(T x, T y) {
-    return !IsMissing(x) && !IsMissing(y);
 }
 
 template <class T>
@@ -51,24 +60,22 @@ void Euclidean(int n, int p, ConstMatrix<T> a, Matrix<double> d) {
         const double difference = static_cast<double>(x - y);
         return difference * difference;
     };
-    CompareRows<double, T>(n, p, a, d, term, Root<double>);
+    CompareRows<kRowsAtOnce, double, T>(n, p, a, d, term, Root<double>);
 }
 
 template <class T>
 void EuclideanMV(int n, int p, ConstMatrix<T> a, Matrix<double> d) {
     const auto term = [](int, T x, T y) {
         const T difference = x - y;
-        return BothPresent(x, y) ? static_cast<double>(difference * difference) : 0.0;
+        return static_cast<double>(difference * difference);
     };
-    CompareRows<double, T>(n, p, a, d, term, Root<double>);
+    ComparePresent<T>(n, p, a, d, term, Root<double>);
 }
 
 template <class T>
 void AbsoluteMV(int n, int p, ConstMatrix<T> a, Matrix<double> d) {
-    const auto term = [](int, T x, T y) {
-        return BothPresent(x, y) ? std::fabs(static_cast<double>(x - y)) : 0.0;
-    };
-    CompareRows<double, T>(n, p, a, d, term, [](double sum) { return sum; });
+    const auto term = [](int, T x, T y) { return std::fabs(static_cast<double>(x - y)); };
+    ComparePresent<T>(n, p, a, d, term, [](double sum) { return sum; });
 }
 
 /// Euclidean distances of the rows brought to unit length.
@@ -125,9 +132,9 @@ void EucliDistMV(int n, int p, ConstMatrix<double> a, Matrix<double> d) {
 void EucliDistMVSelect(int n, int p, ConstMatrix<float> a, Matrix<float> d, const int* mask) {
     const auto term = [mask](int k, float x, float y) {
         const float difference = x - y;
-        return mask[k] != 0 && BothPresent(x, y) ? difference * difference : 0.0F;
+        return mask[k] == 0 || IsMissing(x) || IsMissing(y) ? 0.0F : difference * difference;
     };
-    CompareRows<float, float>(n, p, a, d, term, Root<float>);
+    CompareRows<1, float, float>(n, p, a, d, term, Root<float>);
 }
 
 void AbsValFunctionMV(int n, int p, ConstMatrix<float> a, Matrix<double> d) {
@@ -150,7 +157,7 @@ double ChordDistSq2VecMV(int p, const double* a, const double* b) {
     double sumA = 0.0;
     double sumB = 0.0;
     for (int k = 0; k < p; k++) {
-        if (!BothPresent(a[k], b[k])) continue;
+        if (IsMissing(a[k]) || IsMissing(b[k])) continue;
         sumA += a[k] * a[k];
         sumB += b[k] * b[k];
     }
@@ -158,7 +165,7 @@ double ChordDistSq2VecMV(int p, const double* a, const double* b) {
     const double normB = std::sqrt(sumB);
     double sum = 0.0;
     for (int k = 0; k < p; k++) {
-        if (!BothPresent(a[k], b[k])) continue;
+        if (IsMissing(a[k]) || IsMissing(b[k])) continue;
         const double difference = a[k] / normA - b[k] / normB;
         sum += difference * difference;
     }

@@ -37,10 +37,13 @@ bool FiniteDifferences(int n, ConstMatrix<M> m, bool dissimilarity, bool squareR
     const M highest = squareRoot && !dissimilarity ? M(1) : Limits::max();
     for (int i = 0; i < n; i++) {
         const M* row = m[i];
-        bool finite = true;
-        for (int j = i; j < n; j++)
-            finite &= ((row[j] >= lowest) & (row[j] <= highest)) | IsMissing(row[j]);
-        if (!finite) return false;
+        int odd = 0;
+        for (int j = i; j < n; j++) {
+            const int within =
+                static_cast<int>(row[j] >= lowest) & static_cast<int>(row[j] <= highest);
+            odd |= 1 - (within | static_cast<int>(IsMissing(row[j])));
+        }
+        if (odd != 0) return false;
     }
     return true;
 }
@@ -86,16 +89,13 @@ double SumOverPairs(const Presences& present, ConstMatrix<M> m, Difference diffe
 /// 1 - m is taken in the precision of the matrix.
 template <class M>
 double Entropy(const Presences& present, ConstMatrix<M> m, bool dissimilarity, bool squareRoot) {
-    if (dissimilarity) {
-        if (squareRoot)
-            return SumOverPairs<M>(present, m,
-                                   [](M x) { return std::sqrt(static_cast<double>(x)); });
-        return SumOverPairs<M>(present, m, [](M x) { return static_cast<double>(x); });
-    }
-    if (squareRoot)
-        return SumOverPairs<M>(present, m,
-                               [](M x) { return std::sqrt(static_cast<double>(M(1) - x)); });
-    return SumOverPairs<M>(present, m, [](M x) { return static_cast<double>(M(1) - x); });
+    const auto widened = [](M x) { return static_cast<double>(x); };
+    const auto complement = [](M x) { return static_cast<double>(M(1) - x); };
+    if (dissimilarity)
+        return squareRoot ? SumOverPairs<M>(present, m, [=](M x) { return std::sqrt(widened(x)); })
+                          : SumOverPairs<M>(present, m, widened);
+    return squareRoot ? SumOverPairs<M>(present, m, [=](M x) { return std::sqrt(complement(x)); })
+                      : SumOverPairs<M>(present, m, complement);
 }
 
 template <class M>

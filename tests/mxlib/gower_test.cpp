@@ -31,26 +31,6 @@ TEST(Gower, MixedTypesWorkedByHand) {
     EXPECT_NEAR(s[1][2], 0.375 / 1.5, 1e-15);  // the double absence is left out
 }
 
-TEST(Gower, BothPrecisionsAgreeOnRepresentableData) {
-    std::mt19937 generator(17);
-    std::uniform_int_distribution<int> state(0, 9);
-    const int types[] = {1, 2, 3, 4, 3};
-    Table<float> single(12, 5);
-    Table<double> full(12, 5);
-    for (int i = 0; i < 12; i++)
-        for (int k = 0; k < 5; k++) {
-            const int x = state(generator);
-            single[i][k] = x == 9 ? kNone : k == 0 ? float(x % 2) : float(x) / 4;
-            full[i][k] = single[i][k];
-        }
-    Table<double> a(12, 12), b(12, 12);
-    for (int flag : {0, 1}) {
-        GowerMVOpt(12, 5, types, single, a, nullptr, nullptr, flag);
-        GowerMVOpt(12, 5, types, full, b, nullptr, nullptr, flag);
-        ExpectSame(a, b);
-    }
-}
-
 TEST(Gower, PairWithoutComparableVariableKeepsItsCell) {
     const int types[] = {1, 3};
     Table<float> data{{0, kNone}, {0, 2}, {0, 5}};
