@@ -26,8 +26,9 @@ const std::vector<int> kTypes = {1, 1, 2, 2, 2};
 struct Data {
     Table B = kB;
     bool hasE = true;
-    std::string species;    ///< the block of the species, or none
-    std::string phylogeny;  ///< the block of the phylogeny, or none
+    std::string kindOfE = "1 \n3\t3\t\n";  ///< same units; types of the two variables
+    std::string species;                   ///< the block of the species, or none
+    std::string phylogeny;                 ///< the block of the phylogeny, or none
 };
 
 std::string Rows(const Table& table, bool byColumns = false) {
@@ -46,7 +47,8 @@ std::string Formda(const Data& data) {
     return "Tiny data\n2 \nh\tsla\t\n 3\t 3\t\n0\t0\t\n 5\t 4\t\n4 \nc1\tc2\tc3\tc4\t\n5 \n"
            "0\t0\t0\t0\t\n0\t0\t0\t0\t0\t0\t0\t\n\n25Jun2016 \n" +
            Rows(data.B) + "\n" + Rows(kW, true) + "\n" +
-           (data.hasE ? "2 \n97Sep08 \n1 \n3\t3\t\nwet\tpH\t\nE.txt \n" + Rows(kE, true) : "0 \n") +
+           (data.hasE ? "2 \n97Sep08 \n" + data.kindOfE + "wet\tpH\t\nE.txt \n" + Rows(kE, true)
+                      : "0 \n") +
            (data.species.empty() ? "0 \n" : data.species) + "SMW 1\n" +
            (data.phylogeny.empty() ? "0\n" : data.phylogeny) + "0\n";
 }
@@ -241,6 +243,9 @@ double Partial(double xy, double xz, double yz) {
     return (xy - xz * yz) / std::sqrt((1 - xz * xz) * (1 - yz * yz));
 }
 
+// By hand: the first cell is (4 x 1 + 2 x 4 + 2 x 8) / 8 over the trait's sum of 20.
+const Table kT = {{0.175, 25.0 / 120}, {0.125, 0.125}, {0.15, 17.5 / 120}, {0.325, 35.0 / 120}};
+
 TEST(FunctionalAnalysis, PrintsEveryLineOfADetailedReport) {
     Settings settings;
     settings.detail = "y\n";
@@ -254,13 +259,11 @@ TEST(FunctionalAnalysis, ComputesWhatItsFormulasSay) {
     const std::string report = ReportOf(settings);
     const Table w = Unit(kW);
     ExpectTable(TableAfter(report, "Community matrix W with 4 communities by 5 OTUs: "), kW, "W");
-    // By hand: the first cell is (4 x 1 + 2 x 4 + 2 x 8) / 8 over the trait's sum of 20.
-    const Table t = {{0.175, 25.0 / 120}, {0.125, 0.125}, {0.15, 17.5 / 120}, {0.325, 35.0 / 120}};
-    ExpectTable(TableAfter(report, "Matrix T with trait averages"), t, "T");
-    Table normalised = t;
+    ExpectTable(TableAfter(report, "Matrix T with trait averages"), kT, "T");
+    Table normalised = kT;
     for (std::size_t k = 0; k < 2; k++) {
         double squares = 0;
-        for (const Row& row : t) squares += row[k] * row[k];
+        for (const Row& row : kT) squares += row[k] * row[k];
         for (Row& row : normalised) row[k] /= std::sqrt(squares);
     }
     ExpectTable(TableAfter(report, "Matrix T with normalized traits"), normalised, "T normalised");
@@ -308,18 +311,37 @@ TEST(FunctionalAnalysis, ComputesWhatItsFormulasSay) {
     }
 }
 
-TEST(FunctionalAnalysis, PrintsCrispTypesAndOtherCongruence) {
+TEST(FunctionalAnalysis, PrintsCrispTypesOfRawPerformancesAndOtherCongruence) {
     Settings settings;
     settings.fuzzy = "0\n";
     settings.congruence = "3\n";
+    settings.standardise = "n\n";
     const std::string report = ReportOf(settings);
     EXPECT_EQ(Skeleton(report), ExpectedSkeleton("crisp_rv"));
     ExpectTable(TableAfter(report, "Pooled performance matrix X"),
-                {{0.5, 0.5}, {0.75, 0.25}, {0.5, 0.5}, {0, 1}}, "X crisp");
+                {{4, 4}, {3, 1}, {2, 2}, {0, 10}}, "X crisp");
+    ExpectTable(TableAfter(report, "Matrix T with trait averages"), kT, "T");
+    ExpectTable(TableAfter(report, "Gini-Simpson"), {{0.625, 0.375, 0.75, 0.5}}, "D");
     settings.congruence = "2\n";
     EXPECT_NE(ReportOf(settings).find(
                   "\nThe statistics shown below are Procrustes correlations (traceW).\n"),
               std::string::npos);
+}
+
+TEST(FunctionalAnalysis, ComparesSitesByTheKindOfTheirVariables) {
+    Data data;
+    data.kindOfE = "5 \n2\t4\t\n";
+    std::string report = ReportOf({}, data);
+    // Gower: all states of the nominal variable differ, the ranks are 1.5 1.5 4 3.
+    ExpectTable(TableAfter(report, "Resemblance matrix (DE)"),
+                {{0}, {0.5, 0}, {1, 1, 0}, {0.8, 0.8, 0.7, 0}}, "mixed");
+    ExpectTable(TableAfter(report, "Matrix E with"), kE, "E");
+    data.kindOfE = "2 \n3\t3\t\n";
+    report = ReportOf({}, data);
+    // Sums of squares about the means: 20.75 and 600.
+    Table scaled = kE;
+    for (Row& row : scaled) row = {row[0] / std::sqrt(20.75), row[1] / std::sqrt(600)};
+    ExpectTable(TableAfter(report, "Resemblance matrix (DE)"), Euclid(scaled), "different units");
 }
 
 TEST(FunctionalAnalysis, EndsEarlyWithoutTraitsOrWithOneType) {
