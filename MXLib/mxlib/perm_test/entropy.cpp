@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "mxlib/perm_test/kernels.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/rao.h"
 
@@ -27,20 +26,6 @@ bool ToProportions(int nCommunities, SparseCells* cells) {
     return finite;
 }
 
-void ListByOTU(const TestRecord& in, Entropies* e) {
-    const int* start = e->proportions.start;
-    for (int k = 0; k < start[in.nCommunities]; k++) e->otuStart[e->proportions.otu[k] + 1]++;
-    for (int o = 0; o < in.nOTUs; o++) e->otuStart[o + 1] += e->otuStart[o];
-    ScopedVector<int> filled(in.nOTUs);
-    for (int i = 0; i < in.nCommunities; i++)
-        for (int k = start[i]; k < start[i + 1]; k++) {
-            const int o = e->proportions.otu[k];
-            const int place = e->otuStart[o] + filled[o]++;
-            e->community[place] = i;
-            e->entry[place] = k;
-        }
-}
-
 /// Returns whether all differences are finite.
 template <class T>
 bool Differences(int n, ConstMatrix<T> m, bool dissimilarity, bool squareRoot, double* table) {
@@ -55,22 +40,38 @@ bool Differences(int n, ConstMatrix<T> m, bool dissimilarity, bool squareRoot, d
     return finite;
 }
 
-/// Each pair of OTUs once, from the row of differences of its first OTU to all communities that
-/// hold this OTU: one row at a time is at hand.
-void SumOverPresentPairs(const TestRecord& in, const int* list, const double* table, Entropies* e) {
-    const double* p = e->proportions.value;
-    for (int i = 0; i < in.nCommunities; i++) e->q[i] = 0.0;
-    for (int o = 0; o < in.nOTUs; o++) {
-        const int self = list[o] - 1;
-        const double* row = table + static_cast<long>(self) * in.nOTUs;
-        for (int place = e->otuStart[o]; place < e->otuStart[o + 1]; place++) {
-            const int community = e->community[place];
-            const int k = e->entry[place];
-            const int next = k + 1;
-            const double later = GatheredDot(e->proportions.start[community + 1] - next,
-                                             e->at + next, p + next, row);
-            e->q[community] += p[k] * (2.0 * later + p[k] * row[self]);
+/// Sum over the ordered pairs of OTUs of one community, each unordered pair being looked up once.
+/// Four rows of differences are read at a time, so that place and proportion of the other OTU are
+/// loaded for four pairs.
+double SumOverPairs(int present, const int* at, const double* p, const double* table, int nOTUs) {
+    constexpr int kRows = 4;
+    double sum = 0.0;
+    int k = 0;
+    for (; k + kRows <= present; k += kRows) {
+        const double* row[kRows];
+        double later[kRows] = {};
+        for (int t = 0; t < kRows; t++) row[t] = table + static_cast<long>(at[k + t]) * nOTUs;
+        for (int l = k + kRows; l < present; l++)
+            for (int t = 0; t < kRows; t++) later[t] += p[l] * row[t][at[l]];
+        for (int t = 0; t < kRows; t++) {
+            for (int u = t + 1; u < kRows; u++) later[t] += p[k + u] * row[t][at[k + u]];
+            sum += p[k + t] * (2.0 * later[t] + p[k + t] * row[t][at[k + t]]);
         }
+    }
+    for (; k < present; k++) {
+        const double* row = table + static_cast<long>(at[k]) * nOTUs;
+        double later = 0.0;
+        for (int l = k + 1; l < present; l++) later += p[l] * row[at[l]];
+        sum += p[k] * (2.0 * later + p[k] * row[at[k]]);
+    }
+    return sum;
+}
+
+void SumOverPresentPairs(const TestRecord& in, const double* table, Entropies* e) {
+    for (int i = 0; i < in.nCommunities; i++) {
+        const int first = e->proportions.start[i];
+        e->q[i] = SumOverPairs(e->proportions.start[i + 1] - first, e->at + first,
+                               e->proportions.value + first, table, in.nOTUs);
     }
 }
 
@@ -82,16 +83,12 @@ Entropies MakeEntropies(const TestRecord& in) {
     const int phylogenyCells = in.includePhylogeny ? n * n : 0;
     Entropies e{false,
                 PresentCells(in.nCommunities, n, in.W),
-                ScopedVector<int>(n + 1),
-                ScopedVector<int>(count),
-                ScopedVector<int>(count),
                 ScopedVector<int>(count),
                 ScopedVector<double>(n * n),
                 ScopedVector<double>(phylogenyCells),
                 ScopedVector<double>(in.nCommunities),
                 ScopedMatrix<double>(n, n)};
     e.plain = !ToProportions(in.nCommunities, &e.proportions);
-    ListByOTU(in, &e);
     return e;
 }
 
@@ -126,7 +123,7 @@ void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arra
     } else {
         const int entries = e->proportions.start[in.nCommunities];
         for (int k = 0; k < entries; k++) e->at[k] = list[e->proportions.otu[k]] - 1;
-        SumOverPresentPairs(in, list, e->byTraits, e);
+        SumOverPresentPairs(in, e->byTraits, e);
     }
     EquivalentNumbers(in.nCommunities, e->q, now->R);
     if (!in.includePhylogeny) return;
@@ -135,7 +132,7 @@ void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arra
         RaoIndexRows(in.nCommunities, in.nOTUs, in.W, e->permuted, in.phylogenyIsDissimilarity,
                      in.sqrtDissimOpt_RaoPhyl, e->q);
     } else {
-        SumOverPresentPairs(in, list, e->byPhylogeny, e);
+        SumOverPresentPairs(in, e->byPhylogeny, e);
     }
     EquivalentNumbers(in.nCommunities, e->q, now->F);
 }

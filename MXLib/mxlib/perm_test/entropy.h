@@ -10,9 +10,6 @@
 struct Entropies {
     bool plain;  ///< values that are not finite: only sums over all pairs have their meaning
     SparseCells proportions;        ///< of the OTUs present in each community
-    ScopedVector<int> otuStart;     ///< by OTUs: first place in the two lists below, and the end
-    ScopedVector<int> community;    ///< communities that hold the OTU
-    ScopedVector<int> entry;        ///< and its entry in `proportions`
     ScopedVector<int> at;           ///< OTU of each entry in the present order
     ScopedVector<double> byTraits;  ///< differences, OTUs by OTUs; 0 where missing
     ScopedVector<double> byPhylogeny;

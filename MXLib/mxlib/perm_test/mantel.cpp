@@ -57,17 +57,14 @@ void CellsAbove(int n, ConstMatrix<double> d, double* cells) {
         for (int j = i + 1; j < n; j++) *cells++ = d[i][j];
 }
 
-void Centre(const Kernels& kernels, Letter letter, MantelPairs* m) {
-    double* cells = m->cells[letter];
-    const double mean = kernels.sum(m->nCells, cells) / m->nCells;
-    m->squares[letter] = kernels.centre(m->nCells, mean, cells);
-}
-
 void TakeFixed(const TestRecord& in, Letter letter, ConstMatrix<double> d, MantelPairs* m) {
     CellsAbove(in.nCommunities, d, m->cells[letter]);
     const double* cells = m->cells[letter];
     m->hasMissing[letter] = HasMissing(1, m->nCells, &cells);
-    if (!m->hasMissing[letter] && !IsSmallSample(in)) Centre(KernelsOfProcessor(), letter, m);
+    if (m->hasMissing[letter] || IsSmallSample(in)) return;
+    const Kernels& kernels = KernelsOfProcessor();
+    const double mean = kernels.sum(m->nCells, cells) / m->nCells;
+    m->squares[letter] = kernels.centre(m->nCells, mean, m->cells[letter]);
 }
 
 /// Column by column, the places past the objects being 0. Returns whether a value is missing.
@@ -118,19 +115,45 @@ void MakeCells(const TestRecord& in, const Arrangement& now, Letter letter, Mant
     }
 }
 
-double PairCorrelation(const TestRecord& in, const PairStatistic& pair, const MantelPairs& m) {
+/// What two communities have in place of a correlation, and data with missing values.
+double PairOfCells(const TestRecord& in, const PairStatistic& pair, const MantelPairs& m) {
     const double* a = m.cells[pair.a];
     const double* b = m.cells[pair.b];
     const bool ofEntropy = pair.block == kBlockR || pair.block == kBlockF;
-    if (IsSmallSample(in)) {
-        if (ofEntropy) return m.nCells < 1 ? 0.0 : CorrelationOfPresent(m.nCells, a, b);
-        return m.nCells < 1 ? SmallSampleCongruence(0.0, 0.0) : SmallSampleCongruence(*a, *b);
+    if (!IsSmallSample(in)) return CorrelationOfPresent(m.nCells, a, b);
+    if (ofEntropy) return m.nCells < 1 ? 0.0 : CorrelationOfPresent(m.nCells, a, b);
+    return m.nCells < 1 ? SmallSampleCongruence(0.0, 0.0) : SmallSampleCongruence(*a, *b);
+}
+
+double CorrelationOf(double products, double squaresA, double squaresB) {
+    return squaresA == 0 || squaresB == 0 ? 0.0 : products / std::sqrt(squaresA * squaresB);
+}
+
+/// Centres the cells just made and sums their products with the other side of each pair of the
+/// block, a piece of cells after the other while it is at hand.
+void CorrelateCells(Block block, MantelPairs* m, Statistics* s) {
+    constexpr int kPiece = 1024;
+    const Letter made = MadeIn(block);
+    const Kernels& kernels = KernelsOfProcessor();
+    double* cells = m->cells[made];
+    const double mean = kernels.sum(m->nCells, cells) / m->nCells;
+    double squares = 0.0;
+    double products[kLetters] = {};
+    for (int from = 0; from < m->nCells; from += kPiece) {
+        const int size = std::min(kPiece, m->nCells - from);
+        squares += kernels.centre(size, mean, cells + from);
+        for (const PairStatistic& pair : kPairStatistics) {
+            if (pair.block != block) continue;
+            const Letter other = pair.a == made ? pair.b : pair.a;
+            products[other] += kernels.dot(size, cells + from, m->cells[other] + from);
+        }
     }
-    if (m.hasMissing[pair.a] || m.hasMissing[pair.b]) return CorrelationOfPresent(m.nCells, a, b);
-    const double squaresA = m.squares[pair.a];
-    const double squaresB = m.squares[pair.b];
-    if (squaresA == 0 || squaresB == 0) return 0.0;
-    return KernelsOfProcessor().dot(m.nCells, a, b) / std::sqrt(squaresA * squaresB);
+    m->squares[made] = squares;
+    for (const PairStatistic& pair : kPairStatistics) {
+        const Letter other = pair.a == made ? pair.b : pair.a;
+        if (pair.block == block)
+            (*s)[pair.result] = CorrelationOf(products[other], squares, m->squares[other]);
+    }
 }
 
 int WidestVarying(const TestRecord& in) {
@@ -171,9 +194,11 @@ void MantelBlock(const TestRecord& in, const Arrangement& now, Block block, Mant
                  Statistics* s) {
     const Letter made = MadeIn(block);
     MakeCells(in, now, made, m);
-    if (!IsSmallSample(in)) Centre(KernelsOfProcessor(), made, m);
+    if (!IsSmallSample(in)) CorrelateCells(block, m, s);
     for (const PairStatistic& pair : kPairStatistics)
-        if (pair.block == block) (*s)[pair.result] = PairCorrelation(in, pair, *m);
+        if (pair.block == block &&
+            (IsSmallSample(in) || m->hasMissing[pair.a] || m->hasMissing[pair.b]))
+            (*s)[pair.result] = PairOfCells(in, pair, *m);
     for (const PartialOfPairs& partial : kPartialsOfPairs)
         if (partial.block == block)
             (*s)[partial.result] =
