@@ -1,0 +1,47 @@
+#pragma once
+/// \file
+/// Records for the permutation test, made from the example data or from random numbers.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "mxlib/perm_test.h"
+#include "mxlibDim/scoped.h"
+
+/// A record and everything that it points to.
+struct PermTestData {
+    PermTest_FunctionalPhyl_Correl_Input record;
+    std::vector<int> traitsInUse;
+    std::vector<int> nesting;
+    std::vector<ScopedMatrix<float>> floats;
+    std::vector<ScopedMatrix<double>> doubles;
+    std::vector<std::vector<double>> vectors;
+
+    float** Float(int rows, int cols) { return floats.emplace_back(rows, cols); }
+    double** Double(int rows, int cols) { return doubles.emplace_back(rows, cols); }
+};
+
+struct PermTestSizes {
+    int communities;
+    int OTUs;
+    int traits;
+    int variables;
+    int types;
+    int taxa;  ///< 0: no phylogeny
+    double density;
+};
+
+/// Random communities of a fixed seed: log-normal abundances in the given share of the cells, at
+/// least one OTU in each community.
+std::unique_ptr<PermTestData> RandomPermTestData(const PermTestSizes& sizes, unsigned seed,
+                                                 int opt_ro);
+
+/// The example `name` ("aravo", "mafragh") of the folder `examples`, all traits quantitative. aravo
+/// has no phylogeny: a random one stands in.
+std::unique_ptr<PermTestData> ExamplePermTestData(const std::string& examples,
+                                                  const std::string& name, bool phylogeny,
+                                                  int opt_ro);
+
+/// Makes again what follows from B, W, E and Sf: to be called after changing one of them.
+void DeriveFromTables(PermTestData* data);
