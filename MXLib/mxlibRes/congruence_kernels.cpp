@@ -1,9 +1,10 @@
 #include "mxlibRes/congruence_kernels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <type_traits>
 
-#include "mxlib/gsl_decompositions.h"
+#include "mxlib/singular_values.h"
 #include "mxlibRes/column_products.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/standardisation.h"
@@ -95,21 +96,16 @@ double ProcrustesOfSides(const CongruenceSide<T>& a, const CongruenceSide<T>& b,
     if (narrow.p < 1) return 0.0;
     const Matrix<T> product = scratch->product;
     ColumnProducts(a.n, wide.p, wide.x, narrow.p, narrow.x, product, a.hasMissing || b.hasMissing);
-    const auto rows = static_cast<size_t>(wide.p);
-    const auto cols = static_cast<size_t>(narrow.p);
-    gsl_matrix_view u = gsl_matrix_submatrix(scratch->u.get(), 0, 0, rows, cols);
-    gsl_matrix_view v = gsl_matrix_submatrix(scratch->v.get(), 0, 0, cols, cols);
-    gsl_vector_view s = gsl_vector_subvector(scratch->s.get(), 0, cols);
-    gsl_vector_view work = gsl_vector_subvector(scratch->work.get(), 0, cols);
     const T scale = static_cast<T>(1.0 / (a.n - 1));
-    for (size_t i = 0; i < rows; i++)
-        for (size_t j = 0; j < cols; j++) {
-            const T cell = IsMissing(product[i][j]) ? product[i][j] : product[i][j] * scale;
-            gsl_matrix_set(&u.matrix, i, j, static_cast<double>(cell));
+    for (int i = 0; i < wide.p; i++)
+        for (int j = 0; j < narrow.p; j++) {
+            const T cell = product[i][j];
+            scratch->core[i][j] = static_cast<double>(IsMissing(cell) ? cell : cell * scale);
         }
-    if (!SingularValuesInPlace(&u.matrix, &v.matrix, &s.vector, &work.vector)) return 0.0;
+    if (!SingularValuesAlone(wide.p, narrow.p, scratch->core, scratch->singular, scratch->room))
+        return 0.0;
     T sum = 0;
-    for (size_t k = 0; k < cols; k++) sum += static_cast<T>(gsl_vector_get(&s.vector, k));
+    for (int k = 0; k < narrow.p; k++) sum += static_cast<T>(scratch->singular[k]);
     return static_cast<double>(sum);
 }
 
@@ -147,13 +143,10 @@ template <class T>
 CongruenceScratch<T> MakeCongruenceScratch(int measure, int n, int p1, int p2) {
     const int wide = std::max(p1, p2);
     const int narrow = std::min(p1, p2);
-    const bool decomposes = measure == kProcrustes;
-    return {ScopedMatrix<T>(wide, narrow),
-            ScopedMatrix<T>(measure == kRV ? 2 : 0, n),
-            MakeGslMatrix(decomposes ? wide : 0, decomposes ? narrow : 0),
-            MakeGslMatrix(decomposes ? narrow : 0, decomposes ? narrow : 0),
-            MakeGslVector(decomposes ? narrow : 0),
-            MakeGslVector(decomposes ? narrow : 0)};
+    const int values = measure == kProcrustes ? narrow : 0;
+    return {ScopedMatrix<T>(wide, narrow), ScopedMatrix<T>(measure == kRV ? 2 : 0, n),
+            ScopedMatrix<double>(values > 0 ? wide : 0, values), ScopedVector<double>(values),
+            ScopedVector<double>(3 * values)};
 }
 
 template <class T>

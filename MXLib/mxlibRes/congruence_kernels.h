@@ -4,7 +4,6 @@
 /// matrix is made ready once (a side); two sides are then compared without any allocation.
 /// ProcrustesCoeff and RVcoeff of congruence.h are these steps in a row. T is float or double.
 
-#include "mxlib/gsl_guards.h"
 #include "mxlibDim/dim.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibRes/congruence.h"
@@ -36,12 +35,11 @@ void SetCongruenceSide(ConstMatrix<T> a, CongruenceSide<T>* side);
 /// Room for comparing sides of n objects and at most p1 and p2 variables, in either order.
 template <class T>
 struct CongruenceScratch {
-    ScopedMatrix<T> product;  ///< variables of the wider by variables of the narrower side
-    ScopedMatrix<T> rows;     ///< RV: a row of x x' of each side
-    GslMatrix u;
-    GslMatrix v;
-    GslVector s;
-    GslVector work;
+    ScopedMatrix<T> product;        ///< variables of the wider by variables of the narrower side
+    ScopedMatrix<T> rows;           ///< RV: a row of x x' of each side
+    ScopedMatrix<double> core;      ///< Procrustes: the product, to be decomposed
+    ScopedVector<double> singular;  ///< its singular values
+    ScopedVector<double> room;
 };
 template <class T>
 CongruenceScratch<T> MakeCongruenceScratch(int measure, int n, int p1, int p2);

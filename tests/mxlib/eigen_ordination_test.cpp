@@ -1,11 +1,14 @@
 #include <gsl/gsl_errno.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "mxlib/eigen.h"
 #include "mxlib/ordination.h"
+#include "mxlib/singular_values.h"
 #include "support/matrices.h"
 
 namespace {
@@ -122,6 +125,52 @@ TEST_F(SingularValues, RefusedSizesTouchNothingAndNaNFlowsOn) {
     Table<double> odd = {{1, 2}, {kNaN, 1}};
     EXPECT_EQ(SingValueDecomp(2, 2, odd, u, s, v), 1);
     EXPECT_TRUE(std::isnan(s[0]) && std::isnan(s[1]));
+}
+
+/// Descending, by SingularValuesAlone.
+std::vector<double> ValuesAlone(Table<double> a) {
+    const int n = a.cols();
+    std::vector<double> s(n);
+    std::vector<double> room(3 * n);
+    EXPECT_TRUE(SingularValuesAlone(a.rows(), n, a, s.data(), room.data()));
+    std::sort(s.rbegin(), s.rend());
+    return s;
+}
+
+TEST_F(SingularValues, AloneTheyAreThoseOfTheWholeDecomposition) {
+    std::mt19937 generator(8);
+    for (const auto& [m, n] : {std::pair{1, 1}, {6, 1}, {2, 2}, {7, 7}, {40, 5}, {60, 33}}) {
+        for (const int rank : {n, (n + 1) / 2, 0}) {
+            auto a = RandomTable<double>(m, n, -1, 1, generator);
+            for (int i = 0; i < m; i++)
+                for (int j = rank; j < n; j++) a[i][j] = j < n - 1 && rank > 0 ? a[i][j - rank] : 0;
+            if (m > 3 && n > 3) a[1][0] = a[1][1] = a[0][0] = 0;
+            Table<double> u(m, n);
+            Table<double> v(n, n);
+            std::vector<double> s(n);
+            ASSERT_EQ(SingValueDecomp(m, n, a, u, s.data(), v), 1);
+            const std::vector<double> alone = ValuesAlone(a);
+            for (int k = 0; k < n; k++) EXPECT_NEAR(alone[k], s[k], 1e-13) << m << " x " << n;
+        }
+    }
+}
+
+TEST_F(SingularValues, AloneTheyStandExtremeMagnitudesAndGradedColumns) {
+    for (const double scale : {1e300, 1.0, 1e-300}) {
+        const auto s = ValuesAlone({{3 * scale, 0}, {4 * scale, 5 * scale}, {0, 0}});
+        EXPECT_NEAR(s[0] / scale, std::sqrt(45.0), 1e-13);
+        EXPECT_NEAR(s[1] / scale, std::sqrt(5.0), 1e-13);
+    }
+    const auto graded = ValuesAlone({{1, 0, 0}, {0, 1e-170, 0}, {0, 0, 1e-8}});
+    EXPECT_EQ(graded[0], 1.0);
+    EXPECT_NEAR(graded[1], 1e-8, 1e-22);
+    // a bidiagonal matrix with zeros inside its diagonal
+    const auto split = ValuesAlone({{1, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 2, 1}, {0, 0, 0, 0}});
+    double squares = 0.0;
+    for (const double x : split) squares += x * x;
+    EXPECT_NEAR(squares, 8.0, 1e-13);
+    EXPECT_NEAR(split[3], 0.0, 1e-15);
+    EXPECT_TRUE(std::isnan(ValuesAlone({{1, kNaN}, {0, 1}})[0]));
 }
 
 struct Coordinates {
