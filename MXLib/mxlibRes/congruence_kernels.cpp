@@ -6,6 +6,7 @@
 
 #include "mxlib/singular_values.h"
 #include "mxlibRes/column_products.h"
+#include "mxlibRes/kernels.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/standardisation.h"
 
@@ -19,12 +20,16 @@ T ProductOfPresent(int p, const T* x, const T* y) {
     return sum;
 }
 
-/// Row i of x x' from the diagonal on, four objects at a time.
+/// Row i of x x' from the diagonal on, in single precision four objects at a time.
 template <class T>
 void RowOfObjects(const CongruenceSide<T>& side, int i, T* row) {
     const T* x = side.x[i];
     const int p = side.p;
     int j = i;
+    if constexpr (std::is_same_v<T, double>) {
+        const Kernels& kernels = KernelsOfProcessor();
+        for (; !side.hasMissing && j < side.n; j++) row[j] = kernels.dot(p, x, side.x[j]);
+    }
     for (; !side.hasMissing && j + 4 <= side.n; j += 4) {
         const T* y[4] = {side.x[j], side.x[j + 1], side.x[j + 2], side.x[j + 3]};
         T sum[4] = {};

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "mxlib/perm_test/kernels.h"
+#include "mxlibRes/kernels.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/products.h"
 #include "mxlibRes/standardisation.h"

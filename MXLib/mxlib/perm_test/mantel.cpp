@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "mxlib/perm_test/kernels.h"
 #include "mxlib/resemblance_lib.h"
 #include "mxlibRes/congruence.h"
 #include "mxlibRes/distances.h"
+#include "mxlibRes/kernels.h"
 #include "mxlibRes/missing.h"
 
 namespace {

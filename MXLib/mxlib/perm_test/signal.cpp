@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "mxlib/perm_test/entropy.h"
-#include "mxlib/perm_test/kernels.h"
 #include "mxlibRes/congruence.h"
+#include "mxlibRes/kernels.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/standardisation.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 /// \file
-/// The inner loops of the permutation test. Sums run in a fixed number of lanes, so that the digits
-/// are the same whatever width of vector registers the processor has.
+/// Inner loops for what is computed in every permutation. Sums run in a fixed number of lanes, so
+/// that the digits are the same whatever width of vector registers the processor has.
 
 /// Loops over columns read this many places past the end of each, and loops over cells write as
 /// many past the last cell: buffers have that much more room.

@@ -1,4 +1,4 @@
-#include "mxlib/perm_test/kernels.h"
+#include "mxlibRes/kernels.h"
 
 #include <cmath>
 
