@@ -53,7 +53,7 @@ void UnitSumRowsAdjMV(int n, int p, Matrix<double> result, ConstMatrix<double> s
 void RangeColsAdjMV(int n, int p, Matrix<float> result, ConstMatrix<float> source);
 
 /// One scale for the whole matrix, in place: the sum over rows (columns) of sum of squares / (count
-/// - 1) becomes 1.
+/// - 1) becomes 1. A matrix of zeros becomes NaN.
 void GowerStandardizationRows(int n, int p, Matrix<float> a);
 void GowerStandardizationRows(int n, int p, Matrix<double> a);
 void GowerStandardizationCols(int n, int p, Matrix<float> a);
