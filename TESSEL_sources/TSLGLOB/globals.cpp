@@ -80,11 +80,9 @@ void FreeGlobals2() {
     Release(nGrPoly);
     Release(cadat, tcst);
     Release(csm_Float, tcst);
-    if (nenv > 0) {
-        Release(env, ncsm);
-        Release(envLabel, nenv);
-        Release(envVarType);
-    }
+    Release(env, ncsm);
+    Release(envLabel, nenv);
+    Release(envVarType);
     Release(relSelect);
     Release(nGroupsP);
     Release(groupRelP, kPartitions);
@@ -94,11 +92,10 @@ void FreeGlobals2() {
     Release(groupCstP, kPartitions);
     Release(partCstLabel, kPartitions);
     Release(partition_OTUs);
-    if (nSpp > 0) {
-        Release(spp, nSpp);
-        Release(sppRelMap, nSpp);
-        Release(cstSppMap, tcst);
-    }
+    // Checks can leave no species; the tables are there all the same.
+    Release(spp, nSpp);
+    Release(sppRelMap, nSpp);
+    Release(cstSppMap, tcst);
     groupCst = nullptr;
     grCstLabel = nullptr;
     grLabel = nullptr;

@@ -47,7 +47,6 @@ bool AskForDataFile(const char* question, FileName& formda) {
 }
 
 void LoadDataSet() {
-    FreeGlobals2();
     OpenFormda(1);
     ClearLine();
 }

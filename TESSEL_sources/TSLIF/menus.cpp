@@ -101,7 +101,6 @@ void NameStructuresFile() {
 
 /// Reads the data set of whichFormda and the session's record afresh.
 void LoadSession() {
-    FreeGlobals2();
     OpenFormda(1);
     ReadTrack();
 }

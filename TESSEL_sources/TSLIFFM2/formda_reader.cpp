@@ -25,18 +25,6 @@ bool Equal(const char* a, const char* b) {
     return std::strcmp(a, b) == 0;
 }
 
-/// Releases the data set in memory. A matrix E whose count a dialogue has set to zero is out of
-/// the reach of FreeGlobals2; its pointers must not meet the counts of the new file.
-void ReleaseDataSet() {
-    FreeGlobals2();
-    env = nullptr;
-    envLabel = nullptr;
-    envVarType = nullptr;
-    spp = nullptr;
-    sppRelMap = nullptr;
-    cstSppMap = nullptr;
-}
-
 void ReadTraits(const DataFile& file) {
     freadlineck(file.stream, kTitleLength, dataName, file.name);
     nch = ReadCount(file, 1, 4 * kFieldBytes);  // label, type, range, number of states
@@ -239,7 +227,7 @@ void ReadFormda(const DataFile& file) {
 void OpenFormda(int /*mode*/) {
     FILE* const stream = fopenck(whichFormda, volumeName, "r");
     if (stream == nullptr) RaiseError(kFailedOpening);
-    ReleaseDataSet();
+    FreeGlobals2();
     WithStream(stream, [stream] { ReadFormda({stream, whichFormda}); });
     dirtyOrig = 0;
 }

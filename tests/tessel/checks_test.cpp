@@ -220,4 +220,13 @@ TEST(TrimSpecies, LooksAtTheFirstOTUsAndAtCommonCommunities) {
     EXPECT_EQ(sppRelMap[2], nullptr);
 }
 
+// Tables without a species stayed behind when the data set was released.
+TEST(TrimSpecies, TablesThatLostAllSpeciesAreReleased) {
+    DataSet data({{1}, {1}}, {"a"}, {"0", "0"});
+    TrimSpecies(2);
+    ASSERT_EQ(nSpp, 0);
+    FreeGlobals2();
+    EXPECT_TRUE(spp == nullptr && sppRelMap == nullptr && cstSppMap == nullptr);
+}
+
 }  // namespace
