@@ -172,3 +172,7 @@ const Kernels& KernelsOfProcessor() {
 #endif
     return plain::kKernels;
 }
+
+const Kernels& KernelsOfAnyProcessor() {
+    return plain::kKernels;
+}

@@ -24,8 +24,9 @@ struct Kernels {
                          int width, double* row);
 };
 
-/// The loops for this processor.
+/// The loops for this processor, and those that any processor can run.
 const Kernels& KernelsOfProcessor();
+const Kernels& KernelsOfAnyProcessor();
 
 /// Sum of weights[e] times row[at[e]].
 inline double GatheredDot(int entries, const int* at, const double* weights, const double* row) {

@@ -1,0 +1,80 @@
+#include "mxlibRes/kernels.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+namespace {
+
+std::vector<double> RandomNumbers(int n, unsigned seed) {
+    std::mt19937 random(seed);
+    std::normal_distribution<double> normal;
+    std::vector<double> x(static_cast<size_t>(n));
+    for (double& value : x) value = normal(random);
+    return x;
+}
+
+/// Sums are compared to the last bit: the results of a session must not depend on the processor.
+TEST(Kernels, WideRegistersChangeNoDigit) {
+    const Kernels& wide = KernelsOfProcessor();
+    const Kernels& plain = KernelsOfAnyProcessor();
+    for (const int m : {0, 1, 7, 8, 31, 1000}) {
+        const std::vector<double> x = RandomNumbers(m, 1);
+        const std::vector<double> y = RandomNumbers(m, 2);
+        EXPECT_EQ(wide.sum(m, x.data()), plain.sum(m, x.data()));
+        EXPECT_EQ(wide.dot(m, x.data(), y.data()), plain.dot(m, x.data(), y.data()));
+        std::vector<double> centred = x;
+        std::vector<double> centredToo = x;
+        EXPECT_EQ(wide.centre(m, 0.3, centred.data()), plain.centre(m, 0.3, centredToo.data()));
+        EXPECT_EQ(centred, centredToo);
+    }
+}
+
+/// Distances and weighted rows have the digits of the plain loops too.
+TEST(Kernels, ColumnsAreSummedInTheirOrder) {
+    for (const Kernels* kernels : {&KernelsOfProcessor(), &KernelsOfAnyProcessor()})
+        for (const int n : {2, 3, 17, 40}) {
+            constexpr int kColumns = 5;
+            const int stride = n + kOverrun;
+            const std::vector<double> columns = RandomNumbers(kColumns * stride, 3);
+            std::vector<double> euclidean(static_cast<size_t>(n * (n - 1) / 2 + kOverrun));
+            std::vector<double> absolute = euclidean;
+            kernels->euclidean(n, kColumns, columns.data(), stride, euclidean.data());
+            kernels->absolute(n, kColumns, columns.data(), stride, absolute.data());
+            size_t cell = 0;
+            for (int i = 0; i < n; i++)
+                for (int j = i + 1; j < n; j++, cell++) {
+                    double squares = 0.0;
+                    double sum = 0.0;
+                    for (int t = 0; t < kColumns; t++) {
+                        const double d = columns[static_cast<size_t>(t * stride + i)] -
+                                         columns[static_cast<size_t>(t * stride + j)];
+                        squares += d * d;
+                        sum += std::fabs(d);
+                    }
+                    EXPECT_EQ(euclidean[cell], std::sqrt(squares));
+                    EXPECT_EQ(absolute[cell], sum);
+                }
+        }
+}
+
+TEST(Kernels, WeightedRowsAreSummedInTheirOrder) {
+    constexpr int kWidth = 28;
+    const std::vector<double> table = RandomNumbers(6 * kWidth, 4);
+    const int at[4] = {5, 0, 3, 0};
+    const double weights[4] = {0.1, 2.5, -1.5, 0.7};
+    for (const Kernels* kernels : {&KernelsOfProcessor(), &KernelsOfAnyProcessor()}) {
+        double row[kWidth];
+        kernels->weightedRows(4, at, weights, table.data(), kWidth, row);
+        for (int c = 0; c < kWidth; c++) {
+            double sum = 0.0;
+            for (int e = 0; e < 4; e++)
+                sum += weights[e] * table[static_cast<size_t>(at[e] * kWidth + c)];
+            EXPECT_EQ(row[c], sum);
+        }
+    }
+}
+
+}  // namespace
