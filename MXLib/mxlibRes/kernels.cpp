@@ -8,7 +8,7 @@ namespace {
 // below exists once as a body and is compiled for the plain and for the wide registers: the same
 // operations in the same order, hence the same digits.
 typedef double Lanes __attribute__((vector_size(32)));
-typedef double LooseLanes __attribute__((vector_size(32), aligned(8), may_alias));
+constexpr int kLanes = 4;
 
 #define INLINE_BODY [[gnu::always_inline]] inline
 
@@ -16,8 +16,19 @@ INLINE_BODY double SumOfLanes(const Lanes& a, const Lanes& b) {
     return ((a[0] + a[1]) + (a[2] + a[3])) + ((b[0] + b[1]) + (b[2] + b[3]));
 }
 
-INLINE_BODY void AddTerm(bool squared, double x, const LooseLanes& y, Lanes* sum) {
-    const Lanes difference = x - y;
+/// Four numbers from any address, and to any.
+INLINE_BODY Lanes& Load(const double* from, Lanes& lanes) {
+    __builtin_memcpy(&lanes, from, sizeof(Lanes));
+    return lanes;
+}
+
+INLINE_BODY void Store(const Lanes& lanes, double* to) {
+    __builtin_memcpy(to, &lanes, sizeof(Lanes));
+}
+
+INLINE_BODY void AddTerm(bool squared, double x, const double* y, Lanes* sum) {
+    Lanes others;
+    const Lanes difference = x - Load(y, others);
     if (squared) {
         *sum += difference * difference;
     } else {
@@ -31,17 +42,15 @@ INLINE_BODY void PairsOfBlock(bool squared, int p, const double* ofOne, const do
     Lanes s0{}, s1{}, s2{}, s3{};
     for (int t = 0; t < p; t++, ofOne += stride, ofOthers += stride) {
         const double x = *ofOne;
-        const LooseLanes* y = reinterpret_cast<const LooseLanes*>(ofOthers);
-        AddTerm(squared, x, y[0], &s0);
-        AddTerm(squared, x, y[1], &s1);
-        AddTerm(squared, x, y[2], &s2);
-        AddTerm(squared, x, y[3], &s3);
+        AddTerm(squared, x, ofOthers, &s0);
+        AddTerm(squared, x, ofOthers + kLanes, &s1);
+        AddTerm(squared, x, ofOthers + 2 * kLanes, &s2);
+        AddTerm(squared, x, ofOthers + 3 * kLanes, &s3);
     }
-    LooseLanes* out = reinterpret_cast<LooseLanes*>(cells);
-    out[0] = s0;
-    out[1] = s1;
-    out[2] = s2;
-    out[3] = s3;
+    Store(s0, cells);
+    Store(s1, cells + kLanes);
+    Store(s2, cells + 2 * kLanes);
+    Store(s3, cells + 3 * kLanes);
 }
 
 /// What the last block of a row writes past its end is written again by the next row.
@@ -58,12 +67,11 @@ INLINE_BODY void DistancesBody(bool squared, int n, int p, const double* columns
 }
 
 INLINE_BODY double SumBody(int m, const double* x) {
-    Lanes s0{}, s1{};
+    Lanes s0{}, s1{}, v;
     int k = 0;
-    for (; k + 8 <= m; k += 8) {
-        const LooseLanes* v = reinterpret_cast<const LooseLanes*>(x + k);
-        s0 += v[0];
-        s1 += v[1];
+    for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
+        s0 += Load(x + k, v);
+        s1 += Load(x + k + kLanes, v);
     }
     double sum = SumOfLanes(s0, s1);
     for (; k < m; k++) sum += x[k];
@@ -71,13 +79,11 @@ INLINE_BODY double SumBody(int m, const double* x) {
 }
 
 INLINE_BODY double DotBody(int m, const double* x, const double* y) {
-    Lanes s0{}, s1{};
+    Lanes s0{}, s1{}, v, w;
     int k = 0;
-    for (; k + 8 <= m; k += 8) {
-        const LooseLanes* v = reinterpret_cast<const LooseLanes*>(x + k);
-        const LooseLanes* w = reinterpret_cast<const LooseLanes*>(y + k);
-        s0 += v[0] * w[0];
-        s1 += v[1] * w[1];
+    for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
+        s0 += Load(x + k, v) * Load(y + k, w);
+        s1 += Load(x + k + kLanes, v) * Load(y + k + kLanes, w);
     }
     double sum = SumOfLanes(s0, s1);
     for (; k < m; k++) sum += x[k] * y[k];
@@ -85,14 +91,13 @@ INLINE_BODY double DotBody(int m, const double* x, const double* y) {
 }
 
 INLINE_BODY double CentreBody(int m, double mean, double* x) {
-    Lanes s0{}, s1{};
+    Lanes s0{}, s1{}, v;
     int k = 0;
-    for (; k + 8 <= m; k += 8) {
-        LooseLanes* v = reinterpret_cast<LooseLanes*>(x + k);
-        const Lanes c0 = v[0] - mean;
-        const Lanes c1 = v[1] - mean;
-        v[0] = c0;
-        v[1] = c1;
+    for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
+        const Lanes c0 = Load(x + k, v) - mean;
+        const Lanes c1 = Load(x + k + kLanes, v) - mean;
+        Store(c0, x + k);
+        Store(c1, x + k + kLanes);
         s0 += c0 * c0;
         s1 += c1 * c1;
     }
@@ -107,29 +112,26 @@ INLINE_BODY double CentreBody(int m, double mean, double* x) {
 INLINE_BODY void WeightedRowsBody(int entries, const int* at, const double* weights,
                                   const double* table, int width, double* row) {
     int c = 0;
-    for (; c + 16 <= width; c += 16) {
-        Lanes s0{}, s1{}, s2{}, s3{};
+    for (; c + 4 * kLanes <= width; c += 4 * kLanes) {
+        Lanes s0{}, s1{}, s2{}, s3{}, v;
         for (int e = 0; e < entries; e++) {
             const double w = weights[e];
-            const LooseLanes* v =
-                reinterpret_cast<const LooseLanes*>(table + static_cast<long>(at[e]) * width + c);
-            s0 += w * v[0];
-            s1 += w * v[1];
-            s2 += w * v[2];
-            s3 += w * v[3];
+            const double* from = table + static_cast<long>(at[e]) * width + c;
+            s0 += w * Load(from, v);
+            s1 += w * Load(from + kLanes, v);
+            s2 += w * Load(from + 2 * kLanes, v);
+            s3 += w * Load(from + 3 * kLanes, v);
         }
-        LooseLanes* out = reinterpret_cast<LooseLanes*>(row + c);
-        out[0] = s0;
-        out[1] = s1;
-        out[2] = s2;
-        out[3] = s3;
+        Store(s0, row + c);
+        Store(s1, row + c + kLanes);
+        Store(s2, row + c + 2 * kLanes);
+        Store(s3, row + c + 3 * kLanes);
     }
-    for (; c < width; c += 4) {
-        Lanes s{};
+    for (; c < width; c += kLanes) {
+        Lanes s{}, v;
         for (int e = 0; e < entries; e++)
-            s += weights[e] *
-                 *reinterpret_cast<const LooseLanes*>(table + static_cast<long>(at[e]) * width + c);
-        *reinterpret_cast<LooseLanes*>(row + c) = s;
+            s += weights[e] * Load(table + static_cast<long>(at[e]) * width + c, v);
+        Store(s, row + c);
     }
 }
 
