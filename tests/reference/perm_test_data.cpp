@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <random>
-#include <stdexcept>
 
 #include "mxlib/belonging.h"
 #include "mxlib/ordination.h"
@@ -12,6 +10,7 @@
 #include "mxlibRes/distances.h"
 #include "mxlibRes/gower.h"
 #include "mxlibRes/standardisation.h"
+#include "reference/example_tables.h"
 
 namespace {
 
@@ -35,6 +34,12 @@ void SetSizes(const PermTestSizes& sizes, int opt_ro, PermTestData* data) {
     in.twoTailedTestMantel = true;
     data->traitsInUse.assign(static_cast<size_t>(sizes.traits), 1);
     data->nesting.assign(static_cast<size_t>(sizes.OTUs), 1);
+    data->traitTypes.assign(static_cast<size_t>(sizes.traits), kIntervalVariable);
+    data->traitWeights.assign(static_cast<size_t>(sizes.traits), 1.0F);
+    for (int k = 0; k < sizes.OTUs; k++) {
+        data->typeLabels.push_back(k % sizes.types + 1);
+        if (sizes.taxa > 0) data->taxonLabels.push_back(k % sizes.taxa + 1);
+    }
     in.traitsInUse = data->traitsInUse.data();
     in.nestingMembershipOTUs = data->nesting.data();
 }
@@ -62,30 +67,23 @@ void MakeTables(PermTestData* data) {
     in.outF = data->vectors.emplace_back(c).data();
 }
 
-std::vector<int> Labels(int n, int groups) {
-    std::vector<int> labels;
-    for (int k = 0; k < n; k++) labels.push_back(k % groups + 1);
-    return labels;
-}
-
 template <class T>
-void ReadTable(const std::string& file, int rows, int cols, T** to) {
-    std::ifstream stream(file);
-    for (int i = 0; i < rows; i++)
-        for (int j = 0; j < cols; j++)
-            if (!(stream >> to[i][j])) throw std::runtime_error("cannot read " + file);
+void CopyRows(const ExampleTables::Rows& rows, T** to) {
+    for (std::size_t i = 0; i < rows.size(); i++)
+        for (std::size_t j = 0; j < rows[i].size(); j++) to[i][j] = static_cast<T>(rows[i][j]);
 }
 
-void SimilaritiesOfTraits(Record* in) {
-    const int n = in->nOTUs;
-    ScopedMatrix<double> traits(n, in->nTraits);
+void SimilaritiesOfTraits(PermTestData* data) {
+    Record& in = data->record;
+    const int n = in.nOTUs;
+    ScopedMatrix<double> traits(n, in.nTraits);
     for (int i = 0; i < n; i++)
-        for (int j = 0; j < in->nTraits; j++) traits[i][j] = in->B[i][j];
-    const std::vector<int> types(static_cast<size_t>(in->nTraits), 3);
+        for (int j = 0; j < in.nTraits; j++) traits[i][j] = in.B[i][j];
     ScopedMatrix<double> s(n, n);
-    GowerMVOpt(n, in->nTraits, types.data(), traits, s, nullptr, nullptr, 0);
+    GowerMVOpt(n, in.nTraits, data->traitTypes.data(), traits, s, nullptr,
+               data->traitWeights.data(), 1);
     for (int i = 0; i < n; i++)
-        for (int j = 0; j < n; j++) in->Sb[i][j] = static_cast<float>(s[i][j]);
+        for (int j = 0; j < n; j++) in.Sb[i][j] = static_cast<float>(s[i][j]);
 }
 
 void ScoresOfPhylogeny(PermTestData* data) {
@@ -123,15 +121,14 @@ void DeriveFromTables(PermTestData* data) {
     const int n = in.nOTUs;
     const int c = in.nCommunities;
     EucliDistMV(c, in.nEnv, in.E, in.DE);
-    SimilaritiesOfTraits(&in);
-    FuzzyBelonging(n, in.nTypes, in.Sb, Labels(n, in.nTypes).data(), in.U, false);
+    SimilaritiesOfTraits(data);
+    FuzzyBelonging(n, in.nTypes, in.Sb, data->typeLabels.data(), in.U, false);
     BealsSmoothing(c, n, in.W, in.W, in.Z, true, 1, false);
     BealsSmoothing(c, n, in.W, in.W, in.Y, true, 2, true);
     NominalReseNonHier(c, n, in.Z, in.DZ, in.rese_opt);
     NominalReseNonHier(c, n, in.Y, in.DY, in.rese_opt);
     if (!in.includePhylogeny) return;
-    FuzzyBelonging(n, in.nTaxa, in.Sf, Labels(n, in.nTaxa).data(), in.Q,
-                   in.phylogenyIsDissimilarity);
+    FuzzyBelonging(n, in.nTaxa, in.Sf, data->taxonLabels.data(), in.Q, in.phylogenyIsDissimilarity);
     ScoresOfPhylogeny(data);
 }
 
@@ -161,29 +158,26 @@ std::unique_ptr<PermTestData> RandomPermTestData(const PermTestSizes& sizes, uns
 std::unique_ptr<PermTestData> ExamplePermTestData(const std::string& examples,
                                                   const std::string& name, bool phylogeny,
                                                   int opt_ro) {
-    const PermTestSizes aravo{75, 82, 8, 4, 8, phylogeny ? 8 : 0, 0.0};
-    const PermTestSizes mafragh{97, 56, 14, 11, 6, phylogeny ? 5 : 0, 0.0};
+    const ExampleTables tables = ReadExampleTables(examples + "/" + name);
     auto data = std::make_unique<PermTestData>();
-    SetSizes(name == "aravo" ? aravo : mafragh, opt_ro, data.get());
+    SetSizes({tables.communities, tables.OTUs, tables.traits, tables.variables, tables.types,
+              phylogeny ? tables.types : 0, 0.0},
+             opt_ro, data.get());
     MakeTables(data.get());
+    data->traitTypes = tables.traitTypes;
+    data->traitWeights = TraitWeights(tables);
+    data->typeLabels = data->taxonLabels = tables.labels;
     Record& in = data->record;
-    const std::string folder = examples + "/" + name + "/";
-    ReadTable(folder + "B.txt", in.nOTUs, in.nTraits, in.B);
-    ReadTable(folder + "W.txt", in.nCommunities, in.nOTUs, in.W);
-    ReadTable(folder + "E.txt", in.nCommunities, in.nEnv, in.E);
+    CopyRows(tables.B, in.B);
+    CopyRows(tables.W, in.W);
+    CopyRows(tables.E, in.E);
     CorrAdj(in.nCommunities, in.nEnv, in.E, in.E);
     UnitSumRowsAdjMV(in.nCommunities, in.nOTUs, in.W, in.W);
-    if (phylogeny && name == "aravo") {
+    if (phylogeny && tables.F.empty()) {
         std::mt19937 random(1);
         RandomPhylogeny(in.nOTUs, &random, in.Sf);
-    } else if (phylogeny) {
-        ReadTable(folder + "F.txt", in.nOTUs, in.nOTUs, in.Sf);
-        double largest = 0.0;
-        for (int i = 0; i < in.nOTUs; i++)
-            largest = std::max(largest, *std::max_element(in.Sf[i], in.Sf[i] + in.nOTUs));
-        for (int i = 0; i < in.nOTUs; i++)
-            for (int j = 0; j < in.nOTUs; j++) in.Sf[i][j] /= largest;
     }
+    if (phylogeny) CopyRows(tables.F, in.Sf);
     DeriveFromTables(data.get());
     return data;
 }

@@ -14,6 +14,10 @@ struct PermTestData {
     PermTest_FunctionalPhyl_Correl_Input record;
     std::vector<int> traitsInUse;
     std::vector<int> nesting;
+    std::vector<int> traitTypes;
+    std::vector<float> traitWeights;
+    std::vector<int> typeLabels;
+    std::vector<int> taxonLabels;
     std::vector<ScopedMatrix<float>> floats;
     std::vector<ScopedMatrix<double>> doubles;
     std::vector<std::vector<double>> vectors;
@@ -37,8 +41,9 @@ struct PermTestSizes {
 std::unique_ptr<PermTestData> RandomPermTestData(const PermTestSizes& sizes, unsigned seed,
                                                  int opt_ro);
 
-/// The example `name` ("aravo", "mafragh") of the folder `examples`, all traits quantitative. aravo
-/// has no phylogeny: a random one stands in.
+/// The example `name` ("aravo", "mafragh") of the folder `examples` as the functional analysis
+/// takes it: fuzzy types, traits weighted by the sizes of their groups, E standardised, W at unit
+/// totals, the types for taxa. aravo has no phylogeny: a random one stands in.
 std::unique_ptr<PermTestData> ExamplePermTestData(const std::string& examples,
                                                   const std::string& name, bool phylogeny,
                                                   int opt_ro);
