@@ -23,6 +23,12 @@ void Identity(int n, int* list) {
     for (int i = 0; i < n; i++) list[i] = i + 1;
 }
 
+/// Permutes the chosen indices (from 1) among their own places of list; order is scratch.
+void Exchange(int count, const int* chosen, int* order, int* list) {
+    RndList(count, order);
+    for (int m = 0; m < count; m++) list[chosen[m] - 1] = chosen[order[m] - 1];
+}
+
 }  // namespace
 
 void InitRndNumberGenerator(unsigned long seed) {
@@ -48,20 +54,35 @@ void RndListSelect(int n, int* list, const bool* mask) {
     int count = 0;
     for (int i = 0; i < n; i++)
         if (mask[i]) chosen[count++] = i + 1;
-    RndList(count, order);
-    for (int m = 0; m < count; m++) list[chosen[m] - 1] = chosen[order[m] - 1];
+    Exchange(count, chosen, order, list);
+}
+
+NestedGroups MakeNestedGroups(int n, const int* groups) {
+    ScopedVector<int> labels(n);
+    int nGroups = 0;
+    CountGroups(n, groups, &nGroups, labels);
+    NestedGroups nested{n, nGroups, ScopedVector<int>(nGroups + 1), ScopedVector<int>(n),
+                        ScopedVector<int>(n)};
+    int placed = 0;
+    for (int g = 0; g < nGroups; g++) {
+        for (int i = 0; i < n; i++)
+            if (groups[i] == labels[g]) nested.members[placed++] = i + 1;
+        nested.start[g + 1] = placed;
+    }
+    return nested;
+}
+
+void RndListNested(const NestedGroups& groups, int* list) {
+    for (int g = 0; g < groups.nGroups; g++) {
+        const int start = groups.start[g];
+        Exchange(groups.start[g + 1] - start, groups.members + start, groups.order, list);
+    }
 }
 
 void RndListNestedNew(int n, const int* groups, int type, int* list) {
     constexpr int kWithinGroups = 1;
-    Identity(n, list);
-    if (type != kWithinGroups) return;
-    ScopedVector<int> labels(n);
-    ScopedVector<bool> mask(n);
-    int count = 0;
-    CountGroups(n, groups, &count, labels);
-    for (int g = 0; g < count; g++) {
-        for (int i = 0; i < n; i++) mask[i] = groups[i] == labels[g];
-        RndListSelect(n, list, mask);
-    }
+    if (type == kWithinGroups)
+        RndListNested(MakeNestedGroups(n, groups), list);
+    else
+        Identity(n, list);
 }

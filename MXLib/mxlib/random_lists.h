@@ -4,6 +4,8 @@
 
 #include <gsl/gsl_rng.h>
 
+#include "mxlibDim/scoped.h"
+
 /// The one generator (Mersenne Twister, Matsumoto and Nishimura 1998); null until seeded.
 extern gsl_rng* r;
 
@@ -20,7 +22,20 @@ void RndListSpecified(int n, int* list);
 /// keep their value.
 void RndListSelect(int n, int* list, const bool* mask);
 
-/// list becomes a permutation of 1 to n that keeps each index within its group (type 1).
+/// The members of each group, for drawing many lists within the same groups.
+struct NestedGroups {
+    int n;
+    int nGroups;
+    ScopedVector<int> start;    ///< where each group begins among the members; its end the next
+    ScopedVector<int> members;  ///< indices from 1, group after group in the order of labels
+    ScopedVector<int> order;
+};
+NestedGroups MakeNestedGroups(int n, const int* groups);
+
+/// list becomes a permutation of 1 to n that keeps each index within its group.
+void RndListNested(const NestedGroups& groups, int* list);
+
+/// The same (type 1; any other type gives 1 to n) for a single list.
 void RndListNestedNew(int n, const int* groups, int type, int* list);
 
 /// The next subset of k out of n in lexicographic order: the members first, ascending, then the

@@ -23,6 +23,7 @@ enum class Order { kObserved, kPermuted };
 struct Test {
     TestRecord* in;
     ScopedVector<int> list;
+    NestedGroups nesting;  ///< under the null model within groups
     Arrangement now;
     Composition composition;
     Entropies entropies;
@@ -34,9 +35,14 @@ struct Test {
     std::array<double, kReported> frequency;
 };
 
+bool WithinGroups(const TestRecord& in) {
+    return in.optRestrictPermutNullModel == 1;
+}
+
 Test MakeTest(TestRecord* in) {
     Test test{in,
               ScopedVector<int>(in->nOTUs),
+              MakeNestedGroups(WithinGroups(*in) ? in->nOTUs : 0, in->nestingMembershipOTUs),
               MakeArrangement(*in),
               MakeComposition(*in),
               MakeEntropies(*in),
@@ -108,8 +114,8 @@ void ObservedStage(Test* test) {
 
 void NextOrder(Test* test) {
     const TestRecord& in = *test->in;
-    if (in.optRestrictPermutNullModel == 1)
-        RndListNestedNew(in.nOTUs, in.nestingMembershipOTUs, 1, test->list);
+    if (WithinGroups(in))
+        RndListNested(test->nesting, test->list);
     else if (in.optRestrictPermutNullModel == 0)
         RndListSpecified(in.nOTUs, test->list);
 }
