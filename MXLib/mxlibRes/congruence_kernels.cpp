@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <type_traits>
 
 #include "mxlib/singular_values.h"
@@ -109,8 +110,10 @@ double ProcrustesOfSides(const CongruenceSide<T>& a, const CongruenceSide<T>& b,
         }
     if (!SingularValuesAlone(wide.p, narrow.p, scratch->core, scratch->singular, scratch->room))
         return 0.0;
+    double* values = scratch->singular;
+    std::sort(values, values + narrow.p, std::greater<>());  // their order fixes a float sum
     T sum = 0;
-    for (int k = 0; k < narrow.p; k++) sum += static_cast<T>(scratch->singular[k]);
+    for (int k = 0; k < narrow.p; k++) sum += static_cast<T>(values[k]);
     return static_cast<double>(sum);
 }
 
