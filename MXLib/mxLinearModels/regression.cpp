@@ -68,7 +68,7 @@ int regression(int n, int m, int p, ConstMatrix<float> Y, ConstMatrix<float> X, 
 
 void ResidualsMatrixRegression(int n, ConstMatrix<double> a, ConstMatrix<double> b,
                                Matrix<double> R) {
-    const int q = n * (n - 1) / 2;
+    const int q = n % 2 == 0 ? n / 2 * (n - 1) : (n - 1) / 2 * n;
     if (q < 1) return;
     ScopedMatrix<float> factor(q, 1);
     ScopedMatrix<float> response(q, 1);

@@ -76,8 +76,8 @@ void ExchangeForRepresentative(int otu, int representative, int size, const int*
     int count = 0;
     for (int a = 0; a < size; a++)
         if (members[a] != representative) own[count++] = members[a];
-    own[count++] = otu;
-    std::inplace_merge(own, own + count - 1, own + count);
+    own[count] = otu;
+    std::rotate(std::upper_bound(own, own + count, otu), own + count, own + count + 1);
 }
 
 /// Each term is taken in the type of the resemblances, the sum in that of the result.

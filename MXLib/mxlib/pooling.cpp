@@ -48,7 +48,7 @@ void ConcentrateGroups(int n, int p, ConstMatrix<float> a, Matrix<float> result,
     const float before = Total(rowGroups, colGroups, result);
     for (int g = 0; g < rowGroups; g++)
         for (int h = 0; h < colGroups; h++)
-            result[g][h] /= static_cast<float>(rowSizes[g] * colSizes[h]);
+            result[g][h] /= static_cast<float>(rowSizes[g]) * static_cast<float>(colSizes[h]);
     if (option != kKeepGrandTotal) return;
     const float after = Total(rowGroups, colGroups, result);
     for (int g = 0; g < rowGroups; g++)
