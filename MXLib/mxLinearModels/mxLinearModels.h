@@ -1,6 +1,8 @@
 #pragma once
 /// \file
-/// Least squares by the normal equations.
+/// Least squares by the normal equations. Missing values add nothing to products and sums of
+/// squares, but are numbers in the means behind the intercepts, in predictions and in residuals:
+/// callers give complete data.
 
 #include <cstdio>
 
@@ -8,8 +10,9 @@
 
 /// Regression of m responses Y (n x m) on p factors X (n x p), with intercept. Receives B (p x m)
 /// coefficients, b0 (m) intercepts, Yhat (n x m) predictions, r2 (m) coefficients of determination
-/// and, unless null, ss (m) total sums of squares. Collinear factors give non-finite results. The
-/// report switches are accepted and print nothing. Returns 1.
+/// and, unless null, ss (m) total sums of squares. Collinear factors give non-finite results, a
+/// response without variation an r2 of NaN. The report switches are accepted and print nothing.
+/// Returns 1.
 int regression(int n, int m, int p, ConstMatrix<double> Y, ConstMatrix<double> X, Matrix<double> B,
                double* b0, Matrix<double> Yhat, double* r2, double* ss, bool print, FILE* stream,
                int language, bool detail);
@@ -18,7 +21,7 @@ int regression(int n, int m, int p, ConstMatrix<float> Y, ConstMatrix<float> X, 
                int language, bool detail);
 
 /// R above the diagonal = residuals of the entries of b above the diagonal on those of a, both
-/// rounded to float. The rest of R is not written.
+/// rounded to float. The rest of R is not written; with n < 2 nothing is.
 void ResidualsMatrixRegression(int n, ConstMatrix<double> a, ConstMatrix<double> b,
                                Matrix<double> R);
 

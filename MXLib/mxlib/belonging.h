@@ -33,14 +33,16 @@ bool FuzzyBelonging(int n, int K, Matrix<double> s, const int* partition, Matrix
 void ReorderVectors(int n, const int* order, int* i1, int* i2, float* f1, float* f2);
 
 /// Community totals of data (nOTUs x nCommunities); partition 3 replaces each positive value by its
-/// community's total / richness, 2 subtracts that (totals then 0), any other leaves data.
+/// community's total / richness, 2 subtracts that (totals then 0), any other leaves data. Every
+/// value is a number.
 void DataPartitionL(int nOTUs, int nCommunities, const int* richness, int partition,
                     Matrix<float> data, float* totals);
 
 /// Whether any of n types is 2 (nominal).
 bool HasQualitTrait(int n, const int* types);
 
-/// Pools a matrix into means of row groups by column groups (labels 1 to G), summed in float; with
-/// option 1 the means are rescaled so that the grand total is kept.
+/// Pools a matrix into means of row groups by column groups (labels 1 to G; items with any other
+/// label are left out), summed in float; with option 1 the means are rescaled so that the grand
+/// total is kept. Every value is a number; a group without member has NaN.
 void ConcentrateGroups(int n, int p, ConstMatrix<float> a, Matrix<float> result, int rowGroups,
                        const int* rowGroup, int colGroups, const int* colGroup, int option);

@@ -179,11 +179,11 @@ void ProdToSqDist(int n, ConstMatrix<double> p, Matrix<double> d) {
     SquaredDistancesOfProducts(n, p, d);
 }
 
-void CorrToSqDist(int n, ConstMatrix<float> r, Matrix<float> d) {
-    SquaredDistancesOfCorrelations(n, r, d);
+void CorrToSqDist(int n, ConstMatrix<float> corr, Matrix<float> d) {
+    SquaredDistancesOfCorrelations(n, corr, d);
 }
-void CorrToSqDist(int n, ConstMatrix<double> r, Matrix<double> d) {
-    SquaredDistancesOfCorrelations(n, r, d);
+void CorrToSqDist(int n, ConstMatrix<double> corr, Matrix<double> d) {
+    SquaredDistancesOfCorrelations(n, corr, d);
 }
 
 void ProbToDissim(int n, ConstMatrix<double> p, Matrix<double> d) {

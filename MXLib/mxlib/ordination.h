@@ -1,6 +1,7 @@
 #pragma once
 /// \file
-/// Ordination of a resemblance matrix, and conversions between forms of resemblance.
+/// Ordination of a resemblance matrix, and conversions between forms of resemblance. Missing values
+/// are known in `data` alone, where component scores pass over them; any other -999 is a number.
 
 #include "mxlibDim/dim.h"
 
@@ -33,9 +34,9 @@ void DissToCenterProdMatrix(int n, ConstMatrix<double> d, Matrix<double> c, bool
 void ProdToSqDist(int n, ConstMatrix<float> p, Matrix<float> d);
 void ProdToSqDist(int n, ConstMatrix<double> p, Matrix<double> d);
 
-/// 2 (1 - r), both triangles, diagonal 0.
-void CorrToSqDist(int n, ConstMatrix<float> r, Matrix<float> d);
-void CorrToSqDist(int n, ConstMatrix<double> r, Matrix<double> d);
+/// 2 (1 - r) of correlations r, both triangles, diagonal 0.
+void CorrToSqDist(int n, ConstMatrix<float> corr, Matrix<float> d);
+void CorrToSqDist(int n, ConstMatrix<double> corr, Matrix<double> d);
 
 /// 1 - p, both triangles and the diagonal. d may be p.
 void ProbToDissim(int n, ConstMatrix<double> p, Matrix<double> d);

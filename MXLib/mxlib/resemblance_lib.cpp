@@ -29,14 +29,13 @@ void FillUpperHalf(int n, int p, ConstMatrix<double> data, Matrix<double> result
 
 }  // namespace
 
-int TranslateReseOpt_TESSEL_POLYAX(int rese_opt) {
-    return rese_opt >= 1 && rese_opt <= kOptions ? kMeasureOfOption[rese_opt - 1] : 1;
+int TranslateReseOpt_TESSEL_POLYAX(int option) {
+    return option >= 1 && option <= kOptions ? kMeasureOfOption[option - 1] : 1;
 }
 
 int ResemblanceLib(int rows, int cols, ConstMatrix<double> data, Matrix<double> result,
                    int orientation, int measure, double /*power*/, const int* /*types*/,
-                   double /*number1*/, double /*number2*/, int /*countDoubleAbsence*/,
-                   bool /*flag*/) {
+                   double /*number1*/, double /*number2*/, int /*doubleAbsences*/, bool /*flag*/) {
     if (orientation == 1) {
         FillUpperHalf(rows, cols, data, result, measure);
         UpperToLowerMatrix(rows, result);

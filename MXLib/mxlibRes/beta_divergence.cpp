@@ -14,7 +14,7 @@ double NearestDistance(int n, int i, const double* distances) {
 
 }  // namespace
 
-bool BetaDivergence(int n, Matrix<double> d1, Matrix<double> d2, double* out) {
+bool BetaDivergence(int n, Matrix<double> d1, Matrix<double> d2, double* means) {
     UpperToLowerMatrix(n, d1);
     UpperToLowerMatrix(n, d2);
     for (int i = 0; i < n; i++) {
@@ -26,7 +26,7 @@ bool BetaDivergence(int n, Matrix<double> d1, Matrix<double> d2, double* out) {
             sum += d2[i][j];
             neighbours++;
         }
-        out[i] = sum / neighbours;
+        means[i] = sum / neighbours;
     }
     return true;
 }

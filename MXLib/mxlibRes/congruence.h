@@ -21,18 +21,21 @@ float PartialCorrelation(float rXY, float rXZ, float rYZ);
 double PartialCorrelation(double rXY, double rXZ, double rYZ);
 
 /// Symmetric Procrustes coefficient, the trace of W (Gower 1971; Peres-Neto and Jackson 2001) of
-/// a (n x p1) and b (n x p2), which are left unchanged. 0 when the decomposition fails.
+/// a (n x p1) and b (n x p2), which are left unchanged. Missing values add nothing to means, scales
+/// and products. 0 when the decomposition fails; NaN for a matrix without variation.
 float ProcrustesCoeff(int n, int p1, int p2, ConstMatrix<float> a, ConstMatrix<float> b);
 double ProcrustesCoeff(int n, int p1, int p2, ConstMatrix<double> a, ConstMatrix<double> b);
 
-/// RV coefficient (Escoufier 1973, Biometrics 29, 751-760). NaN for a matrix without variation.
+/// RV coefficient (Escoufier 1973, Biometrics 29, 751-760). Missing values add nothing to means and
+/// products. NaN for a matrix without variation.
 double RVcoeff(int n, int p1, int p2, ConstMatrix<float> a, ConstMatrix<float> b);
 double RVcoeff(int n, int p1, int p2, ConstMatrix<double> a, ConstMatrix<double> b);
 
-/// Sum of a[i][j] b[i][j] over all cells of two square matrices.
+/// Sum of a[i][j] b[i][j] over all cells of two square matrices; every value is a number.
 double vecProd(int n, ConstMatrix<float> a, ConstMatrix<float> b);
 double vecProd(int n, ConstMatrix<double> a, ConstMatrix<double> b);
 
 /// For each object the mean of d2 to its nearest neighbours in d1, ties all taken. Both matrices
-/// are completed from their upper halves. Always true.
-bool BetaDivergence(int n, Matrix<double> d1, Matrix<double> d2, double* out);
+/// are completed from their upper halves; every value is a number, and a single object has NaN.
+/// Always true.
+bool BetaDivergence(int n, Matrix<double> d1, Matrix<double> d2, double* means);

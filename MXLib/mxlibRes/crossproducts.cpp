@@ -133,14 +133,14 @@ double Correlation2VecMV(int p, const double* x, const double* y) {
     return correlation;
 }
 
-void Correlation(int n, ConstMatrix<double> c, Matrix<double> r) {
+void Correlation(int n, ConstMatrix<double> c, Matrix<double> correlations) {
     for (int i = 0; i < n; i++)
         for (int j = i + 1; j < n; j++) {
             double value = 0;
             if (c[i][i] > 0 && c[j][j] > 0) value = c[i][j] / std::sqrt(c[i][i] * c[j][j]);
             if (value > 1) value = 1;
             if (value < -1) value = -1;
-            r[i][j] = value;
+            correlations[i][j] = value;
         }
-    for (int i = 0; i < n; i++) r[i][i] = 1;
+    for (int i = 0; i < n; i++) correlations[i][i] = 1;
 }

@@ -14,7 +14,7 @@ void CrossProductMV(int n, int p, ConstMatrix<double> a, Matrix<double> c);
 double CrossProduct2VecMV(int p, const double* x, const double* y);
 
 /// Covariances with divisor m - 1. With a missing value anywhere each pair uses its own complete
-/// positions; m = 0 gives 0, m = 1 NaN.
+/// positions (m of them); m = 0 gives 0, m = 1 NaN.
 void CovarianceMV(int n, int p, ConstMatrix<double> a, Matrix<double> c);
 double Covariance2VecMV(int p, const double* x, const double* y);
 
@@ -25,4 +25,4 @@ double Correlation2VecMV(int p, const double* x, const double* y);
 
 /// Turns a symmetric cross-product or covariance matrix into correlations, kept within -1 to 1;
 /// 0 where a diagonal element is not above 0, and 1 on the diagonal.
-void Correlation(int n, ConstMatrix<double> c, Matrix<double> r);
+void Correlation(int n, ConstMatrix<double> c, Matrix<double> correlations);

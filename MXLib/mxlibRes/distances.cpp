@@ -188,9 +188,9 @@ double SumAbsDeviations(int n, const double* a, const double* b, bool squared) {
     return 0.5 * sum;
 }
 
-void NominalReseNonHier(int n, int p, ConstMatrix<float> a, Matrix<double> d, int rese_opt) {
-    Nominal<float>(n, p, a, d, rese_opt);
+void NominalReseNonHier(int n, int p, ConstMatrix<float> a, Matrix<double> d, int option) {
+    Nominal<float>(n, p, a, d, option);
 }
-void NominalReseNonHier(int n, int p, ConstMatrix<double> a, Matrix<double> d, int rese_opt) {
-    Nominal<double>(n, p, a, d, rese_opt);
+void NominalReseNonHier(int n, int p, ConstMatrix<double> a, Matrix<double> d, int option) {
+    Nominal<double>(n, p, a, d, option);
 }

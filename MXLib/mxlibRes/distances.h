@@ -6,7 +6,7 @@
 
 #include "mxlibDim/dim.h"
 
-/// Euclidean distance over all columns.
+/// Euclidean distance over all columns; every value is a number.
 void EucliDist(int n, int p, ConstMatrix<float> a, Matrix<double> d);
 void EucliDist(int n, int p, ConstMatrix<double> a, Matrix<double> d);
 
@@ -22,15 +22,15 @@ void AbsValFunctionMV(int n, int p, ConstMatrix<float> a, Matrix<double> d);
 void AbsValFunctionMV(int n, int p, ConstMatrix<double> a, Matrix<double> d);
 
 /// Chord distance (Orloci, 1967); with a missing value anywhere all cells hold squared chord
-/// distances over the shared columns.
+/// distances over the shared columns, on the diagonal too, and a row of zeros there gives NaN.
 void ChordDistMV(int n, int p, ConstMatrix<double> a, Matrix<double> d);
 double ChordDistSq2VecMV(int p, const double* a, const double* b);
 
 /// Half the sum of absolute (or squared) differences of two profiles at unit sum; 0 when either sum
-/// is not above 0.
+/// is not above 0. Every value is a number.
 double SumAbsDeviations(int n, const double* a, const double* b, bool squared);
 
 /// Resemblance between rows by the number of the session's option: 6, 7 Euclidean, 8, 9 absolute,
 /// 10 chord distance (of rows at unit length); any other leaves the result as it is.
-void NominalReseNonHier(int n, int p, ConstMatrix<float> a, Matrix<double> d, int rese_opt);
-void NominalReseNonHier(int n, int p, ConstMatrix<double> a, Matrix<double> d, int rese_opt);
+void NominalReseNonHier(int n, int p, ConstMatrix<float> a, Matrix<double> d, int option);
+void NominalReseNonHier(int n, int p, ConstMatrix<double> a, Matrix<double> d, int option);

@@ -94,12 +94,12 @@ void AverageChosen(int nChosen, const int* chosen, const double* weights, int n,
 }  // namespace
 
 void GowerMVPartial_dAbsences(int n, int type, float* values, float* const* pairs, float range,
-                              float weight, int countDoubleAbsences) {
-    CompareOneVariable(n, type, values, pairs, range, weight, countDoubleAbsences);
+                              float variableWeight, int countDoubleAbsences) {
+    CompareOneVariable(n, type, values, pairs, range, variableWeight, countDoubleAbsences);
 }
 void GowerMVPartial_dAbsences(int n, int type, float* values, double* const* pairs, float range,
-                              float weight, int countDoubleAbsences) {
-    CompareOneVariable(n, type, values, pairs, range, weight, countDoubleAbsences);
+                              float variableWeight, int countDoubleAbsences) {
+    CompareOneVariable(n, type, values, pairs, range, variableWeight, countDoubleAbsences);
 }
 
 void gower_similarityPartial(int nVariables, const float* const* data, int n,

@@ -8,9 +8,9 @@
 /// `values` in place and takes the range of the ranks; type 3 computes the range when `range` is
 /// exactly 0. A negative weight counts as 1, a weight of 0 gives -999.
 void GowerMVPartial_dAbsences(int n, int type, float* values, float* const* pairs, float range,
-                              float weight, int countDoubleAbsences);
+                              float variableWeight, int countDoubleAbsences);
 void GowerMVPartial_dAbsences(int n, int type, float* values, double* const* pairs, float range,
-                              float weight, int countDoubleAbsences);
+                              float variableWeight, int countDoubleAbsences);
 
 /// Fills the cube [n][n][nVariables]; reads countDoubleAbsence; leaves `data` (objects by
 /// variables) unchanged.
