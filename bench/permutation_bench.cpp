@@ -1,8 +1,6 @@
 // One permutation of the test, by the plain version and by the library, in one run.
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <ctime>
@@ -12,32 +10,12 @@
 #include "mxlib/random_lists.h"
 #include "reference/perm_test_data.h"
 #include "reference/plain_perm_test.h"
+#include "silence.h"
 
 namespace {
 
 using Record = PermTest_FunctionalPhyl_Correl_Input;
 using Test = bool (*)(Record*);
-
-/// The progress line goes nowhere while a test runs.
-class Silence {
-  public:
-    Silence() : kept_(dup(STDOUT_FILENO)) {
-        std::fflush(stdout);
-        const int nowhere = open("/dev/null", O_WRONLY);
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
-    }
-    ~Silence() {
-        std::fflush(stdout);
-        dup2(kept_, STDOUT_FILENO);
-        close(kept_);
-    }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
-
-  private:
-    int kept_;
-};
 
 /// Of processor time: other processes do not count.
 double Seconds(Test test, Record* record, int permutations) {
