@@ -86,9 +86,6 @@ void RankAndCompare(int n, int p, const int* types, Matrix<T> data, Matrix<doubl
 float VariableRange(int n, const float* values) {
     return RangeOfPresent<double>(n, values);
 }
-float VariableRange(int n, const double* values) {
-    return RangeOfPresent<double>(n, values);
-}
 
 void GowerMVOpt(int n, int p, const int* types, Matrix<float> data, Matrix<double> similarity,
                 const float* /*ranges*/, const float* weights, int countDoubleAbsences) {

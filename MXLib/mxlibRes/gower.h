@@ -36,7 +36,6 @@ void GowerMV(int n, int p, const int* types, ConstMatrix<float> data, Matrix<flo
 /// Range of a variable from its present values, as GowerMVOpt computes it: a variable without a
 /// positive value has the smallest positive double for its maximum.
 float VariableRange(int n, const float* values);
-float VariableRange(int n, const double* values);
 
 /// Whether a variable counts for two objects with values xi and xj; if so, `contribution` is what
 /// it adds to the sum of the pair: the variable's weight w for a match, 0 for none, in proportion

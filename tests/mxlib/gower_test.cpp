@@ -41,7 +41,7 @@ TEST(Gower, PairWithoutComparableVariableKeepsItsCell) {
 
 TEST(Gower, RangeStartsAboveZero) {
     const int types[] = {3};
-    const double negative[] = {-8, -2, -999, -4};
+    const float negative[] = {-8, -2, -999, -4};
     EXPECT_EQ(VariableRange(4, negative), 8.0F);  // not 6
     const float zeros[] = {0, 0};
     EXPECT_EQ(VariableRange(2, zeros), 0.0F);

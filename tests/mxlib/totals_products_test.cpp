@@ -164,6 +164,7 @@ TEST(Products, EveryFormKeepsTheDigitsOfTheSumsCellByCell) {
     HoldAgainstCells<double, float, float>(kMarksSkipped, MatrixProdMV, nullptr);
     HoldAgainstCells<float, float, float>(kSelects, nullptr, MatrixProdSelectMV);
     HoldAgainstCells<double, float, double>(kSelects, nullptr, MatrixProdSelectMV);
+    HoldAgainstCells<float, float, float>(kAdjusts, nullptr, MatrixProdSelectMV_Adjust);
     HoldAgainstCells<double, float, double>(kAdjusts, nullptr, MatrixProdSelectMV_Adjust);
 }
 
