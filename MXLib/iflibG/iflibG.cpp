@@ -5,6 +5,7 @@ int is80CharLine = 0;
 std::clock_t t1 = 0;
 std::clock_t t2 = 0;
 std::time_t timeStart = 0;
+void (*progressHook)() = nullptr;
 
 namespace {
 
@@ -35,6 +36,7 @@ void ClearLine() {
 void HandleEventInfoWhere(const char*) {}
 
 void HandleEventInfoWhere2(const char* text) {
+    if (progressHook != nullptr) progressHook();
     const std::clock_t now = std::clock();
     if (now - t2 < kTicksBetweenUpdates) return;
     if (is40CharLine == 1) ClearLineLength(is80CharLine == 1 ? 2 * kHalfLine : kHalfLine);

@@ -25,6 +25,10 @@ void ClearLineLength(int n);
 /// The point where routines announce themselves. Does nothing.
 void HandleEventInfoWhere(const char* text);
 
+/// Called at every report of progress, however short the time since the last; null for nothing. A
+/// harness bounds the work of a run by it and may leave by an exception.
+extern void (*progressHook)();
+
 /// Rewrites the progress line with `text` in 40 columns and 40 blanks, unless fewer than 5 clock
 /// ticks have passed since the last time.
 void HandleEventInfoWhere2(const char* text);

@@ -1,0 +1,168 @@
+// Any keystrokes as a whole run of the program, in a folder that holds raw files and a session: it
+// exits, comes to rest or ends by an error, without a lost stream, and the raw files stay as they
+// were.
+
+#include <dirent.h>
+#include <fcntl.h>
+
+#include <cctype>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
+#include "TSLIF/menus.h"
+#include "iflibG/iflibG.h"
+#include "mxlibDim/dim.h"
+#include "mxlibDim/reading.h"
+#include "one_file.h"
+
+namespace {
+
+struct NamedText {
+    const char* name;
+    std::string_view text;
+};
+
+// Five OTUs, three traits, four communities, two ecological variables.
+constexpr NamedText kRawFiles[] = {
+    {"B.txt", "2.385 1 2\n1.175 0 1\n3.81 1 3\n0.62 0 3\n1.905 1 -999\nheight woody form\n"},
+    {"W.txt", "3 0 4 0 1\n0 2 1 0 0\n1 1 0 2 0\n0 0 2 0 3\na b c d\n"},
+    {"E.txt", "1.5 2\n2.25 1\n0.75 2\n3.1 1\nwater grazed\n"},
+    {"F.txt", "0 2 4 4 4\n2 0 4 4 4\n4 4 0 3 3\n4 4 3 0 1\n4 4 3 1 0\n"},
+    {"spp.txt", "Poa annua\nPoa pratensis\nStipa\nStipa\nCarex nigra\n"},
+    {"g.txt", "1 1 2 2 2\n"},
+    {"odd.txt", "nan inf -inf 1e38 1e-42 0 -999 x 1e400\n"},
+    {"short.txt", "1\n"},
+};
+constexpr NamedText kSession[] = {
+    {"mTrk.txt", "mFormda.txt\n07Jul17\n"},
+    {"mFormda.txt",
+     "T\n3\na b c\n3 1 2\n0 0 0\n4 2 3\n4\np q r s\n5\n0 0 0 0\n0 0 0 0 0 0 0\n25Jun2016\n"
+     "2.385 1 2\n1.175 0 1\n3.81 1 3\n0.62 0 3\n1.905 1 1\n\n"
+     "3 0 1 0\n0 2 1 0\n4 1 0 2\n0 0 2 0\n1 0 0 3\n\n"
+     "2\n97Sep08\n5\n3 1\nwater grazed\nE.txt\n1.5 2.25 0.75 3.1\n2 1 2 1\n"
+     "2\nspp.txt\nPoa\nStipa\n1111\n1001\n10\n10\n01\n01\n01\nSMW 1\n"
+     "1\n3\n0 .5 1 1 1\n.5 0 1 1 1\n1 1 0 .7 .7\n1 1 .7 0 .2\n1 1 .7 .2 0\n1\n1 1 2\n"},
+};
+
+constexpr int kLongestWork = 200;  // reports of progress
+constexpr std::size_t kLongestScript = 4096;
+
+struct Ended {};
+int work;
+
+void CountWork() {
+    if (++work > kLongestWork) throw Ended{};
+}
+
+bool IsPartOfFolder(const char* name) {
+    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
+void RenewFolder() {
+    DIR* folder = opendir(".");
+    if (folder == nullptr) std::abort();
+    while (const dirent* entry = readdir(folder))
+        if (!IsPartOfFolder(entry->d_name) && std::remove(entry->d_name) != 0) std::abort();
+    closedir(folder);
+    for (const NamedText& file : kRawFiles)
+        WriteInput(file.name, file.text.data(), file.text.size());
+    for (const NamedText& file : kSession)
+        WriteInput(file.name, file.text.data(), file.text.size());
+}
+
+void ExpectRawFilesUnharmed() {
+    for (const NamedText& file : kRawFiles) {
+        char bytes[256];
+        FILE* stream = std::fopen(file.name, "r");
+        if (stream == nullptr) std::abort();
+        const std::size_t size = std::fread(bytes, 1, sizeof(bytes), stream);
+        std::fclose(stream);
+        if (std::string_view(bytes, size) != file.text) std::abort();
+    }
+}
+
+/// The keystrokes with every number made small, so that a run asks for bounded work: at most two
+/// digits, no exponent, no hexadecimal digits, nothing above 19.
+std::string Bounded(const std::uint8_t* data, std::size_t size) {
+    std::string keys;
+    int digits = 0;
+    for (std::size_t i = 0; i < size && i < kLongestScript; i++) {
+        const char c = static_cast<char>(data[i]);
+        if (std::isdigit(data[i])) {
+            if (++digits > 2) continue;
+            if (digits == 2 && keys.back() > '1') keys.back() = '1';
+            keys.push_back(c);
+            continue;
+        }
+        const bool extends = digits > 0 && std::strchr("eExXpP", c) != nullptr && c != '\0';
+        keys.push_back(extends ? ' ' : c);
+        digits = 0;
+    }
+    return keys + "\n";
+}
+
+int LowestFreeDescriptor() {
+    const int descriptor = open("/dev/null", O_RDONLY);
+    close(descriptor);
+    return descriptor;
+}
+
+/// Everything as a new process has it.
+void ForgetRun() {
+    FreeGlobals2();
+    nch = ncsm = tcst = nSpp = nenv = 0;
+    hasPhylogeny = phylogenyMatrixType = 0;
+    RenewPhylogeny();
+    for (int** memberships : {&nestingMembershipOTUs, &partition_OTUs_Phyl}) {
+        free1D(*memberships);
+        *memberships = nullptr;
+    }
+    free1D(gSpareBlockPtr);
+    gSpareBlockPtr = nullptr;
+    FreeGlobals1();
+    for (auto* name : {&whichTrack, &whichFormda, &whichPrinda, &whichHier, &whichStructures,
+                       &whichRndData, &whichChorder})
+        std::strcpy(*name, "NULL");
+    sessionName[0] = sessionShortName[0] = tempName[0] = tempSession[0] = '\0';
+    optmain = optmain1 = dirtyOrig = 0;
+    temEnvQuant = temEnvQual = temEnvBin = hasTraitGroups = 0;
+    opt_struct = opt_ro = rese_opt = fuzzy = niter = includePhylogeny = 0;
+    optRestrictPermutNullModel = 0;
+    BealsIncludeOpt = twoTailedTestMantel = true;
+    overfitFactorPCARegr = 2.0;
+    work = 0;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    EnterPrivateFolder();
+    processEndings.end = [](int) { throw Ended{}; };
+    processEndings.rest = [] { throw Ended{}; };
+    progressHook = CountWork;
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    RenewFolder();
+    const int free = LowestFreeDescriptor();
+    std::string keys = Bounded(data, size);
+    FILE* const kept = stdin;
+    stdin = fmemopen(keys.data(), keys.size(), "r");
+    if (stdin == nullptr) std::abort();
+    SetInputFinished(false);
+    try {
+        mainInit();
+    } catch (const Ended&) {
+    }
+    std::fclose(stdin);
+    stdin = kept;
+    ForgetRun();
+    ExpectRawFilesUnharmed();
+    if (LowestFreeDescriptor() != free) std::abort();
+    return 0;
+}
