@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "mxlibDim/failure.h"
@@ -53,6 +54,70 @@ int ReadField(FILE* stream, const char* format, void* destination) {
         *static_cast<int*>(destination) = static_cast<int>(number);
     }
     return fields;
+}
+
+/// What a try to read a field met in the place of one field.
+enum FieldMet : int { kStreamEnd = EOF, kNoField = 0, kField = 1, kWordSkipped = 2 };
+
+/// Matches the rest of a word, whatever its case; the first character that differs stays unread.
+bool MatchesWord(FILE* stream, const char* rest) {
+    for (; *rest != '\0'; rest++) {
+        const int c = NextCharacter(stream);
+        if (std::tolower(c) == *rest) continue;
+        if (c != EOF) std::ungetc(c, stream);
+        return false;
+    }
+    return true;
+}
+
+/// The rest of "nan", "inf" or "infinity" behind the first letter of either.
+bool MatchesNumberWord(FILE* stream, int first, double* number) {
+    if (std::tolower(first) == 'n') {
+        *number = std::numeric_limits<double>::quiet_NaN();
+        return MatchesWord(stream, "an");
+    }
+    *number = std::numeric_limits<double>::infinity();
+    if (!MatchesWord(stream, "nf")) return false;
+    const int c = NextCharacter(stream);
+    if (std::tolower(c) == 'i') return MatchesWord(stream, "nity");
+    if (c != EOF) std::ungetc(c, stream);
+    return true;
+}
+
+bool BeginsNumberWord(int c) {
+    return c == 'n' || c == 'N' || c == 'i' || c == 'I';
+}
+
+/// One real number amid text. The words for what is no finite number are matched here: fscanf may
+/// eat the character behind an n or i that begins none of them, and with it a digit.
+template <class T>
+FieldMet ReadReal(FILE* stream, const char* format, T* number) {
+    int c = NextNonBlank(stream);
+    const bool isNegative = c == '-';
+    if (isNegative || c == '+') c = NextCharacter(stream);
+    if (c == EOF) return kStreamEnd;
+    if (BeginsNumberWord(c)) {
+        double word = 0.0;
+        if (!MatchesNumberWord(stream, c, &word)) return kWordSkipped;
+        *number = static_cast<T>(word);
+    } else {
+        std::ungetc(c, stream);
+        if (std::isdigit(c) == 0 && c != '.') return kNoField;
+        const int fields = std::fscanf(stream, format, number);
+        if (fields != kField) return fields == EOF ? kStreamEnd : kNoField;
+    }
+    if (isNegative) *number = -*number;
+    return kField;
+}
+
+FieldMet ReadFieldAmidText(FILE* stream, const char* format, void* destination) {
+    if (!ReadyToRead(stream)) return kStreamEnd;
+    if (std::strcmp(format, "%lf") == 0)
+        return ReadReal(stream, format, static_cast<double*>(destination));
+    if (std::strcmp(format, "%f") == 0)
+        return ReadReal(stream, format, static_cast<float*>(destination));
+    const int fields = ReadField(stream, format, destination);
+    return fields > 0 ? kField : fields == EOF ? kStreamEnd : kNoField;
 }
 
 /// What freadck1 does at the end of a stream.
@@ -153,9 +218,10 @@ void freadck(FILE* stream, const char* format, void* destination, const char* na
 
 int freadck1(FILE* stream, const char* format, void* destination, const char* name) {
     for (;;) {
-        const int fields = ReadField(stream, format, destination);
-        if (fields > 0) return 1;
-        if (fields == EOF || NextCharacter(stream) == EOF) return TellEnd(stream, name);
+        const FieldMet met = ReadFieldAmidText(stream, format, destination);
+        if (met == kField) return 1;
+        if (met == kWordSkipped) continue;
+        if (met == kStreamEnd || NextCharacter(stream) == EOF) return TellEnd(stream, name);
     }
 }
 

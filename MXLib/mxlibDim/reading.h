@@ -34,7 +34,8 @@ void EndStream(FILE* stream);
 void freadck(FILE* stream, const char* format, void* destination, const char* name);
 
 /// fscanf in a loop: while the field does not convert, discards one character and tries again, so
-/// that text between numbers is skipped. Returns 1; at the end ends the stream, prints
+/// that text between numbers is skipped; the letters of a word that only begins like "nan" or "inf"
+/// are such text. Returns 1; at the end ends the stream, prints
 /// "\nEnd of file %s\n" on standard error, rings the bell and returns 0, the destination untouched.
 int freadck1(FILE* stream, const char* format, void* destination, const char* name);
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <string>
+#include <vector>
 
 #include "mxlibDim/dim.h"
 #include "mxlibDim/failure.h"
@@ -55,6 +58,23 @@ TEST(Reading, NumbersAreFoundAmongWords) {
     EXPECT_EQ(d, 7.0);
     EXPECT_EQ(run.err, "\nEnd of file f\n");
     EXPECT_EQ(run.out, "\a");
+}
+
+// A word in n or i, as "nan" and "inf" begin, took the digit behind it along: "win 15" was 5.
+TEST(Reading, WordsLikeNanAndInfTakeNoDigitAlong) {
+    TempFolder folder;
+    FILE* file =
+        FileWith(folder, "win 15\tCo-in 4i7 Stipa capillati\n-2 +n3 na0.5 infi\n6 -Inf NaN x");
+    std::vector<double> numbers;
+    WithConsole("", [&](FILE*) {
+        double number = 0;
+        while (freadck1(file, "%lf", &number, "f") == 1) numbers.push_back(number);
+    });
+    ASSERT_EQ(numbers.size(), 9U);
+    EXPECT_EQ(std::vector<double>(numbers.begin(), numbers.begin() + 7),
+              (std::vector<double>{15, 4, 7, -2, 3, 0.5, 6}));
+    EXPECT_EQ(numbers[7], -std::numeric_limits<double>::infinity());
+    EXPECT_TRUE(std::isnan(numbers[8]));
 }
 
 TEST(Reading, AFieldThatDoesNotConvertRaisesEndOfFile) {
