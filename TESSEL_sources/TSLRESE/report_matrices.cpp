@@ -105,7 +105,7 @@ void PrintPooledCommunities(FILE* report, const ScalingUpMatrices& m) {
     PrintTable(report, ncsm, m.nTypes, m.XCrisp);
     if (fuzzy == kFuzzyTypes) {
         std::fprintf(report,
-                     "\nPooled performance matrix X (%d communities x %d types) after "
+                     "Pooled performance matrix X (%d communities x %d types) after "
                      "fuzzy-weighting by the selected traits.\n",
                      ncsm, m.nTypes);
         PrintTraitLine(report);
