@@ -6,8 +6,11 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "mxlibDim/reading.h"
+#include "mxlibDim/text.h"
 
 namespace {
 
@@ -24,6 +27,27 @@ bool HasRoom(const DataFile& file, int count, long long bytesEach) {
     constexpr int kMost = INT_MAX / 16;
     // The last field of a file needs no separator behind it.
     return count <= kMost && count <= (BytesLeft(file) + 1) / bytesEach;
+}
+
+/// Takes the next line if it holds n fields with a tab behind each, one of them empty and none of
+/// several words. `*labels` is untouched by any other line.
+bool TakeLineWithEmptyLabel(FILE* stream, char* const* labels, int n, int length) {
+    for (int c = std::fgetc(stream); c != '\n'; c = std::fgetc(stream))
+        if (c != ' ' && c != '\r') return false;
+    std::vector<std::string> fields(1);
+    for (int c = std::fgetc(stream); c != '\n'; c = std::fgetc(stream)) {
+        if (c == EOF || c == ' ' || static_cast<int>(fields.size()) > n + 1) return false;
+        if (c == '\t')
+            fields.emplace_back();
+        else if (c != '\r')
+            fields.back().push_back(static_cast<char>(c));
+    }
+    if (static_cast<int>(fields.size()) != n + 1 || !fields.back().empty()) return false;
+    fields.pop_back();
+    if (std::find(fields.begin(), fields.end(), "") == fields.end()) return false;
+    for (int i = 0; i < n; i++)
+        CopyText(labels[i], static_cast<std::size_t>(length), fields[i].c_str());
+    return true;
 }
 
 }  // namespace
@@ -44,6 +68,13 @@ void ReadFloats(const DataFile& file, float* values, int n) {
 
 void ReadWords(const DataFile& file, char* const* words, int n, int length) {
     for (int i = 0; i < n; i++) freadckWord(file.stream, words[i], length, file.name);
+}
+
+void ReadLabels(const DataFile& file, char* const* labels, int n, int length) {
+    const off_t start = ftello(file.stream);
+    if (start >= 0 && TakeLineWithEmptyLabel(file.stream, labels, n, length)) return;
+    if (start >= 0) fseeko(file.stream, start, SEEK_SET);
+    ReadWords(file, labels, n, length);
 }
 
 int ReadIntWithin(const DataFile& file, int lowest, int highest) {

@@ -18,6 +18,11 @@ void ReadFloats(const DataFile& file, float* values, int n);
 /// Blank-delimited words, each cut to `length` characters.
 void ReadWords(const DataFile& file, char* const* words, int n, int length);
 
+/// A line of n labels with a tab behind each, as the data file's writer makes it. Where a label of
+/// such a line is empty, which words could not tell, it stays empty; any other text is read as
+/// words.
+void ReadLabels(const DataFile& file, char* const* labels, int n, int length);
+
 /// An integer that must lie from `lowest` to `highest`.
 int ReadIntWithin(const DataFile& file, int lowest, int highest);
 

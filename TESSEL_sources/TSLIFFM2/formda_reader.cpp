@@ -29,7 +29,7 @@ void ReadTraits(const DataFile& file) {
     freadlineck(file.stream, kTitleLength, dataName, file.name);
     nch = ReadCount(file, 1, 4 * kFieldBytes);  // label, type, range, number of states
     chLabel = dim2Dchar(nch, kLabelLength + 1);
-    ReadWords(file, chLabel, nch, kLabelLength);
+    ReadLabels(file, chLabel, nch, kLabelLength);
     chtype = dim1Dint(nch);
     ReadInts(file, chtype, nch);
     chrange = dim1Dfloat(nch);
@@ -41,7 +41,7 @@ void ReadTraits(const DataFile& file) {
 void ReadCommunities(const DataFile& file) {
     ncsm = ReadCount(file, 1, 2 * kFieldBytes);  // label, number of OTUs
     reLabel = dim2Dchar(ncsm, kLabelLength + 1);
-    ReadWords(file, reLabel, ncsm, kLabelLength);
+    ReadLabels(file, reLabel, ncsm, kLabelLength);
 }
 
 /// The table that the last analysis leaves: FreeGlobals2 keeps it.

@@ -66,8 +66,6 @@ void EnterTables(RawFiles& files) {
 
 void WriteDataSet(const char* title) {
     CountStates(nch, tcst, onsta, csm_Float);
-    NumberEmptyLabels(nch, chLabel);
-    NumberEmptyLabels(ncsm, reLabel);
     CopyText(dataName, kTitleLength, title);
     WriteFormda(tcst, whichFormda, dataName, csm_Float, cadat);
 }

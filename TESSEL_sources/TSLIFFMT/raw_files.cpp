@@ -95,11 +95,6 @@ void SetLabelsStrictly(LabelSource source, int n, char** labels, RawFile& file) 
             file, [&](FILE* stream) { freadckWord(stream, labels[i], kLabelLength, file.name); });
 }
 
-void NumberEmptyLabels(int n, char** labels) {
-    for (int i = 0; i < n; i++)
-        if (labels[i][0] == '\0') NumberLabel(labels[i], i + 1);
-}
-
 void PrintLabels(int n, const char* const* labels, char separator) {
     for (int i = 0; i < n; i++)
         std::fprintf(out, "%*.*s%c", kLabelLength, kLabelLength, labels[i], separator);

@@ -44,10 +44,6 @@ LabelSource AskLabelSource(const char* heading, const RawFile& file);
 void SetLabels(LabelSource source, int n, char** labels, RawFile& file);
 void SetLabelsStrictly(LabelSource source, int n, char** labels, RawFile& file);
 
-/// Gives the empty ones of n labels their number: an empty word would shift all that follows it in
-/// the formatted data file.
-void NumberEmptyLabels(int n, char** labels);
-
 /// Prints each label in ten columns, with `separator` behind it.
 void PrintLabels(int n, const char* const* labels, char separator);
 

@@ -200,10 +200,10 @@ TEST_F(RawEntry, ShortFilesAreToldOnceAndLeaveMissingValues) {
     EXPECT_EQ(Cells(cadat, 3, 2), std::vector<float>({1, 0, 0, 3, 2, -999}));
     EXPECT_EQ(Cells(phylogenyRese, 3, 3),
               std::vector<float>({0, 0.5, 1, 0.5, -999, -999, -999, -999, -999}));
-    // The labels stay empty in the dialogue; the data file has their numbers.
     EXPECT_TRUE(Contains(run.out, "Traits:     \t          \t          \t\n"));
-    EXPECT_STREQ(chLabel[1], "2");
-    EXPECT_STREQ(reLabel[0], "1");
+    // Empty labels go through the data file without shifting what follows them.
+    EXPECT_STREQ(chLabel[1], "");
+    EXPECT_STREQ(reLabel[0], "");
     EXPECT_EQ(onsta[0], 3);
 }
 
@@ -212,7 +212,7 @@ TEST_F(RawEntry, MissingLabelsAreToldOnce) {
     const ConsoleRun run = EnterPlain("2 2");
     EXPECT_EQ(run.err, "\nEnd of file B\n");
     EXPECT_STREQ(chLabel[0], "height");
-    EXPECT_STREQ(chLabel[1], "2");
+    EXPECT_STREQ(chLabel[1], "");
 }
 
 TEST_F(RawEntry, DistancesAreNormalisedByTheUpperTriangle) {

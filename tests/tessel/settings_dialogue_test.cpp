@@ -50,6 +50,7 @@ std::vector<float> Weights() {
 class SettingsDialogue : public testing::Test {
   protected:
     void SetUp() override {
+        ReleaseAll();
         InitGlobals();
         std::strcpy(whichPrinda, "sPrinda.txt");
         std::strcpy(sessionShortName, "s");
@@ -70,7 +71,10 @@ class SettingsDialogue : public testing::Test {
         for (int k = 0; k < nch; k++) std::strcpy(chLabel[k], kTraits[k]);
     }
 
-    void TearDown() override {
+    void TearDown() override { ReleaseAll(); }
+
+    /// An earlier dialogue of the process may have ended in the middle.
+    static void ReleaseAll() {
         FreeGlobals2();
         free1D(nestingMembershipOTUs);
         nestingMembershipOTUs = nullptr;
