@@ -351,6 +351,21 @@ TEST(BadInput, DamagedSessionFiles) {
     }
 }
 
+// The question for nesting groups does not come again: the program rests, and is no burden.
+TEST(BadInput, NestingFileThatDoesNotOpenBringsTheProgramToRest) {
+    for (const char* name : {"absent.txt", "folder"}) {
+        const TempFolder folder;
+        Furnish(folder);
+        const FilesByName before = FilesIn(folder);
+        const ProgramRun run =
+            RunProgram(folder, WithAnswer("source of nesting", std::string("f\n") + name), 0.5);
+        EXPECT_TRUE(run.timedOut);
+        EXPECT_LT(run.cpuSeconds, 0.2);
+        EXPECT_EQ(WithoutBells(run.err), CannotOpen(name));
+        EXPECT_EQ(FilesIn(folder), before);
+    }
+}
+
 // A byte of the data file that a disk or an editor spoilt: the session loads or ends by its code.
 TEST(BadInput, DataFileWithRandomBytesChanged) {
     std::mt19937 generator(20);
