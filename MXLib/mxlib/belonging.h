@@ -20,9 +20,9 @@ bool CrispBelonging(int n, int K, const int* partition, Matrix<double> c);
 /// sum (degrees of belonging to fuzzy sets, Zadeh 1965, Information and Control 8, 338-353). OTUs
 /// of one type whose entry of s is 1 within one unit in the last place count once. Missing entries
 /// add nothing.
-/// With `dissimilarity` the terms are 1 - s, and it is OTUs of one type at the distance 1 that count
-/// once: of several such pairs the earlier OTUs decide, so that u follows the numbering of the OTUs.
-/// Mirrors the upper half of s into its lower half. Returns true.
+/// With `dissimilarity` the terms are 1 - s, and it is OTUs of one type at the distance 1 that
+/// count once: of several such pairs the earlier OTUs decide, so that u follows the numbering of
+/// the OTUs. Mirrors the upper half of s into its lower half. Returns true.
 bool FuzzyBelonging(int n, int K, Matrix<float> s, const int* partition, Matrix<float> u,
                     bool dissimilarity);
 bool FuzzyBelonging(int n, int K, Matrix<float> s, const int* partition, Matrix<double> u,

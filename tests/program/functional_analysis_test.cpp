@@ -25,6 +25,7 @@ const std::vector<int> kTypes = {1, 1, 2, 2, 2};
 
 struct Data {
     Table B = kB;
+    Table W = kW;
     bool hasE = true;
     std::string kindOfE = "1 \n3\t3\t\n";  ///< same units; types of the two variables
     std::string species;                   ///< the block of the species, or none
@@ -46,7 +47,7 @@ std::string Rows(const Table& table, bool byColumns = false) {
 std::string Formda(const Data& data) {
     return "Tiny data\n2 \nh\tsla\t\n 3\t 3\t\n0\t0\t\n 5\t 4\t\n4 \nc1\tc2\tc3\tc4\t\n5 \n"
            "0\t0\t0\t0\t\n0\t0\t0\t0\t0\t0\t0\t\n\n25Jun2016 \n" +
-           Rows(data.B) + "\n" + Rows(kW, true) + "\n" +
+           Rows(data.B) + "\n" + Rows(data.W, true) + "\n" +
            (data.hasE ? "2 \n97Sep08 \n" + data.kindOfE + "wet\tpH\t\nE.txt \n" + Rows(kE, true)
                       : "0 \n") +
            (data.species.empty() ? "0 \n" : data.species) + "SMW 1\n" +
@@ -420,6 +421,33 @@ TEST(FunctionalAnalysis, WeighsThePhylogenyOfEachKind) {
               std::string::npos);
     ExpectTable(TableAfter(report, "Rao quadratic entropy (Rp)"), {Rao(kW, d)}, "Rp");
     ExpectTable(TableAfter(report, "Fuzzy belonging of 5"), Unit(q), "Q");
+}
+
+TEST(FunctionalAnalysis, DoesNotDependOnTheNumberingOfTheOTUs) {
+    const std::size_t order[5] = {3, 0, 4, 2, 1};
+    Data data;
+    data.phylogeny = "1\n3\n" + Rows(Scaled(kF, 10));
+    Data renumbered;
+    Table distances = kF;
+    Settings settings;
+    settings.types = "k\n";
+    for (std::size_t i = 0; i < 5; i++) {
+        settings.types += std::to_string(kTypes[order[i]]) + "\n";
+        renumbered.B[i] = kB[order[i]];
+        for (std::size_t c = 0; c < 4; c++) renumbered.W[c][i] = kW[c][order[i]];
+        for (std::size_t j = 0; j < 5; j++) distances[i][j] = kF[order[i]][order[j]];
+    }
+    renumbered.phylogeny = "1\n3\n" + Rows(Scaled(distances, 10));
+    for (const char* congruence : {"1\n10\n", "2\n", "3\n"}) {
+        Settings first;
+        first.congruence = settings.congruence = congruence;
+        const std::string one = ReportOf(first, data);
+        const std::string other = ReportOf(settings, renumbered);
+        for (const char* label : {"r(TE)=", "r(XE)=", "r(XE.T)=", "r(RE)=", "r(XE.TR)=",
+                                  "ro(BF) = ", "ro(PE)=", "ro(PT)=", "ro(PX)=", "r(FE)="})
+            EXPECT_NEAR(StatisticOf(one, label).value, StatisticOf(other, label).value, 1e-5)
+                << label << " under " << congruence;
+    }
 }
 
 TEST(FunctionalAnalysis, TakesSimilaritiesByPhylogeneticVariablesForDissimilarities) {
