@@ -74,6 +74,7 @@ ComponentFactors MakeComponentFactors(int n, int maxCovariables, int maxResponse
             ScopedVector<double>(m),
             ScopedMatrix<double>(p + 1, p + 1),
             ScopedMatrix<double>(p + 1, m + 1),
+            ScopedVector<int>(3 * (p + 1)),
             MakeGslMatrix(p, p),
             MakeGslMatrix(p, p),
             MakeGslVector(p),
@@ -117,7 +118,7 @@ void ComponentResiduals(int m, ConstMatrix<double> Y, Matrix<double> R, Componen
     const bool missing =
         HasMissing<double>(n, k, f->centred) || HasMissing<double>(n, m, f->response);
     ColumnProducts(n, k, f->centred, m, f->response, f->coefficients, missing);
-    SolveNormalEquations(k, m, f->cross, f->coefficients, f->system, f->solution);
+    SolveNormalEquations(k, m, f->cross, f->coefficients, f->system, f->solution, f->room);
     Intercepts(k, m, f->coefficients, f->meanFactor, f->meanResponse, f->intercepts);
     MatrixProd(n, k, k, m, f->factors, f->coefficients, f->response);
     for (int i = 0; i < n; i++)

@@ -2,7 +2,7 @@
 /// \file
 /// Residuals on principal components for callers that regress many responses, many times: the
 /// components of one set of covariables are found once and serve any number of responses, without
-/// large allocations. PCA_Regression_ResidualsSelect of mxLinearModels.h is these steps in a row.
+/// any allocation. PCA_Regression_ResidualsSelect of mxLinearModels.h is these steps in a row.
 
 #include "mxlib/gsl_guards.h"
 #include "mxlibDim/dim.h"
@@ -28,6 +28,7 @@ struct ComponentFactors {
     ScopedVector<double> intercepts;
     ScopedMatrix<double> system;  ///< normal equations, counted from 1
     ScopedMatrix<double> solution;
+    ScopedVector<int> room;
     GslMatrix gslCross;
     GslMatrix gslEvec;
     GslVector gslEval;

@@ -21,10 +21,10 @@ void MeansByShares(int n, int p, ConstMatrix<double> a, double* means) {
 }
 
 void SolveNormalEquations(int p, int m, ConstMatrix<double> S, Matrix<double> B,
-                          Matrix<double> system, Matrix<double> solution) {
+                          Matrix<double> system, Matrix<double> solution, int* room) {
     Convertn_n1(p, p, S, system);
     Convertn_n1(p, m, B, solution);
-    gaussj(system, p, solution, m);
+    gaussj(system, p, solution, m, room);
     Convertn1_n(p, m, solution, B);
 }
 

@@ -39,7 +39,8 @@ int Regression(int n, int m, int p, ConstMatrix<T> Y, ConstMatrix<T> X, Matrix<d
     ColumnProducts(n, p, Xc, m, Yc, B, missing);
     ScopedMatrix<double> system(p + 1, p + 1);
     ScopedMatrix<double> solution(p + 1, m + 1);
-    SolveNormalEquations(p, m, S, B, system, solution);
+    ScopedVector<int> room(3 * (p + 1));
+    SolveNormalEquations(p, m, S, B, system, solution, room);
     Intercepts(p, m, B, meansX, meansY, b0);
 
     for (int i = 0; i < n; i++)

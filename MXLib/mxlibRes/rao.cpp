@@ -100,10 +100,8 @@ double Entropy(const Presences& present, ConstMatrix<M> m, bool dissimilarity, b
 
 template <class M>
 void EntropyOfRows(int c, int n, ConstMatrix<double> w, Matrix<M> m, bool dissimilarity,
-                   bool squareRoot, double (*totalOf)(int, const double*), double* result) {
-    ScopedVector<int> otus(n);
-    ScopedVector<double> proportions(n);
-    Presences present{0, otus, proportions};
+                   bool squareRoot, double (*totalOf)(int, const double*), Presences present,
+                   double* result) {
     bool prepared = m == nullptr;
     bool finiteDifferences = true;
     for (int s = 0; s < c; s++) {
@@ -125,7 +123,10 @@ template <class M>
 double EntropyOfOne(int n, const double* p, Matrix<M> m, bool dissimilarity, bool squareRoot,
                     double (*totalOf)(int, const double*)) {
     double result = 0.0;
-    EntropyOfRows<M>(1, n, &p, m, dissimilarity, squareRoot, totalOf, &result);
+    const ScopedVector<int> otus(n);
+    const ScopedVector<double> proportions(n);
+    EntropyOfRows<M>(1, n, &p, m, dissimilarity, squareRoot, totalOf, {0, otus, proportions},
+                     &result);
     return result;
 }
 
@@ -143,10 +144,12 @@ double RaoIndex(int n, const double* p, Matrix<float> m, bool dissimilarity) {
 }
 
 void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<double> m, bool dissimilarity,
-                  bool squareRoot, double* result) {
-    EntropyOfRows<double>(c, n, w, m, dissimilarity, squareRoot, TotalOfPresent, result);
+                  bool squareRoot, int* otus, double* proportions, double* result) {
+    EntropyOfRows<double>(c, n, w, m, dissimilarity, squareRoot, TotalOfPresent,
+                          {0, otus, proportions}, result);
 }
 void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<float> m, bool dissimilarity,
-                  bool squareRoot, double* result) {
-    EntropyOfRows<float>(c, n, w, m, dissimilarity, squareRoot, TotalOfPresent, result);
+                  bool squareRoot, int* otus, double* proportions, double* result) {
+    EntropyOfRows<float>(c, n, w, m, dissimilarity, squareRoot, TotalOfPresent,
+                         {0, otus, proportions}, result);
 }

@@ -18,7 +18,8 @@ double RaoIndex(int n, const double* p, Matrix<float> m, bool dissimilarity);
 
 /// The index in its five-argument form of each of c communities, the rows of w: result[i] is
 /// RaoIndex of w[i], the matrix being mirrored and looked over once for all.
+/// `otus` and `proportions` are scratch of n places.
 void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<double> m, bool dissimilarity,
-                  bool squareRoot, double* result);
+                  bool squareRoot, int* otus, double* proportions, double* result);
 void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<float> m, bool dissimilarity,
-                  bool squareRoot, double* result);
+                  bool squareRoot, int* otus, double* proportions, double* result);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <utility>
@@ -49,14 +50,22 @@ void SubtractRow(Matrix<double> x, int cols, int i, int j, double factor) {
 }  // namespace
 
 void gaussj(Matrix<double> a, int n, Matrix<double> b, int m) {
-    const ScopedVector<Cell> taken(n + 1);
-    const ScopedVector<int> pivots(n + 1);
+    const ScopedVector<int> room(3 * (n + 1));
+    gaussj(a, n, b, m, room);
+}
+
+void gaussj(Matrix<double> a, int n, Matrix<double> b, int m, int* room) {
+    int* pivots = room;
+    int* takenRow = pivots + n + 1;
+    int* takenCol = takenRow + n + 1;
+    std::fill(pivots, pivots + n + 1, 0);
     Cell pivot = {1, 1};
     for (int i = 1; i <= n; i++) {
         pivot = FindPivot(a, n, pivots, pivot);
         const auto [row, col] = pivot;
         pivots[col]++;
-        taken[i] = pivot;
+        takenRow[i] = row;
+        takenCol[i] = col;
         if (row != col) {
             SwapRows(a, n, row, col);
             SwapRows(b, m, row, col);
@@ -75,6 +84,6 @@ void gaussj(Matrix<double> a, int n, Matrix<double> b, int m) {
         }
     }
     for (int i = n; i >= 1; i--)
-        if (taken[i].row != taken[i].col)
-            for (int k = 1; k <= n; k++) std::swap(a[k][taken[i].row], a[k][taken[i].col]);
+        if (takenRow[i] != takenCol[i])
+            for (int k = 1; k <= n; k++) std::swap(a[k][takenRow[i]], a[k][takenCol[i]]);
 }

@@ -9,8 +9,9 @@
 /// sides b[1..n][1..m]. On return a holds the inverse and b the solutions. Among equal pivots the
 /// last one found stands. A singular matrix writes "gaussj: Singular Matrix-1" (a second pivot in a
 /// column) or "gaussj: Singular Matrix-2" (a zero pivot) on standard error, and the elimination
-/// carries on to infinities.
+/// carries on to infinities. `room` are 3 (n + 1) places for callers that solve many times.
 void gaussj(Matrix<double> a, int n, Matrix<double> b, int m);
+void gaussj(Matrix<double> a, int n, Matrix<double> b, int m, int* room);
 
 /// Cholesky factorisation (section 2.9) of a positive definite a[0..n-1][0..n-1]: the lower
 /// triangle below the diagonal receives L, diag[] its diagonal; the upper triangle keeps the input.

@@ -72,11 +72,13 @@ TEST(Rao, ShortSumHasTheDigitsOfTheWholeSum) {
         for (bool dissimilarity : {false, true})
             for (bool root : {false, true}) {
                 Table<double> plain(1, 6), single(1, 6), together(1, 6);
+                int otus[n];
+                double proportions[n];
                 for (int c = 0; c < 6; c++) {
                     plain[0][c] = PlainRao(n, w[c], s, dissimilarity, root);
                     single[0][c] = RaoIndex(n, w[c], s, dissimilarity, root);
                 }
-                RaoIndexRows(6, n, w, s, dissimilarity, root, together[0]);
+                RaoIndexRows(6, n, w, s, dissimilarity, root, otus, proportions, together[0]);
                 ExpectSame(single, plain);
                 ExpectSame(together, plain);
             }

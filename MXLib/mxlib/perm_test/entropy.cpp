@@ -87,19 +87,22 @@ Entropies MakeEntropies(const TestRecord& in) {
                 ScopedVector<double>(n * n),
                 ScopedVector<double>(phylogenyCells),
                 ScopedVector<double>(in.nCommunities),
-                ScopedMatrix<double>(n, n)};
+                ScopedMatrix<double>(n, n),
+                ScopedVector<int>(n),
+                ScopedVector<double>(n)};
     e.plain = !ToProportions(in.nCommunities, &e.proportions);
     return e;
 }
 
 void ObservedEntropies(const TestRecord& in, Entropies* e, Arrangement* now) {
-    RaoIndexRows(in.nCommunities, in.nOTUs, in.W, in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->q);
+    RaoIndexRows(in.nCommunities, in.nOTUs, in.W, in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->otus,
+                 e->shares, e->q);
     EquivalentNumbers(in.nCommunities, e->q, now->R);
     if (in.returnMatrices)
         for (int i = 0; i < in.nCommunities; i++) in.outR[i] = e->q[i];
     if (!in.includePhylogeny) return;
     RaoIndexRows(in.nCommunities, in.nOTUs, in.W, in.Sf, in.phylogenyIsDissimilarity,
-                 in.sqrtDissimOpt_RaoPhyl, e->q);
+                 in.sqrtDissimOpt_RaoPhyl, e->otus, e->shares, e->q);
     EquivalentNumbers(in.nCommunities, e->q, now->F);
     if (in.returnMatrices)
         for (int i = 0; i < in.nCommunities; i++) in.outF[i] = e->q[i];
@@ -119,7 +122,7 @@ void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arra
     if (e->plain) {
         PermuteBoth<float>(in.nOTUs, list, in.Sb, e->permuted);
         RaoIndexRows(in.nCommunities, in.nOTUs, in.W, e->permuted, false,
-                     in.sqrtDissimOpt_RaoTraits, e->q);
+                     in.sqrtDissimOpt_RaoTraits, e->otus, e->shares, e->q);
     } else {
         const int entries = e->proportions.start[in.nCommunities];
         for (int k = 0; k < entries; k++) e->at[k] = list[e->proportions.otu[k]] - 1;
@@ -130,7 +133,7 @@ void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arra
     if (e->plain) {
         PermuteBoth<double>(in.nOTUs, list, in.Sf, e->permuted);
         RaoIndexRows(in.nCommunities, in.nOTUs, in.W, e->permuted, in.phylogenyIsDissimilarity,
-                     in.sqrtDissimOpt_RaoPhyl, e->q);
+                     in.sqrtDissimOpt_RaoPhyl, e->otus, e->shares, e->q);
     } else {
         SumOverPresentPairs(in, e->byPhylogeny, e);
     }

@@ -15,6 +15,8 @@ struct Entropies {
     ScopedVector<double> byPhylogeny;
     ScopedVector<double> q;         ///< entropies of one pass
     ScopedMatrix<double> permuted;  ///< resemblances in the present order, where plain
+    ScopedVector<int> otus;         ///< scratch
+    ScopedVector<double> shares;
 };
 Entropies MakeEntropies(const TestRecord& in);
 
