@@ -8,9 +8,13 @@ namespace {
 
 constexpr float kNone = -999.0F;
 
-}  // namespace
+Table<double> Gower(const std::vector<int>& types, Table<float> data, double before = 0.0) {
+    Table<double> s(data.rows(), data.rows(), before);
+    GowerMVOpt(data.rows(), data.cols(), types.data(), data, s, nullptr, nullptr, 1);
+    return s;
+}
 
-// The example of mixed variables: presence of a disease, colour, height, abundance class.
+// Mixed variables: presence of a disease, colour, height, abundance class.
 TEST(Gower, MixedTypesWorkedByHand) {
     const int types[] = {1, 2, 3, 4};
     Table<float> data{{1, 3, 2.5F, 10}, {0, 3, 4.0F, 30}, {0, 1, 6.5F, 30}, {kNone, 1, 3.0F, 50}};
@@ -23,58 +27,44 @@ TEST(Gower, MixedTypesWorkedByHand) {
                                  {0.875 / 3, 1.25 / 3, 1.625 / 3, 1}};
     ExpectNear(s, expected, 1e-15);
     EXPECT_EQ(data[1][3], 2.5F);  // the ranks stay in the data
-    EXPECT_EQ(data[3][3], 4.0F);
-
     const float weights[] = {2, 0.5F, 1, 0};
     GowerMVOpt(4, 4, types, data, s, nullptr, weights, 0);
     EXPECT_NEAR(s[0][1], (0.5 + 0.625) / 3.5, 1e-15);
     EXPECT_NEAR(s[1][2], 0.375 / 1.5, 1e-15);  // the double absence is left out
+
+    // a pair without a comparable variable keeps its cell
+    Table<float> absences{{0, kNone}, {0, 2}, {0, 5}};
+    Table<double> kept(3, 3, 0.25);
+    const int presence[] = {1, 3};
+    GowerMVOpt(3, 2, presence, absences, kept, nullptr, nullptr, 0);
+    ExpectSame(kept, {{1, 0.25, 0.25}, {0.25, 1, 0}, {0.25, 0, 1}});
 }
 
-TEST(Gower, PairWithoutComparableVariableKeepsItsCell) {
-    const int types[] = {1, 3};
-    Table<float> data{{0, kNone}, {0, 2}, {0, 5}};
-    Table<double> s(3, 3, 0.25);
-    GowerMVOpt(3, 2, types, data, s, nullptr, nullptr, 0);
-    ExpectSame(s, Table<double>{{1, 0.25, 0.25}, {0.25, 1, 0}, {0.25, 0, 1}});
-}
-
-TEST(Gower, RangeStartsAboveZero) {
-    const int types[] = {3};
-    const float negative[] = {-8, -2, -999, -4};
+TEST(Gower, RangeStartsAboveZeroAndFloatsSubtractInFloat) {
+    const float negative[] = {-8, -2, kNone, -4};
     EXPECT_EQ(VariableRange(4, negative), 8.0F);  // not 6
-    const float zeros[] = {0, 0};
-    EXPECT_EQ(VariableRange(2, zeros), 0.0F);
-    Table<float> data{{-8}, {-2}, {-4}};
-    Table<double> s(3, 3);
-    GowerMVOpt(3, 1, types, data, s, nullptr, nullptr, 1);
+    const Table<double> s = Gower({3}, {{-8}, {-2}, {-4}});
     EXPECT_DOUBLE_EQ(s[0][1], 1 - 6.0 / 8);
     EXPECT_DOUBLE_EQ(s[1][2], 1 - 2.0 / 8);
-    Table<float> constant{{3}, {3}, {3}};
-    GowerMVOpt(3, 1, types, constant, s, nullptr, nullptr, 1);
-    ExpectSame(s, Table<double>(3, 3, 1));
-}
+    ExpectSame(Gower({3}, {{3}, {3}, {3}}), Table<double>(3, 3, 1));
 
-TEST(Gower, FloatDataSubtractInFloat) {
-    const int types[] = {3};
-    Table<float> data{{0.1F}, {0.7F}, {100}};
-    Table<double> s(3, 3);
-    GowerMVOpt(3, 1, types, data, s, nullptr, nullptr, 1);
     const double range = double(float(100.0 - double(0.1F)));
-    EXPECT_EQ(s[0][1], 1 - double(0.7F - 0.1F) / range);
-    EXPECT_NE(s[0][1], 1 - (double(0.7F) - double(0.1F)) / range);  // the two can be told apart
+    const double cell = Gower({3}, {{0.1F}, {0.7F}, {100}})[0][1];
+    EXPECT_EQ(cell, 1 - double(0.7F - 0.1F) / range);
+    EXPECT_NE(cell, 1 - (double(0.7F) - double(0.1F)) / range);  // the two can be told apart
 }
 
 TEST(Gower, PlainFormHonoursRangesAndKnowsThreeTypes) {
-    const int types[] = {1, 2, 3, 4};
+    const int types[] = {1, 2, 3, 4}, interval[] = {0, 0, 3, 0};
     const Table<float> kept{{0, 2, 1, 7}, {0, 2, 3, 9}, {1, 1, 5, 8}};
     Table<float> data = kept, s(3, 3);
     GowerMV(3, 4, types, data, s, nullptr, nullptr);
     ExpectNear(s, Table<float>{{1, 0.75F, 0}, {0.75F, 1, 0.5F / 3}, {0, 0.5F / 3, 1}}, 1e-7);
     // a similarity may fall below 0 when the range given is too small, even to the missing value
     const float ranges[] = {0, 0, 0.002F, 0};
-    const int interval[] = {0, 0, 3, 0};
     GowerMV(3, 4, interval, data, s, ranges, nullptr);
-    EXPECT_FLOAT_EQ(s[0][1], -999.0F);
+    EXPECT_FLOAT_EQ(s[0][1], kNone);
     ExpectSame(data, kept);
 }
+
+}  // namespace

@@ -69,28 +69,18 @@ class JudgedExample : public testing::TestWithParam<const char*> {
 INSTANTIATE_TEST_SUITE_P(Judge, JudgedExample, testing::Values("aravo", "mafragh"),
                          [](const auto& example) { return std::string(example.param); });
 
-TEST_P(JudgedExample, GowerSimilarities) {
+TEST_P(JudgedExample, GowerSimilaritiesAndRaoEntropies) {
     const std::vector<float> weights = TraitWeights(example_);
-    for (const bool weighted : {false, true}) {
-        Table<float> traits = TableOf<float>(example_.B);
-        Table<double> s(n_, n_);
+    Table<double> s(n_, n_);
+    const auto expectGower = [&](auto traits, bool weighted, double tolerance) {
         GowerMVOpt(n_, example_.traits, example_.traitTypes.data(), traits, s, nullptr,
                    weighted ? weights.data() : nullptr, 1);
-        ExpectMatrixAsJudged(At(weighted ? "gower_weighted" : "gower"), s, kSinglePrecision);
-
-        Table<double> precise = TableOf<double>(example_.B);
-        GowerMVOpt(n_, example_.traits, example_.traitTypes.data(), precise, s, nullptr,
-                   weighted ? weights.data() : nullptr, 1);
-        // Ranges and weights are floats.
-        ExpectMatrixAsJudged(At(weighted ? "gower_weighted" : "gower"), s, 1e-7);
+        ExpectMatrixAsJudged(At(weighted ? "gower_weighted" : "gower"), s, tolerance);
+    };
+    for (const bool weighted : {false, true}) {
+        expectGower(TableOf<double>(example_.B), weighted, 1e-7);  // ranges and weights are floats
+        expectGower(TableOf<float>(example_.B), weighted, kSinglePrecision);
     }
-}
-
-TEST_P(JudgedExample, RaoEntropies) {
-    Table<float> traits = TableOf<float>(example_.B);
-    Table<double> s(n_, n_);
-    GowerMVOpt(n_, example_.traits, example_.traitTypes.data(), traits, s, nullptr,
-               TraitWeights(example_).data(), 1);
     Table<float> identity(n_, n_);
     for (int i = 0; i < n_; i++) identity[i][i] = 1.0F;
     Table<double> F = TableOf<double>(example_.F);
@@ -107,16 +97,12 @@ TEST_P(JudgedExample, RaoEntropies) {
     if (F.rows() > 0) ExpectAsJudged(At("rao_phylogeny"), phylogeny, kDoublePrecision);
 }
 
-TEST_P(JudgedExample, BealsSmoothing) {
-    Table<double> z(c_, n_);
+TEST_P(JudgedExample, BealsSmoothingAndDistancesBetweenCommunities) {
+    Table<double> z(c_, n_), d(c_, c_);
     BealsSmoothing(c_, n_, W_, W_, z, true, 1, false);
     ExpectMatrixAsJudged(At("beals"), z, kDoublePrecision);
     BealsSmoothing(c_, n_, W_, W_, z, false, 1, false);
     ExpectMatrixAsJudged(At("beals_others"), z, kDoublePrecision);
-}
-
-TEST_P(JudgedExample, DistancesBetweenCommunities) {
-    Table<double> d(c_, c_);
     ChordDistMV(c_, n_, W_, d);
     ExpectMatrixAsJudged(At("chord"), Full(d), kDoublePrecision);
     AbsValFunctionMV(c_, n_, W_, d);

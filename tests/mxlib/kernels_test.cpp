@@ -33,48 +33,41 @@ TEST(Kernels, WideRegistersChangeNoDigit) {
 }
 
 /// Distances and weighted rows have the digits of the plain loops too.
-TEST(Kernels, ColumnsAreSummedInTheirOrder) {
+TEST(Kernels, ColumnsAndWeightedRowsAreSummedInTheirOrder) {
+    constexpr int kColumns = 5;
+    const int at[kColumns] = {4, 0, 3, 0, 1};
+    const double weights[kColumns] = {0.1, 2.5, -1.5, 0.7, 3.1};
     for (const Kernels* kernels : {&KernelsOfProcessor(), &KernelsOfAnyProcessor()})
         for (const int n : {2, 3, 17, 40}) {
-            constexpr int kColumns = 5;
             const int stride = n + kOverrun;
-            const std::vector<double> columns = RandomNumbers(kColumns * stride, 3);
+            const std::vector<double> x = RandomNumbers(kColumns * stride, 3);
             std::vector<double> euclidean(static_cast<size_t>(n * (n - 1) / 2 + kOverrun));
             std::vector<double> absolute = euclidean;
-            kernels->euclidean(n, kColumns, columns.data(), stride, euclidean.data());
-            kernels->absolute(n, kColumns, columns.data(), stride, absolute.data());
+            kernels->euclidean(n, kColumns, x.data(), stride, euclidean.data());
+            kernels->absolute(n, kColumns, x.data(), stride, absolute.data());
             size_t cell = 0;
             for (int i = 0; i < n; i++)
                 for (int j = i + 1; j < n; j++, cell++) {
-                    double squares = 0.0;
-                    double sum = 0.0;
+                    double squares = 0.0, sum = 0.0;
                     for (int t = 0; t < kColumns; t++) {
-                        const double d = columns[static_cast<size_t>(t * stride + i)] -
-                                         columns[static_cast<size_t>(t * stride + j)];
+                        const double d = x[size_t(t * stride + i)] - x[size_t(t * stride + j)];
                         squares += d * d;
                         sum += std::fabs(d);
                     }
                     EXPECT_EQ(euclidean[cell], std::sqrt(squares));
                     EXPECT_EQ(absolute[cell], sum);
                 }
+            constexpr int kWidth = 28;
+            const std::vector<double> table = RandomNumbers(kColumns * kWidth, 4);
+            double row[kWidth];
+            kernels->weightedRows(kColumns, at, weights, table.data(), kWidth, row);
+            for (int c = 0; c < kWidth; c++) {
+                double sum = 0.0;
+                for (int e = 0; e < kColumns; e++)
+                    sum += weights[e] * table[size_t(at[e] * kWidth + c)];
+                EXPECT_EQ(row[c], sum);
+            }
         }
-}
-
-TEST(Kernels, WeightedRowsAreSummedInTheirOrder) {
-    constexpr int kWidth = 28;
-    const std::vector<double> table = RandomNumbers(6 * kWidth, 4);
-    const int at[4] = {5, 0, 3, 0};
-    const double weights[4] = {0.1, 2.5, -1.5, 0.7};
-    for (const Kernels* kernels : {&KernelsOfProcessor(), &KernelsOfAnyProcessor()}) {
-        double row[kWidth];
-        kernels->weightedRows(4, at, weights, table.data(), kWidth, row);
-        for (int c = 0; c < kWidth; c++) {
-            double sum = 0.0;
-            for (int e = 0; e < 4; e++)
-                sum += weights[e] * table[static_cast<size_t>(at[e] * kWidth + c)];
-            EXPECT_EQ(row[c], sum);
-        }
-    }
 }
 
 }  // namespace

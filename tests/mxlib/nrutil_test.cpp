@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 #include "nrutilMX/nrutilMX.h"
 #include "support/console.h"
@@ -22,37 +21,20 @@ std::string Solve(Table<double>& a, Table<double>& b) {
 }
 
 TEST(GaussJordan, InverseOfTheHilbertMatrix) {
-    Table<double> a(4, 4), b = {{25.0 / 12}, {77.0 / 60}, {57.0 / 60}, {319.0 / 420}};
+    Table<double> a(4, 4);
+    Table<double> b = {{25.0 / 12, 1}, {77.0 / 60, 0}, {57.0 / 60, 0}, {319.0 / 420, 0}};
     for (int i = 0; i < 4; i++)
-        for (int j = 0; j < 4; j++) a[i][j] = 1.0 / (i + j + 1);
+        for (int j = 0; j < 4; j++) a[3 - i][j] = 1.0 / (i + j + 1);  // upside down: rows change
+    for (int i = 0; i < 2; i++)
+        for (int j = 0; j < 2; j++) std::swap(b[i][j], b[3 - i][j]);
     EXPECT_EQ(Solve(a, b), "");
     ExpectNear(a,
-               {{16, -120, 240, -140},
-                {-120, 1200, -2700, 1680},
-                {240, -2700, 6480, -4200},
-                {-140, 1680, -4200, 2800}},
+               {{-140, 240, -120, 16},
+                {1680, -2700, 1200, -120},
+                {-4200, 6480, -2700, 240},
+                {2800, -4200, 1680, -140}},
                1e-8);
-    ExpectNear(b, Table<double>(4, 1, 1.0), 1e-11);
-}
-
-TEST(GaussJordan, ProductWithTheInverseIsTheUnitMatrix) {
-    std::mt19937 generator(41);
-    const Table<double> a = RandomTable<double>(9, 9, -1, 1, generator);
-    Table<double> inverse = a, solutions = RandomTable<double>(9, 3, -1, 1, generator);
-    const Table<double> right = solutions;
-    EXPECT_EQ(Solve(inverse, solutions), "");
-    for (int i = 0; i < 9; i++) {
-        for (int j = 0; j < 9; j++) {
-            double cell = 0;
-            for (int k = 0; k < 9; k++) cell += a[i][k] * inverse[k][j];
-            EXPECT_NEAR(cell, i == j, 1e-12);
-        }
-        for (int j = 0; j < 3; j++) {
-            double cell = 0;
-            for (int k = 0; k < 9; k++) cell += a[i][k] * solutions[k][j];
-            EXPECT_NEAR(cell, right[i][j], 1e-12);
-        }
-    }
+    ExpectNear(b, {{1, 16}, {1, -120}, {1, 240}, {1, -140}}, 1e-9);
 }
 
 TEST(GaussJordan, SingularMatricesAreReportedAndDoNotStop) {
@@ -75,26 +57,17 @@ class Cholesky : public ::testing::Test {};
 using Types = ::testing::Types<float, double>;
 TYPED_TEST_SUITE(Cholesky, Types);
 
-TYPED_TEST(Cholesky, FactorsBelowTheDiagonalInputAboveIt) {
+TYPED_TEST(Cholesky, FactorsBelowTheDiagonalInputAboveItAndFailsWithoutAPositiveSum) {
     using T = TypeParam;
     Table<T> a = {{4, 12, -16}, {12, 37, -43}, {-16, -43, 98}};
     T diag[3];
     EXPECT_EQ(choldc(a, 3, diag), 1);
-    EXPECT_EQ(diag[0], T(2));
-    EXPECT_EQ(diag[1], T(1));
-    EXPECT_EQ(diag[2], T(3));
+    EXPECT_EQ(std::vector<T>(diag, diag + 3), (std::vector<T>{2, 1, 3}));
     ExpectSame<T>(a, {{4, 12, -16}, {6, 37, -43}, {-8, 5, 98}});
     EXPECT_EQ(choldc(a, 0, diag), 1);
-}
-
-TYPED_TEST(Cholesky, FailsWithoutAPositiveDiagonalSum) {
-    using T = TypeParam;
     for (const T second : {T(4), T(3), T(std::nan(""))}) {
-        Table<T> a = {{1, 2}, {2, second}};
-        T diag[2];
-        int result = 7;
-        const ConsoleRun run = WithConsole("", [&](FILE*) { result = choldc(a, 2, diag); });
-        EXPECT_EQ(result, 0);
+        Table<T> b = {{1, 2}, {2, second}};
+        const ConsoleRun run = WithConsole("", [&](FILE*) { EXPECT_EQ(choldc(b, 2, diag), 0); });
         EXPECT_EQ(run.out, "\ncholdc failed");
     }
 }

@@ -1,6 +1,6 @@
 // The intermediate results file of the permutation test, on data that can be worked by hand: each
 // OTU is alone in its community and in its nesting group, so that the permutation is the identity.
-// T is 0.6, 0.8, 0, and DE is ten times DT.
+// T is 0.6, 0.8, 0, and DE is ten times DT. The files stand in tests/data.
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 
 #include "mxlib/random_lists.h"
 #include "reference/perm_test_data.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -50,90 +51,12 @@ std::string FileOf(PermTestData* data) {
     return file;
 }
 
-constexpr char kObserved[] =
-    "\nPERMUTATION TEST FOR CORRELATIONS ro(XE), ro(TE) AND ro(RE), AND PARTIAL CORRELATIONS "
-    "ro(XE.T), ro(XE.TR)\n"
-    "INTERMEDIATE RESULTS\n"
-    "\nObserved trait matrix (B):\n3\t\n4\t\n0\t\n"
-    "\nMatrix W (3 communities by 3 OTUs):\n1\t0\t0\t\n0\t1\t0\t\n0\t0\t1\t\n"
-    "\n\nMatrix T (comunity weighted means traits in 3 communities by 1 traits) computed after B "
-    "(T = W x B):\n0.6\t\n0.8\t\n0\t\n"
-    "\nResemblance matrix DT between 3 communities (based on matrix T of traits by communities):\n"
-    "0\t\n0.2\t0\t\n0.6\t0.8\t0\t\n"
-    "\nResemblance matrix DE between 3 communities (based on matrix E of ecological variables by "
-    "communities):\n0\t\n2\t0\t\n6\t8\t0\t\n"
-    "\nMatrix correlation between DT and DE:\t1\n"
-    "\nObserved belonging matrix (U):\n1\t0\t\n0\t1\t\n1\t0\t\n"
-    "\nObserved ro(XT)=\t-0.188982\nObserved ro(XE)=\t-0.188982\nObserved ro(XE.T)=\t0\n"
-    "\nObserved similarity matrix (Sb) between OTUs, based on the traits:\n:"
-    "1\t0.5\t0.5\t\n0.5\t1\t0.5\t\n0.5\t0.5\t1\t\n"
-    "\n\nRao entropy vector R (3 communities) computed after Sb and expressed as equivalent number "
-    "of OTUs (Jost 2007):\n1\t1\t1\t\n"
-    "\nResemblance matrix DR comparing communities based on their Rao entropy: \n"
-    "0\t\n0\t0\t\n0\t0\t0\t\n\n";
-
-constexpr char kObservedPhylogeny[] =
-    "\nObserved dissimilarity matrix (Sf) in the range 0-1 between OTUs, based on the "
-    "phylogeny:\n:0\t0.25\t0.25\t\n0.25\t0\t0.25\t\n0.25\t0.25\t0\t\n"
-    "\n\nRao entropy vector R (3 communities) computed after Sf and expressed as equivalent number "
-    "of OTUs (Jost 2007):\n1\t1\t1\t\n"
-    "\nResemblance matrix DRaoPhyl comparing communities after based on their Rao entropy using "
-    "phylogenetic distances: \n0\t\n0\t0\t\n0\t0\t0\t\n\n";
-
-constexpr char kIterationTAndX[] =
-    "\n\nITERATION\t1\n"
-    "Permuted trait matrix (Brnd):\n3\t\n4\t\n0\t\n"
-    "\nOrder of original OTUs in permuted traits matrix Brnd:\t1\t2\t3\t\n"
-    "\n\nMatrix Trnd (3 communities by 1 traits) generated after Brnd (Trnd = W x Brnd):\n"
-    "0.6\t\n0.8\t\n0\t\n"
-    "\nResemblance matrix DT between 3 communities:\n0\t\n0.2\t0\t\n0.6\t0.8\t0\t\n"
-    "\nIteration 1\tRandom ro(TE) =\t1\tCummulative frequency for ro(TE)=2\n"
-    "\n\nITERATION\t1\n"
-    "Permuted belonging matrix (Urnd) based on traits:\n1\t0\t\n0\t1\t\n1\t0\t\n"
-    "\nOrder of original OTUs in permuted belongin matrix Urnd:\t1\t2\t3\t\n"
-    "\n\nMatrix Xrnd (3 communities by 2 PFTs) generated after Urnd (Xrnd = W x Urnd):\n"
-    "1\t0\t\n0\t1\t\n1\t0\t\n"
-    "\nResemblance matrix DX between 3 communities:\n0\t\n1.41421\t0\t\n0\t1.41421\t0\t\n"
-    "\nIteration 1\tRandom ro(XT) =\t-0.188982\tRandom ro(XE) =\t-0.188982\tRandom ro(XE.T) "
-    "=\t0\tCummulative frequency for ro(XE)=2\tCummulative frequency for ro(XE.T)=2\n";
-
-constexpr char kIterationP[] =
-    "Permuted belonging matrix (Qrnd) based on phylogeny:\n1\t0\t\n0\t1\t\n1\t0\t\n"
-    "\nOrder of original OTUs in permuted belongin matrix Qrnd:\t1\t2\t3\t\n"
-    "\n\nMatrix Prnd (3 communities by 2 taxa) generated after Qrnd (Prnd = W x Qrnd):\n"
-    "1\t0\t\n0\t1\t\n1\t0\t\n"
-    "\nResemblance matrix DP between 3 communities:\n0\t\n1.41421\t0\t\n0\t1.41421\t0\t\n"
-    "\nIteration 1\tRandom values and cummulative frequencies for the following:\n"
-    " ro(PE) =\t-0.188982\t2\nRandom ro(PT) =\t-0.188982\t2\nRandom ro(PX) =\t1\t2\n"
-    "Random ro(PX.T) =\t1\t2\nRandom ro(TE.P) =\t1\t2\nRandom ro(XE.P) =\t0\t2\n"
-    "Random ro(XE.TP) =\t0\t2\nRandom ro(PE.T) =\t0\t2\nRandom ro(PE.X) =\t0\t2\n";
-
-constexpr char kIterationR[] =
-    "\n\nITERATION\t1\n"
-    "Permuted similarity matrix (Srnd):\n1\t0.5\t0.5\t\n0.5\t1\t0.5\t\n0.5\t0.5\t1\t\n"
-    "\nOrder of original OTUs in permuted similarity matrix Srnd:\t1\t2\t3\t\n"
-    "\n\nRao entropy vector Rrnd (3 communities) generated after Srnd and expressed as equivalent "
-    "number of OTUs (Jost 2007):\n1\t1\t1\t\n"
-    "\nResemblance matrix DR between 3 communities:\n0\t\n0\t0\t\n0\t0\t0\t\n"
-    "\nIteration 1\tRandom ro(RE) =\t0\tRandom ro(XR) =\t0\tRandom ro(TR) =\t0\tRandom ro(XE.R) "
-    "=\t-0.188982\tRandom ro(TE.R) =\t1\tRandom ro(XT.R) =\t-0.188982\tRandom ro(XE.TR) "
-    "=\t0\tCummulative frequency for ro(RE)=2\tCummulative frequency for ro(XE.TR)=2\n";
-
-constexpr char kIterationF[] =
-    "Permuted phylogenetic similarity matrix (Sf_rnd):\n"
-    "0\t0.25\t0.25\t\n0.25\t0\t0.25\t\n0.25\t0.25\t0\t\n"
-    "\nOrder of original OTUs in permuted similarity matrix Srnd:\t1\t2\t3\t\n"
-    "\n\nRao entropy vector Rrnd (3 communities) generated after phylogenetic resemblances Sf_rnd "
-    "and expressed as equivalent number of OTUs (Jost 2007):\n1\t1\t1\t\n"
-    "\nResemblance matrix DR between 3 communities:\n0\t\n0\t0\t\n0\t0\t0\t\n"
-    "\nIteration 1\tRandom ro(FE) =\t0\tCummulative frequency for ro(FE)=2\n";
-
 TEST(PermutationFile, ShowsEachStepUnderTheMatrixCorrelation) {
+    const std::string data = TESSEL_TEST_DATA;
     EXPECT_EQ(FileOf(HandWorkedData(1, false).get()),
-              std::string(kObserved) + kIterationTAndX + kIterationR);
-    EXPECT_EQ(FileOf(HandWorkedData(1, true).get()), std::string(kObserved) + kObservedPhylogeny +
-                                                         kIterationTAndX + kIterationP +
-                                                         kIterationR + kIterationF);
+              ReadWholeFile(data + "/permutation_file.txt"));
+    EXPECT_EQ(FileOf(HandWorkedData(1, true).get()),
+              ReadWholeFile(data + "/permutation_file_phylogeny.txt"));
 }
 
 TEST(PermutationFile, ShowsNoResemblancesUnderTheOtherMeasures) {

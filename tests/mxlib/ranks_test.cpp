@@ -16,21 +16,7 @@ class Ranks : public ::testing::Test {};
 using Types = ::testing::Types<float, double>;
 TYPED_TEST_SUITE(Ranks, Types);
 
-TYPED_TEST(Ranks, TiesShareTheMeanAndMissingValuesCountAsSmallest) {
-    using T = TypeParam;
-    const std::vector<T> source = {3, 1, -999, 3, 0, -999};
-    std::vector<T> ranks(6);
-    RankVectorAdjMV(6, source.data(), ranks.data());
-    EXPECT_EQ(ranks, (std::vector<T>{3.5, 2, -999, 3.5, 1, -999}));
-    // a value below -999 stands before the missing ones: 1 - 1
-    std::vector<T> low = {-2000, -999, 4};
-    RankVectorAdjMV(3, low.data(), low.data());
-    EXPECT_EQ(low, (std::vector<T>{0, -999, 2}));
-    RankVectorAdjMV(0, source.data(), ranks.data());
-    EXPECT_EQ(ranks[0], T(3.5));
-}
-
-TYPED_TEST(Ranks, LongVectorsAgreeWithCounting) {
+TYPED_TEST(Ranks, AgreeWithCountingTheSmallerAndTheEqual) {
     using T = TypeParam;
     std::mt19937 generator(11);
     std::vector<T> source(300), ranks(300);
@@ -45,20 +31,24 @@ TYPED_TEST(Ranks, LongVectorsAgreeWithCounting) {
         }
         EXPECT_EQ(ranks[i], source[i] == T(-999) ? T(-999) : T(below + (equal + 1) / 2 - missing));
     }
+    // a value below -999 stands before the missing ones: 1 - 1
+    std::vector<T> low = {-2000, -999, 4};
+    RankVectorAdjMV(3, low.data(), low.data());
+    EXPECT_EQ(low, (std::vector<T>{0, -999, 2}));
+    RankVectorAdjMV(0, source.data(), low.data());
+    EXPECT_EQ(low[0], T(0));
 }
 
 TEST(Orderings, ByValueAndByMagnitude) {
-    const double values[] = {-5, 2, -0.5, 4};
-    double order[4];
-    RankVector(4, values, order);
-    EXPECT_EQ(std::vector<double>(order, order + 4), (std::vector<double>{1, 3, 2, 4}));
-    RankVectorAbs(4, values, order);
-    EXPECT_EQ(std::vector<double>(order, order + 4), (std::vector<double>{3, 2, 4, 1}));
+    const auto order = [](void (*rank)(int, const double*, double*), std::vector<double> x) {
+        std::vector<double> out(x.size());
+        rank(int(x.size()), x.data(), out.data());
+        return out;
+    };
+    EXPECT_EQ(order(RankVector, {-5, 2, -0.5, 4}), (std::vector<double>{1, 3, 2, 4}));
+    EXPECT_EQ(order(RankVectorAbs, {-5, 2, -0.5, 4}), (std::vector<double>{3, 2, 4, 1}));
     // eight equal values, the routine followed by hand: one partition, then insertion
-    const double tied[8] = {1, 1, 1, 1, 1, 1, 1, 1};
-    double tiedOrder[8];
-    RankVector(8, tied, tiedOrder);
-    EXPECT_EQ(std::vector<double>(tiedOrder, tiedOrder + 8),
+    EXPECT_EQ(order(RankVector, std::vector<double>(8, 1.0)),
               (std::vector<double>{1, 6, 7, 4, 5, 2, 3, 8}));
 }
 
@@ -90,10 +80,6 @@ TYPED_TEST(Ranks, MidranksOfASortedArray) {
     crank(6, w.data(), &ties);
     EXPECT_EQ(w, (std::vector<T>{-1, 2, 2, 2, 4, 5.5, 5.5}));
     EXPECT_EQ(ties, T(24 + 6));
-    std::vector<T> equal = {-1, 3, 3, 3, 3};
-    crank(4, equal.data(), &ties);
-    EXPECT_EQ(equal, (std::vector<T>{-1, 2.5, 2.5, 2.5, 2.5}));
-    EXPECT_EQ(ties, T(60));
     crank(0, w.data(), &ties);
     EXPECT_EQ(ties, T(0));
 }

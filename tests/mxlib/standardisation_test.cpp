@@ -96,49 +96,32 @@ TYPED_TEST(Standardisation, ColumnsByHand) {
 
 TYPED_TEST(Standardisation, OneScaleForTheWholeMatrixMakesTheVariancesSumToOne) {
     using T = TypeParam;
-    std::mt19937 generator(7);
-    Table<T> a = RandomTable<T>(6, 4, -3, 9, generator);
-    Table<T> cols(6, 4), rows(6, 4);
-    CenterColsMV(6, 4, a, cols);
-    CenterRowsMV(6, 4, a, rows);
-    cols[2][1] = rows[2][1] = -999;
-    const double ratio = double(cols[0][0]) / double(cols[5][3]);
-    GowerStandardizationCols(6, 4, cols);
-    GowerStandardizationRows(6, 4, rows);
-    double inCols = 0, inRows = 0;
-    for (int i = 0; i < 6; i++)
-        for (int j = 0; j < 4; j++) {
-            if (i == 2 && j == 1) continue;
-            inCols += double(cols[i][j]) * double(cols[i][j]) / 5;
-            inRows += double(rows[i][j]) * double(rows[i][j]) / 3;
-        }
-    EXPECT_NEAR(inCols, 1.0, 1e-6);
-    EXPECT_NEAR(inRows, 1.0, 1e-6);
-    EXPECT_NEAR(double(cols[0][0]) / double(cols[5][3]), ratio, 1e-5);
-    EXPECT_EQ(cols[2][1], T(-999));
+    Table<T> cols = {{1, -2}, {-3, -999}, {2, 2}}, rows = {{1, -1, 0}, {-999, 4, -4}};
+    GowerStandardizationCols(3, 2, cols);  // squares 22 over 3 - 1
+    const T c = T(1 / std::sqrt(11.0));
+    ExpectNear<T>(cols, {{c, -2 * c}, {-3 * c, -999}, {2 * c, 2 * c}}, 1e-6);
+    GowerStandardizationRows(2, 3, rows);  // squares 34 over 3 - 1
+    const T r = T(1 / std::sqrt(17.0));
+    ExpectNear<T>(rows, {{r, -r, 0}, {-999, 4 * r, -4 * r}}, 1e-6);
 }
 
 TYPED_TEST(Standardisation, InPlaceGivesTheSameDigits) {
     using T = TypeParam;
-    using Routine = void (*)(int, int, ConstMatrix<T>, Matrix<T>);
-    using Adj = void (*)(int, int, Matrix<T>, ConstMatrix<T>);
     std::mt19937 generator(3);
     const Table<T> a = RandomTable<T>(7, 5, -10, 30, generator, 0.2, T(-999));
-    const Routine routines[] = {CenterRowsMV,    CenterRowsCovMV, CenterColsMV,
-                                NormalizeRowsMV, NormalizeCols,   ZStandardizationRowsMV};
-    for (const Routine routine : routines) {
-        Table<T> source = a, result(7, 5);
-        routine(7, 5, source, result);
-        routine(7, 5, source, source);
-        ExpectSame(source, result);
-    }
-    const Adj adjustments[] = {UnitSumRowsAdjMV, CorrAdj};
-    for (const Adj adjust : adjustments) {
+    const auto same = [&](auto routine) {
         Table<T> source = a, result = a;
-        adjust(7, 5, result, source);
-        adjust(7, 5, source, source);
+        routine(source, result);
+        routine(source, source);
         ExpectSame(source, result);
-    }
+    };
+    using Routine = void (*)(int, int, ConstMatrix<T>, Matrix<T>);
+    for (const Routine routine :
+         std::initializer_list<Routine>{CenterRowsMV, CenterRowsCovMV, CenterColsMV,
+                                        NormalizeRowsMV, NormalizeCols, ZStandardizationRowsMV})
+        same([&](Table<T>& from, Table<T>& to) { routine(7, 5, from, to); });
+    same([](Table<T>& from, Table<T>& to) { UnitSumRowsAdjMV(7, 5, to, from); });
+    same([](Table<T>& from, Table<T>& to) { CorrAdj(7, 5, to, from); });
 }
 
 TEST(StandardisationOfFloats, ColumnForms) {

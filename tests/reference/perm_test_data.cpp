@@ -69,8 +69,11 @@ void MakeTables(PermTestData* data) {
 
 template <class T>
 void CopyRows(const ExampleTables::Rows& rows, T** to) {
-    for (std::size_t i = 0; i < rows.size(); i++)
-        for (std::size_t j = 0; j < rows[i].size(); j++) to[i][j] = static_cast<T>(rows[i][j]);
+    for (std::size_t i = 0; i < rows.size(); i++) std::copy(rows[i].begin(), rows[i].end(), to[i]);
+}
+
+void Narrow(int n, ConstMatrix<double> from, Matrix<float> to) {
+    for (int i = 0; i < n; i++) std::copy(from[i], from[i] + n, to[i]);
 }
 
 void SimilaritiesOfTraits(PermTestData* data) {
@@ -82,8 +85,7 @@ void SimilaritiesOfTraits(PermTestData* data) {
     ScopedMatrix<double> s(n, n);
     GowerMVOpt(n, in.nTraits, data->traitTypes.data(), traits, s, nullptr,
                data->traitWeights.data(), 1);
-    for (int i = 0; i < n; i++)
-        for (int j = 0; j < n; j++) in.Sb[i][j] = static_cast<float>(s[i][j]);
+    Narrow(n, s, in.Sb);
 }
 
 void ScoresOfPhylogeny(PermTestData* data) {
@@ -91,8 +93,7 @@ void ScoresOfPhylogeny(PermTestData* data) {
     const int n = in.nOTUs;
     ScopedMatrix<float> f(n, n), evec(n, n), scores(n, n);
     ScopedVector<float> eval(n);
-    for (int i = 0; i < n; i++)
-        for (int j = 0; j < n; j++) f[i][j] = static_cast<float>(in.Sf[i][j]);
+    Narrow(n, in.Sf, f);
     bool ok = false;
     OrdinationLib(n, n, nullptr, f, evec, scores, &in.nPhylAxes, eval, &ok, kPrincipalCoordinates,
                   in.phylogenyIsDissimilarity ? 3 : 5, 1);

@@ -22,22 +22,6 @@ bool NearlyOne(float x) {
 
 }  // namespace
 
-double PlainRao(int n, const double* p, ConstMatrix<float> m, bool dissimilarity, bool squareRoot) {
-    double t = 0;
-    for (int i = 0; i < n; i++)
-        if (p[i] != -999) t += p[i];
-    if (!(t > 0)) return 0;
-    double sum = 0;
-    for (int i = 0; i < n; i++)
-        for (int j = 0; j < n; j++) {
-            if (m[i][j] == -999 || p[i] == -999 || p[j] == -999) continue;
-            double d = dissimilarity ? m[i][j] : 1.0F - m[i][j];
-            if (squareRoot) d = std::sqrt(d);
-            sum += (p[i] / t) * (p[j] / t) * d;
-        }
-    return sum;
-}
-
 void PlainFuzzyBelonging(int n, int K, ConstMatrix<float> s, const int* partition, Matrix<float> u,
                          bool dissimilarity) {
     const std::set<int> distinct(partition, partition + n);

@@ -1,10 +1,9 @@
 #include "reference/plain_perm_test.h"
 
-#include <cmath>
 #include <cstdio>
+#include <vector>
 
 #include "iflibG/iflibG.h"
-#include "mxlib/partial_matrix_correlation.h"
 #include "mxlib/random_lists.h"
 #include "mxlib/resemblance_lib.h"
 #include "mxlibDim/scoped.h"
@@ -15,30 +14,11 @@
 #include "mxlibRes/standardisation.h"
 #include "mxlibRes/totals.h"
 #include "reference/plain_congruence.h"
+#include "reference/plain_measures.h"
 
 namespace {
 
 using Record = PermTest_FunctionalPhyl_Correl_Input;
-
-/// Over all ordered pairs, as the definition has it.
-template <class M>
-double Rao(int n, const double* p, Matrix<M> m, bool dissimilarity, bool squareRoot) {
-    double t = 0.0;
-    for (int i = 0; i < n; i++)
-        if (!IsMissing(p[i])) t += p[i];
-    if (n <= 0 || !(t > 0)) return 0.0;
-    for (int i = 0; i < n; i++)
-        for (int j = i + 1; j < n; j++) m[j][i] = m[i][j];
-    double sum = 0.0;
-    for (int i = 0; i < n; i++)
-        for (int j = 0; j < n; j++) {
-            if (IsMissing(m[i][j]) || IsMissing(p[i]) || IsMissing(p[j])) continue;
-            const M d = dissimilarity ? m[i][j] : 1 - m[i][j];
-            const double wide = static_cast<double>(d);
-            sum += (p[i] / t) * (p[j] / t) * (squareRoot ? std::sqrt(wide) : wide);
-        }
-    return sum;
-}
 
 /// Over present pairs, k ascending.
 template <class T>
@@ -53,22 +33,12 @@ void Product(int n, int p, int q, ConstMatrix<double> a, ConstMatrix<T> b, Matri
         }
 }
 
-/// The matrices of one arrangement of the OTUs.
-struct Matrices {
-    ScopedMatrix<double> T, X, P, R, F;
-    ScopedMatrix<double> DT, DX, DP, DR, DF;
-
-    explicit Matrices(const Record& in)
-        : T(in.nCommunities, in.nTraits),
-          X(in.nCommunities, in.nTypes),
-          P(in.nCommunities, in.nTaxa),
-          R(in.nCommunities, 1),
-          F(in.nCommunities, 1),
-          DT(in.nCommunities, in.nCommunities),
-          DX(in.nCommunities, in.nCommunities),
-          DP(in.nCommunities, in.nCommunities),
-          DR(in.nCommunities, in.nCommunities),
-          DF(in.nCommunities, in.nCommunities) {}
+/// A matrix of communities and its resemblances.
+struct Side {
+    int p;
+    double** m;
+    double** d;
+    const int* select = nullptr;  ///< columns that count as covariables
 };
 
 struct Statistics {
@@ -77,141 +47,134 @@ struct Statistics {
     double XT, XR, TR;
 };
 
+/// The matrices of one arrangement of the OTUs, and the fixed ones.
+struct Matrices {
+    std::vector<ScopedMatrix<double>> room;
+    Side T, X, P, R, F, E, Z, Y;
+
+    explicit Matrices(const Record& in)
+        : T(Make(in, in.nTraits, in.traitsInUse)),
+          X(Make(in, in.nTypes)),
+          P(Make(in, in.nTaxa)),
+          R(Make(in, 1)),
+          F(Make(in, 1)),
+          E{in.nEnv, in.E, in.DE},
+          Z{in.nOTUs, in.Z, in.DZ},
+          Y{in.nOTUs, in.Y, in.DY} {}
+
+    Side Make(const Record& in, int p, const int* select = nullptr) {
+        const int n = in.nCommunities;
+        double** m = room.emplace_back(n, p);
+        return {p, m, room.emplace_back(n, n), select};
+    }
+};
+
 /// c(A, B) between matrices of communities.
-double Pair(const Record& in, int p1, ConstMatrix<double> a, ConstMatrix<double> da, int p2,
-            ConstMatrix<double> b, ConstMatrix<double> db) {
+double Pair(const Record& in, const Side& a, const Side& b) {
     const int n = in.nCommunities;
-    if (in.opt_ro == 2) return PlainProcrustes(n, p1, p2, a, b);
-    if (in.opt_ro == 3) return PlainRV(n, p1, p2, a, b);
-    if (n >= 3) return MatrixCorr(n, da, db);
-    return n == 2 ? SmallSampleCongruence(da[0][1], db[0][1]) : SmallSampleCongruence(0.0, 0.0);
+    if (in.opt_ro == 2) return PlainProcrustes(n, a.p, b.p, a.m, b.m);
+    if (in.opt_ro == 3) return PlainRV(n, a.p, b.p, a.m, b.m);
+    if (n >= 3) return MatrixCorr(n, a.d, b.d);
+    return n == 2 ? SmallSampleCongruence(a.d[0][1], b.d[0][1]) : SmallSampleCongruence(0.0, 0.0);
 }
 
 /// The same in the block of the entropies, where two communities are no special case.
-double PairOfEntropy(const Record& in, int p1, ConstMatrix<double> a, ConstMatrix<double> da,
-                     int p2, ConstMatrix<double> b, ConstMatrix<double> db) {
-    if (in.opt_ro == 1) return MatrixCorr(in.nCommunities, da, db);
-    return Pair(in, p1, a, da, p2, b, db);
+double PairOfEntropy(const Record& in, const Side& a, const Side& b) {
+    return in.opt_ro == 1 ? MatrixCorr(in.nCommunities, a.d, b.d) : Pair(in, a, b);
 }
 
-/// Congruence of the residuals of a and b on the components of the sets' columns, side by side.
-double Partial(const Record& in, int p1, ConstMatrix<double> a, int p2, ConstMatrix<double> b,
-               std::initializer_list<CovariableSet> sets) {
+/// From three others under the matrix correlation, otherwise the congruence of the residuals of a
+/// and b on the components of what is removed, side by side.
+double Partial(const Record& in, const Side& a, const Side& b, const std::vector<Side>& removed,
+               double ab, double ac, double bc) {
+    if (in.opt_ro == 1) return PartialCorrelation(ab, ac, bc);
     const int n = in.nCommunities;
     int columns = 0;
-    for (const CovariableSet& set : sets) columns += set.columns;
-    ScopedMatrix<double> c(n, columns);
+    for (const Side& side : removed) columns += side.p;
+    ScopedMatrix<double> c(n, columns), ra(n, a.p), rb(n, b.p);
     int used = 0;
-    for (const CovariableSet& set : sets)
-        for (int j = 0; j < set.columns; j++) {
-            if (set.select != nullptr && set.select[j] != 1) continue;
-            for (int i = 0; i < n; i++) c[i][used] = set.matrix[i][j];
+    for (const Side& side : removed)
+        for (int j = 0; j < side.p; j++) {
+            if (side.select != nullptr && side.select[j] != 1) continue;
+            for (int i = 0; i < n; i++) c[i][used] = side.m[i][j];
             used++;
         }
-    ScopedMatrix<double> ra(n, p1);
-    ScopedMatrix<double> rb(n, p2);
-    PlainComponentResiduals(n, p1, used, a, c, ra, 2, in.overfitFactorPCARegr);
-    PlainComponentResiduals(n, p2, used, b, c, rb, 2, in.overfitFactorPCARegr);
-    return in.opt_ro == 2 ? PlainProcrustes(n, p1, p2, ra, rb) : PlainRV(n, p1, p2, ra, rb);
+    PlainComponentResiduals(n, a.p, used, a.m, c, ra, 2, in.overfitFactorPCARegr);
+    PlainComponentResiduals(n, b.p, used, b.m, c, rb, 2, in.overfitFactorPCARegr);
+    return in.opt_ro == 2 ? PlainProcrustes(n, a.p, b.p, ra, rb) : PlainRV(n, a.p, b.p, ra, rb);
 }
 
-void Resemblance(const Record& in, int p, ConstMatrix<double> data, Matrix<double> d, int measure) {
+void Resemblance(const Record& in, const Side& side, int measure) {
+    if (in.opt_ro != 1) return;
+    ResemblanceLib(in.nCommunities, side.p, side.m, side.d, 1, measure, 0.0, nullptr, 0.0, 0.0, 0,
+                   false);
+}
+
+void BlockT(const Record& in, ConstMatrix<float> B, const Matrices& m, Statistics* s) {
     const int n = in.nCommunities;
-    ResemblanceLib(n, p, data, d, 1, measure, 0.0, nullptr, 0.0, 0.0, 0, false);
+    Product<float>(n, in.nOTUs, in.nTraits, in.W, B, m.T.m, in.traitsInUse);
+    NormalizeCols(n, in.nTraits, m.T.m, m.T.m);
+    Resemblance(in, m.T, 3);
+    s->TE = Pair(in, m.T, m.E);
+    s->TZ = Pair(in, m.T, m.Z);
+    s->TY = Pair(in, m.T, m.Y);
 }
 
-void BlockT(const Record& in, ConstMatrix<float> B, Matrices* m, Statistics* s) {
-    const int n = in.nCommunities;
-    Product<float>(n, in.nOTUs, in.nTraits, in.W, B, m->T, in.traitsInUse);
-    NormalizeCols(n, in.nTraits, m->T, m->T);
-    if (in.opt_ro == 1) Resemblance(in, in.nTraits, m->T, m->DT, 3);
-    s->TE = Pair(in, in.nTraits, m->T, m->DT, in.nEnv, in.E, in.DE);
-    s->TZ = Pair(in, in.nTraits, m->T, m->DT, in.nOTUs, in.Z, in.DZ);
-    s->TY = Pair(in, in.nTraits, m->T, m->DT, in.nOTUs, in.Y, in.DY);
-}
-
-void BlockX(const Record& in, ConstMatrix<double> U, ConstMatrix<double> Q, Matrices* m,
+void BlockX(const Record& in, ConstMatrix<double> U, ConstMatrix<double> Q, const Matrices& m,
             Statistics* s) {
     const int n = in.nCommunities;
-    Product<double>(n, in.nOTUs, in.nTypes, in.W, U, m->X, nullptr);
-    if (in.includePhylogeny) Product<double>(n, in.nOTUs, in.nTaxa, in.W, Q, m->P, nullptr);
-    if (in.opt_ro == 1)
-        Resemblance(in, in.nTypes, m->X, m->DX, TranslateReseOpt_TESSEL_POLYAX(in.rese_opt));
-    s->XE = Pair(in, in.nTypes, m->X, m->DX, in.nEnv, in.E, in.DE);
-    s->XT = Pair(in, in.nTypes, m->X, m->DX, in.nTraits, m->T, m->DT);
-    s->XZ = Pair(in, in.nTypes, m->X, m->DX, in.nOTUs, in.Z, in.DZ);
-    s->XY = Pair(in, in.nTypes, m->X, m->DX, in.nOTUs, in.Y, in.DY);
-    if (in.opt_ro == 1) {
-        s->XZ_T = PartialCorrelation(s->XZ, s->XT, s->TZ);
-        s->XY_T = PartialCorrelation(s->XY, s->XT, s->TY);
-        s->XE_T = PartialCorrelation(s->XE, s->XT, s->TE);
-    } else {
-        const CovariableSet T{in.nTraits, in.traitsInUse, m->T};
-        s->XZ_T = Partial(in, in.nTypes, m->X, in.nOTUs, in.Z, {T});
-        s->XY_T = Partial(in, in.nTypes, m->X, in.nOTUs, in.Y, {T});
-        s->XE_T = Partial(in, in.nTypes, m->X, in.nEnv, in.E, {T});
-    }
+    Product<double>(n, in.nOTUs, in.nTypes, in.W, U, m.X.m, nullptr);
+    if (in.includePhylogeny) Product<double>(n, in.nOTUs, in.nTaxa, in.W, Q, m.P.m, nullptr);
+    Resemblance(in, m.X, TranslateReseOpt_TESSEL_POLYAX(in.rese_opt));
+    s->XE = Pair(in, m.X, m.E);
+    s->XT = Pair(in, m.X, m.T);
+    s->XZ = Pair(in, m.X, m.Z);
+    s->XY = Pair(in, m.X, m.Y);
+    s->XZ_T = Partial(in, m.X, m.Z, {m.T}, s->XZ, s->XT, s->TZ);
+    s->XY_T = Partial(in, m.X, m.Y, {m.T}, s->XY, s->XT, s->TY);
+    s->XE_T = Partial(in, m.X, m.E, {m.T}, s->XE, s->XT, s->TE);
 }
 
-void BlockP(const Record& in, Matrices* m, Statistics* s) {
-    if (in.opt_ro == 1)
-        Resemblance(in, in.nTaxa, m->P, m->DP, TranslateReseOpt_TESSEL_POLYAX(in.rese_opt));
-    s->PE = Pair(in, in.nTaxa, m->P, m->DP, in.nEnv, in.E, in.DE);
-    s->PT = Pair(in, in.nTaxa, m->P, m->DP, in.nTraits, m->T, m->DT);
-    s->PX = Pair(in, in.nTaxa, m->P, m->DP, in.nTypes, m->X, m->DX);
-    if (in.opt_ro == 1) {
-        s->PX_T = PartialCorrelation(s->PX, s->XT, s->PT);
-        s->PE_X = PartialCorrelation(s->PE, s->PX, s->XE);
-        s->PE_T = PartialCorrelation(s->PE, s->PT, s->TE);
-        s->XE_P = PartialCorrelation(s->XE, s->PX, s->PE);
-        const double XT_P = PartialCorrelation(s->XT, s->PX, s->PT);
-        s->TE_P = PartialCorrelation(s->TE, s->PT, s->PE);
-        s->XE_TP = PartialCorrelation(s->XE_P, XT_P, s->TE_P);
-    } else {
-        const CovariableSet T{in.nTraits, in.traitsInUse, m->T};
-        const CovariableSet X{in.nTypes, nullptr, m->X};
-        const CovariableSet P{in.nTaxa, nullptr, m->P};
-        s->PX_T = Partial(in, in.nTaxa, m->P, in.nTypes, m->X, {T});
-        s->PE_X = Partial(in, in.nTaxa, m->P, in.nEnv, in.E, {X});
-        s->PE_T = Partial(in, in.nTaxa, m->P, in.nEnv, in.E, {T});
-        s->XE_P = Partial(in, in.nTypes, m->X, in.nEnv, in.E, {P});
-        s->TE_P = Partial(in, in.nTraits, m->T, in.nEnv, in.E, {P});
-        s->XE_TP = Partial(in, in.nTypes, m->X, in.nEnv, in.E, {T, P});
-    }
+void BlockP(const Record& in, const Matrices& m, Statistics* s) {
+    Resemblance(in, m.P, TranslateReseOpt_TESSEL_POLYAX(in.rese_opt));
+    s->PE = Pair(in, m.P, m.E);
+    s->PT = Pair(in, m.P, m.T);
+    s->PX = Pair(in, m.P, m.X);
+    s->PX_T = Partial(in, m.P, m.X, {m.T}, s->PX, s->XT, s->PT);
+    s->PE_X = Partial(in, m.P, m.E, {m.X}, s->PE, s->PX, s->XE);
+    s->PE_T = Partial(in, m.P, m.E, {m.T}, s->PE, s->PT, s->TE);
+    s->XE_P = Partial(in, m.X, m.E, {m.P}, s->XE, s->PX, s->PE);
+    s->TE_P = Partial(in, m.T, m.E, {m.P}, s->TE, s->PT, s->PE);
+    const double XT_P = PartialCorrelation(s->XT, s->PX, s->PT);
+    s->XE_TP = Partial(in, m.X, m.E, {m.T, m.P}, s->XE_P, XT_P, s->TE_P);
 }
 
 /// `Sb` float in the observed stage, double in the permuted one.
 template <class S>
-void BlockR(const Record& in, S** Sb, double** Sf, double* outR, double* outF, Matrices* m,
+void BlockR(const Record& in, S** Sb, double** Sf, double* outR, double* outF, const Matrices& m,
             Statistics* s) {
     const int n = in.nCommunities;
-    for (int i = 0; i < n; i++) {
-        const double q = Rao<S>(in.nOTUs, in.W[i], Sb, false, in.sqrtDissimOpt_RaoTraits);
-        if (outR != nullptr) outR[i] = q;
-        m->R[i][0] = 1.0 / (1.0 - q);
-        if (!in.includePhylogeny) continue;
-        const double f = Rao<double>(in.nOTUs, in.W[i], Sf, in.phylogenyIsDissimilarity,
-                                     in.sqrtDissimOpt_RaoPhyl);
-        if (outF != nullptr) outF[i] = f;
-        m->F[i][0] = 1.0 / (1.0 - f);
-    }
-    if (in.opt_ro == 1) {
-        AbsValFunctionMV(n, 1, m->R, m->DR);
-        AbsValFunctionMV(n, 1, m->F, m->DF);
-    }
-    s->RE = PairOfEntropy(in, 1, m->R, m->DR, in.nEnv, in.E, in.DE);
-    s->XR = PairOfEntropy(in, in.nTypes, m->X, m->DX, 1, m->R, m->DR);
-    s->TR = PairOfEntropy(in, in.nTraits, m->T, m->DT, 1, m->R, m->DR);
-    if (in.includePhylogeny) s->FE = PairOfEntropy(in, 1, m->F, m->DF, in.nEnv, in.E, in.DE);
-    if (in.opt_ro == 1) {
-        const double XE_R = PartialCorrelation(s->XE, s->XR, s->RE);
-        const double TE_R = PartialCorrelation(s->TE, s->TR, s->RE);
-        const double XT_R = PartialCorrelation(s->XT, s->XR, s->TR);
-        s->XE_TR = PartialCorrelation(XE_R, XT_R, TE_R);
-    } else {
-        s->XE_TR = Partial(in, in.nTypes, m->X, in.nEnv, in.E,
-                           {{in.nTraits, in.traitsInUse, m->T}, {1, nullptr, m->R}});
-    }
+    const auto entropies = [&]<class M>(M** rese, bool dissimilarity, bool root, double* raw,
+                                        const Side& side) {
+        UpperToLowerMatrix(in.nOTUs, rese);
+        for (int i = 0; i < n; i++) {
+            const double q = PlainRao<M>(in.nOTUs, in.W[i], rese, dissimilarity, root);
+            if (raw != nullptr) raw[i] = q;
+            side.m[i][0] = 1.0 / (1.0 - q);
+        }
+        if (in.opt_ro == 1) AbsValFunctionMV(n, 1, side.m, side.d);
+    };
+    entropies(Sb, false, in.sqrtDissimOpt_RaoTraits, outR, m.R);
+    s->RE = PairOfEntropy(in, m.R, m.E);
+    s->XR = PairOfEntropy(in, m.X, m.R);
+    s->TR = PairOfEntropy(in, m.T, m.R);
+    const double XE_R = PartialCorrelation(s->XE, s->XR, s->RE);
+    const double TE_R = PartialCorrelation(s->TE, s->TR, s->RE);
+    const double XT_R = PartialCorrelation(s->XT, s->XR, s->TR);
+    s->XE_TR = Partial(in, m.X, m.E, {m.T, m.R}, XE_R, XT_R, TE_R);
+    if (!in.includePhylogeny) return;
+    entropies(Sf, in.phylogenyIsDissimilarity, in.sqrtDissimOpt_RaoPhyl, outF, m.F);
+    s->FE = PairOfEntropy(in, m.F, m.E);
 }
 
 /// ro(BF) of B with phylogenetic resemblances Sf or scores.
@@ -258,13 +221,14 @@ const Place kPlaces[] = {
     {&Statistics::PE_X, &Record::roPE_X, &Record::probPE_X, true, true},
 };
 
-Statistics Observed(Record* in, Matrices* m) {
+Statistics Observed(Record* in, const Matrices& m) {
     Statistics s{};
+    const int n = in->nCommunities;
     BlockT(*in, in->B, m, &s);
-    CopyMatrix(in->nCommunities, in->nTraits, m->T, in->outT);
+    CopyMatrix(n, in->nTraits, m.T.m, in->outT);
     BlockX(*in, in->U, in->Q, m, &s);
-    if (in->returnMatrices) CopyMatrix(in->nCommunities, in->nTypes, m->X, in->outX);
-    if (in->includePhylogeny) CopyMatrix(in->nCommunities, in->nTaxa, m->P, in->outP);
+    if (in->returnMatrices) CopyMatrix(n, in->nTypes, m.X.m, in->outX);
+    if (in->includePhylogeny) CopyMatrix(n, in->nTaxa, m.P.m, in->outP);
     if (in->opt_ro != 1) s.XZ_T = s.XY_T;
     if (in->includePhylogeny) {
         s.BF = SignalOfPhylogeny(*in, in->Sf, in->PhylScores);
@@ -288,7 +252,7 @@ void CopyRowsAndColumns(int n, const int* list, S** from, double** to) {
         for (int j = 0; j < n; j++) to[i][j] = from[list[i] - 1][list[j] - 1];
 }
 
-Statistics Permuted(const Record& in, const int* list, Matrices* m) {
+Statistics Permuted(const Record& in, const int* list, const Matrices& m) {
     const int n = in.nOTUs;
     Statistics s{};
     ScopedMatrix<float> B(n, in.nTraits);
@@ -319,7 +283,7 @@ bool PlainPermTest(Record* in) {
     Matrices m(*in);
     ScopedVector<int> list(in->nOTUs);
     for (int i = 0; i < in->nOTUs; i++) list[i] = i + 1;
-    const Statistics observed = Observed(in, &m);
+    const Statistics observed = Observed(in, m);
     constexpr int kPlaceCount = sizeof(kPlaces) / sizeof(kPlaces[0]);
     double frequency[kPlaceCount];
     for (double& f : frequency) f = 1.0;
@@ -331,7 +295,7 @@ bool PlainPermTest(Record* in) {
             RndListNestedNew(in->nOTUs, in->nestingMembershipOTUs, 1, list);
         else if (in->optRestrictPermutNullModel == 0)
             RndListSpecified(in->nOTUs, list);
-        const Statistics random = Permuted(*in, list, &m);
+        const Statistics random = Permuted(*in, list, m);
         for (int k = 0; k < kPlaceCount; k++)
             if ((in->includePhylogeny || !kPlaces[k].phylogeny) &&
                 IsLargerThanOrEqual(random.*kPlaces[k].value, observed.*kPlaces[k].value, 1,

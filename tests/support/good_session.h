@@ -4,6 +4,7 @@
 /// Tests put one fault into it, or cut it short.
 
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -35,55 +36,24 @@ inline FilesByName GoodFiles() {
 }
 
 inline std::vector<Step> GoodSession() {
-    return {{"main menu", "N"},
-            {"session name", "new"},
-            {"data option", "1"},
-            {"file B", "B.txt"},
-            {"F 0/1", "1"},
-            {"file F", "F.txt"},
-            {"file W", "W.txt"},
-            {"species 0/1", "1"},
-            {"species file", "spp.txt"},
-            {"E 0/1", "1"},
-            {"file E", "E.txt"},
-            {"OTUs", "5"},
-            {"traits", "3"},
-            {"trait labels", "2"},
-            {"format of B", "2"},
-            {"source of types", "k"},
-            {"trait types", "3 1 2"},
-            {"types correct", "y"},
-            {"trait groups", "0"},
-            {"format of F", "1"},
-            {"communities", "4"},
-            {"community labels", "2"},
-            {"format of W", "1"},
-            {"species labels", "2"},
-            {"variables", "2"},
-            {"variable labels", "2"},
-            {"kind of E", "2"},
-            {"order of E", "N"},
-            {"session menu", "V"},
-            {"community menu", "H"},
-            {"species as types", "n"},
-            {"source of groups", "f"},
-            {"group file", "types.txt"},
-            {"fuzzy", "1"},
-            {"iterations", "9"},
-            {"restriction", "1"},
-            {"source of nesting", "k"},
-            {"nesting", "1 1 2 2 2"},
-            {"seed option", "2"},
-            {"seed", "7"},
-            {"congruence", "1"},
-            {"resemblance", "10"},
-            {"trait option", "2"},
-            {"select traits", "1 1 1"},
-            {"standardize", "y"},
-            {"details", "y"},
-            {"community menu again", "C"},
-            {"session menu again", "C"},
-            {"main menu again", "X"}};
+    std::istringstream session(
+        "main menu: N; session name: new; data option: 1; file B: B.txt; F 0/1: 1; "
+        "file F: F.txt; file W: W.txt; species 0/1: 1; species file: spp.txt; E 0/1: 1; "
+        "file E: E.txt; OTUs: 5; traits: 3; trait labels: 2; format of B: 2; "
+        "source of types: k; trait types: 3 1 2; types correct: y; trait groups: 0; "
+        "format of F: 1; communities: 4; community labels: 2; format of W: 1; "
+        "species labels: 2; variables: 2; variable labels: 2; kind of E: 2; order of E: N; "
+        "session menu: V; community menu: H; species as types: n; source of groups: f; "
+        "group file: types.txt; fuzzy: 1; iterations: 9; restriction: 1; "
+        "source of nesting: k; nesting: 1 1 2 2 2; seed option: 2; seed: 7; congruence: 1; "
+        "resemblance: 10; trait option: 2; select traits: 1 1 1; standardize: y; "
+        "details: y; community menu again: C; session menu again: C; main menu again: X;");
+    std::vector<Step> steps;
+    Step step;
+    while (std::getline(session >> std::ws, step.prompt, ':') &&
+           std::getline(session >> std::ws, step.answer, ';'))
+        steps.push_back(step);
+    return steps;
 }
 
 /// The first `steps` answers, one per line.
