@@ -101,14 +101,15 @@ TEST(DataCongruence, SidesAndScratchServeManyComparisons) {
         std::vector<CongruenceSide<double>> sides;
         for (const int p : widths) sides.push_back(MakeCongruenceSide<double>(measure, 20, p));
         auto scratch = MakeCongruenceScratch<double>(measure, 20, 4, 25);
-        for (int round = 0; round < 3; round++) {
+        for (int round = 0; round < 4;
+             round++) {  // missing values on each side alone, then on none
             std::vector<Table<double>> x;
             for (int k = 0; k < 3; k++) {
-                const double missing = round == 1 && k == 0 ? 0.1 : 0.0;
+                const double missing = round == k ? 0.1 : 0.0;
                 x.push_back(RandomTable<double>(20, widths[k], 0, 1, generator, missing, -999.0));
                 SetCongruenceSide<double>(x[k], &sides[k]);
             }
-            for (const auto& [k, l] : {std::pair{0, 1}, {2, 1}, {0, 2}})
+            for (const auto& [k, l] : {std::pair{0, 1}, {2, 1}, {1, 2}, {0, 2}})
                 EXPECT_NEAR(
                     Congruence(sides[k], sides[l], &scratch),
                     (measure == kRV ? PlainRV(20, widths[k], widths[l], x[k], x[l])

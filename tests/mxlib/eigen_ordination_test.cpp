@@ -28,8 +28,7 @@ void ExpectEigenpairs(Table<double> a, Table<double> v, const double* e, double 
     const int n = a.rows();
     for (int k = 0; k < n; k++)
         for (int i = 0; i < n; i++) {
-            double av = 0.0;
-            double vv = 0.0;
+            double av = 0.0, vv = 0.0;
             for (int j = 0; j < n; j++) {
                 av += a[i][j] * v[k][j];
                 vv += v[k][j] * v[i][j];
@@ -124,8 +123,7 @@ TEST_F(SingularValues, AloneTheyAreThoseOfTheWholeDecomposition) {
             for (int i = 0; i < m; i++)
                 for (int j = rank; j < n; j++) a[i][j] = j < n - 1 && rank > 0 ? a[i][j - rank] : 0;
             if (m > 3 && n > 3) a[1][0] = a[1][1] = a[0][0] = 0;
-            Table<double> u(m, n);
-            Table<double> v(n, n);
+            Table<double> u(m, n), v(n, n);
             std::vector<double> s(n);
             ASSERT_EQ(SingValueDecomp(m, n, a, u, s.data(), v), 1);
             const std::vector<double> alone = ValuesAlone(a);

