@@ -1,5 +1,8 @@
 #include "mxlibRes/column_products.h"
 
+#include <type_traits>
+
+#include "mxlibRes/kernels.h"
 #include "mxlibRes/missing.h"
 
 namespace {
@@ -39,6 +42,14 @@ void Products(int n, int p1, ConstMatrix<T> a, int p2, ConstMatrix<T> b, Matrix<
     if (missing) {
         for (int i = 0; i < p1; i++)
             for (int j = 0; j < p2; j++) c[i][j] = PresentProduct(n, a, i, b, j);
+        return;
+    }
+    if constexpr (std::is_same_v<T, double>) {
+        const Kernels& kernels = KernelsOfProcessor();
+        if (p1 >= p2)
+            kernels.columnProducts(n, p1, a, p2, b, c);
+        else
+            kernels.columnProductsTurned(n, p2, b, p1, a, c);
         return;
     }
     int i = 0;

@@ -83,9 +83,22 @@ double VecProdByVariables(const CongruenceSide<T>& a, const CongruenceSide<T>& b
     return sum;
 }
 
+/// The same sum with the objects of one side and the variables of the other: trace(A' G A).
+double VecProdOfMixed(const CongruenceSide<double>& objects, const CongruenceSide<double>& other,
+                      Matrix<double> product) {
+    ColumnProducts(other.n, other.n, objects.objects, other.p, other.x, product, false);
+    const Kernels& kernels = KernelsOfProcessor();
+    double sum = 0.0;
+    for (int i = 0; i < other.n; i++) sum += kernels.dot(other.p, product[i], other.x[i]);
+    return sum;
+}
+
 template <class T>
 double VecProd(const CongruenceSide<T>& a, const CongruenceSide<T>& b, Matrix<T> product,
                Matrix<T> rows) {
+    if constexpr (std::is_same_v<T, double>)
+        if (a.byObjects != b.byObjects && !a.hasMissing && !b.hasMissing)
+            return a.byObjects ? VecProdOfMixed(a, b, product) : VecProdOfMixed(b, a, product);
     if (a.byObjects || b.byObjects || a.hasMissing || b.hasMissing)
         return VecProdByObjects(a, b, rows);
     return a.p > b.p ? VecProdByVariables(a, b, product) : VecProdByVariables(b, a, product);
@@ -143,7 +156,10 @@ void SetCongruenceSide(ConstMatrix<T> a, CongruenceSide<T>* side) {
     side->hasMissing = HasMissing<T>(side->n, side->p, side->x);
     if (side->measure != kRV) return;
     if (side->byObjects)
-        for (int i = 0; i < side->n; i++) RowOfObjects(*side, i, side->objects[i]);
+        for (int i = 0; i < side->n; i++) {
+            RowOfObjects(*side, i, side->objects[i]);
+            for (int j = i + 1; j < side->n; j++) side->objects[j][i] = side->objects[i][j];
+        }
     side->self = VecProd<T>(*side, *side, side->variables, side->rows);
 }
 

@@ -18,7 +18,7 @@ struct CongruenceSide {
     bool hasMissing;            ///< some centred value is -999
     ScopedMatrix<T> x;          ///< n x p
     bool byObjects;             ///< RV: compared through products among objects, x x'
-    ScopedMatrix<T> objects;    ///< RV by objects: upper half of x x' (n x n)
+    ScopedMatrix<T> objects;    ///< RV by objects: x x' (n x n)
     ScopedMatrix<T> variables;  ///< RV by variables: room for x' x (p x p)
     ScopedMatrix<T> rows;       ///< RV: room for a row of x x' of either side
     double self;                ///< RV: sum of squares of all elements of x x'

@@ -135,27 +135,80 @@ INLINE_BODY void WeightedRowsBody(int entries, const int* at, const double* weig
     }
 }
 
-#define KERNELS(TARGET)                                                                     \
-    TARGET void Euclidean(int n, int p, const double* columns, int stride, double* cells) { \
-        DistancesBody(true, n, p, columns, stride, cells);                                  \
-    }                                                                                       \
-    TARGET void Absolute(int n, int p, const double* columns, int stride, double* cells) {  \
-        DistancesBody(false, n, p, columns, stride, cells);                                 \
-    }                                                                                       \
-    TARGET double Sum(int m, const double* x) {                                             \
-        return SumBody(m, x);                                                               \
-    }                                                                                       \
-    TARGET double Dot(int m, const double* x, const double* y) {                            \
-        return DotBody(m, x, y);                                                            \
-    }                                                                                       \
-    TARGET double Centre(int m, double mean, double* x) {                                   \
-        return CentreBody(m, mean, x);                                                      \
-    }                                                                                       \
-    TARGET void WeightedRows(int entries, const int* at, const double* weights,             \
-                             const double* table, int width, double* row) {                 \
-        WeightedRowsBody(entries, at, weights, table, width, row);                          \
-    }                                                                                       \
-    constexpr Kernels kKernels = {Euclidean, Absolute, Sum, Dot, Centre, WeightedRows};
+/// Products of 4 A columns of a, from i on, with B columns of b, from j on.
+template <int A, int B>
+INLINE_BODY void ProductsOfBlock(bool turned, int n, const double* const* a, int i,
+                                 const double* const* b, int j, double* const* c) {
+    Lanes sum[A][B] = {};
+    for (int k = 0; k < n; k++) {
+        const double* x = a[k] + i;
+        const double* y = b[k] + j;
+        for (int s = 0; s < A; s++) {
+            Lanes v;
+            Load(x + s * kLanes, v);
+            for (int t = 0; t < B; t++) sum[s][t] += v * y[t];
+        }
+    }
+    for (int s = 0; s < A; s++)
+        for (int t = 0; t < B; t++)
+            for (int l = 0; l < kLanes; l++) {
+                const int column = i + s * kLanes + l;
+                (turned ? c[j + t][column] : c[column][j + t]) = sum[s][t][l];
+            }
+}
+
+template <int A>
+INLINE_BODY void ProductsOfStrip(bool turned, int n, const double* const* a, int i, int p2,
+                                 const double* const* b, double* const* c) {
+    int j = 0;
+    for (; j + 4 <= p2; j += 4) ProductsOfBlock<A, 4>(turned, n, a, i, b, j, c);
+    for (; j < p2; j++) ProductsOfBlock<A, 1>(turned, n, a, i, b, j, c);
+}
+
+INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* const* a, int p2,
+                                    const double* const* b, double* const* c) {
+    int i = 0;
+    for (; i + 2 * kLanes <= p1; i += 2 * kLanes) ProductsOfStrip<2>(turned, n, a, i, p2, b, c);
+    for (; i + kLanes <= p1; i += kLanes) ProductsOfStrip<1>(turned, n, a, i, p2, b, c);
+    for (; i < p1; i++)
+        for (int j = 0; j < p2; j++) {
+            double sum = 0.0;
+            for (int k = 0; k < n; k++) sum += a[k][i] * b[k][j];
+            (turned ? c[j][i] : c[i][j]) = sum;
+        }
+}
+
+#define KERNELS(TARGET)                                                                            \
+    TARGET void Euclidean(int n, int p, const double* columns, int stride, double* cells) {        \
+        DistancesBody(true, n, p, columns, stride, cells);                                         \
+    }                                                                                              \
+    TARGET void Absolute(int n, int p, const double* columns, int stride, double* cells) {         \
+        DistancesBody(false, n, p, columns, stride, cells);                                        \
+    }                                                                                              \
+    TARGET double Sum(int m, const double* x) {                                                    \
+        return SumBody(m, x);                                                                      \
+    }                                                                                              \
+    TARGET double Dot(int m, const double* x, const double* y) {                                   \
+        return DotBody(m, x, y);                                                                   \
+    }                                                                                              \
+    TARGET double Centre(int m, double mean, double* x) {                                          \
+        return CentreBody(m, mean, x);                                                             \
+    }                                                                                              \
+    TARGET void WeightedRows(int entries, const int* at, const double* weights,                    \
+                             const double* table, int width, double* row) {                        \
+        WeightedRowsBody(entries, at, weights, table, width, row);                                 \
+    }                                                                                              \
+    TARGET void ColumnProducts(int n, int p1, const double* const* a, int p2,                      \
+                               const double* const* b, double* const* c) {                         \
+        ColumnProductsBody(false, n, p1, a, p2, b, c);                                             \
+    }                                                                                              \
+    TARGET void ColumnProductsTurned(int n, int p1, const double* const* a, int p2,                \
+                                     const double* const* b, double* const* c) {                   \
+        ColumnProductsBody(true, n, p1, a, p2, b, c);                                              \
+    }                                                                                              \
+    constexpr Kernels                                                                              \
+        kKernels = {Euclidean,           Absolute, Sum, Dot, Centre, WeightedRows, ColumnProducts, \
+                    ColumnProductsTurned};
 
 namespace plain {
 KERNELS()

@@ -22,6 +22,14 @@ struct Kernels {
     /// a multiple of 4.
     void (*weightedRows)(int entries, const int* at, const double* weights, const double* table,
                          int width, double* row);
+
+    /// Products between p1 columns of a and p2 columns of b over n rows, each summed row after row,
+    /// into c: c[i][j] of column i of a and column j of b. Quickest with the wider matrix as a.
+    void (*columnProducts)(int n, int p1, const double* const* a, int p2, const double* const* b,
+                           double* const* c);
+    /// The same into c[j][i].
+    void (*columnProductsTurned)(int n, int p1, const double* const* a, int p2,
+                                 const double* const* b, double* const* c);
 };
 
 /// The loops for this processor, and those that any processor can run.

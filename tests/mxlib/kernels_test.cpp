@@ -70,4 +70,31 @@ TEST(Kernels, ColumnsAndWeightedRowsAreSummedInTheirOrder) {
         }
 }
 
+TEST(Kernels, ColumnProductsAreSummedInTheirOrder) {
+    constexpr int kRows = 9;
+    for (const Kernels* kernels : {&KernelsOfProcessor(), &KernelsOfAnyProcessor()})
+        for (const int p : {1, 4, 15, 22}) {
+            constexpr int kNarrow = 6;
+            std::vector<std::vector<double>> values;
+            std::vector<double*> a, b, c, turned;
+            for (unsigned i = 0; i < kRows; i++) {
+                a.push_back(values.emplace_back(RandomNumbers(p, 2 * i)).data());
+                b.push_back(values.emplace_back(RandomNumbers(kNarrow, 2 * i + 1)).data());
+            }
+            for (int i = 0; i < p; i++)
+                c.push_back(values.emplace_back(RandomNumbers(kNarrow, 0)).data());
+            for (int j = 0; j < kNarrow; j++)
+                turned.push_back(values.emplace_back(RandomNumbers(p, 0)).data());
+            kernels->columnProducts(kRows, p, a.data(), kNarrow, b.data(), c.data());
+            kernels->columnProductsTurned(kRows, p, a.data(), kNarrow, b.data(), turned.data());
+            for (int i = 0; i < p; i++)
+                for (int j = 0; j < kNarrow; j++) {
+                    double sum = 0.0;
+                    for (int k = 0; k < kRows; k++) sum += a[k][i] * b[k][j];
+                    EXPECT_EQ(c[i][j], sum);
+                    EXPECT_EQ(turned[j][i], sum);
+                }
+        }
+}
+
 }  // namespace

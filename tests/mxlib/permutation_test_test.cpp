@@ -82,6 +82,17 @@ TEST(PermutationTest, AgreesWithThePlainTestOnTheExamples) {
         }
 }
 
+/// Y becomes what the traits of the communities explain, and a part of what it was.
+void ExplainYByTraits(const TestRecord& in, double part) {
+    for (int i = 0; i < in.nCommunities; i++) {
+        double explained = 0.0;
+        for (int k = 0; k < in.nOTUs; k++)
+            for (int j = 0; j < in.nTraits; j++) explained += in.W[i][k] * in.B[k][j];
+        for (int k = 0; k < in.nOTUs; k++)
+            in.Y[i][k] = in.Y[i][k] * part + explained * std::sin(k + 1.0);
+    }
+}
+
 /// One departure from ordinary data each.
 const PermTestSizes kOrdinary = {9, 14, 4, 3, 3, 2, 0.4};
 const struct {
@@ -136,6 +147,12 @@ const struct {
          for (int i = 0; i < 9; i++) in.E[i][0] = in.E[i][1] = in.E[i][2] = 2.0;
          DeriveFromTables(d);
      }},
+    {"Y mostly explained by the traits",
+     {12, 14, 3, 3, 3, 2, 0.4},
+     [](PermTestData*, TestRecord& in) { ExplainYByTraits(in, 0.3); }},
+    {"Y explained by the traits but for a trace",
+     {12, 10, 3, 3, 3, 2, 0.4},
+     [](PermTestData*, TestRecord& in) { ExplainYByTraits(in, 1e-5); }},
 };
 
 TEST(PermutationTest, AgreesWithThePlainTestOnOddData) {

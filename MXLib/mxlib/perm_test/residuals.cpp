@@ -1,6 +1,7 @@
 #include "mxlib/perm_test/residuals.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "mxlibRes/congruence.h"
 
@@ -68,6 +69,20 @@ const CongruenceSide<double>& ResidualsOf(const TestRecord& in, const Arrangemen
     return *side;
 }
 
+/// Z and Y are wide, and the same in every arrangement: their residuals are made only where the
+/// shorter way fails.
+double Partial(const TestRecord& in, const Arrangement& now, const PartialOfMatrices& partial,
+               MatrixPairs* m) {
+    const CongruenceSide<double>& a = ResidualsOf(in, now, partial.a, partial.removed, m);
+    if (partial.b == kZ || partial.b == kY) {
+        const double shorter =
+            CongruenceOfResiduals(a, *m->sides[partial.b], m->squares[partial.b],
+                                  *m->factors[partial.removed], &m->projection, &m->scratch);
+        if (!std::isnan(shorter)) return shorter;
+    }
+    return Congruence(a, ResidualsOf(in, now, partial.b, partial.removed, m), &m->scratch);
+}
+
 }  // namespace
 
 MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs) {
@@ -80,12 +95,15 @@ MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs) {
                   {},
                   ScopedMatrix<double>(in.nCommunities, widest),
                   MakeCongruenceScratch<double>(in.opt_ro, in.nCommunities, widest, widestVarying),
+                  MakeProjection(in.opt_ro, in.nCommunities, in.nTraits, in.nOTUs, in.nTypes),
+                  {},
                   allPairs};
     for (const Letter letter : {kE, kZ, kY, kT, kX, kP, kR, kF})
         m.sides[letter] = MakeSide(in, letter);
     SetCongruenceSide<double>(in.E, m.sides[kE].get());
     SetCongruenceSide<double>(in.Z, m.sides[kZ].get());
     SetCongruenceSide<double>(in.Y, m.sides[kY].get());
+    for (const Letter letter : {kZ, kY}) m.squares[letter] = SquaresOf(*m.sides[letter]);
     MakeRoomForPartials(in, widest, &m);
     return m;
 }
@@ -103,8 +121,5 @@ void MatrixBlock(const TestRecord& in, const Arrangement& now, Block block, Matr
         if (pair.block == block && (m->allPairs || !pair.servesOthersOnly))
             (*s)[pair.result] = Congruence(*m->sides[pair.a], *m->sides[pair.b], &m->scratch);
     for (const PartialOfMatrices& partial : kPartialsOfMatrices)
-        if (partial.block == block)
-            (*s)[partial.result] =
-                Congruence(ResidualsOf(in, now, partial.a, partial.removed, m),
-                           ResidualsOf(in, now, partial.b, partial.removed, m), &m->scratch);
+        if (partial.block == block) (*s)[partial.result] = Partial(in, now, partial, m);
 }

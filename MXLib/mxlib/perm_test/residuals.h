@@ -10,6 +10,7 @@
 
 #include "mxLinearModels/component_regression.h"
 #include "mxlib/perm_test/composition.h"
+#include "mxlib/perm_test/projection.h"
 #include "mxlibRes/congruence_kernels.h"
 
 using Side = std::unique_ptr<CongruenceSide<double>>;
@@ -22,6 +23,8 @@ struct MatrixPairs {
     std::array<std::array<bool, kLetters>, kCovariableChoices> hasResiduals;
     ScopedMatrix<double> room;  ///< residuals of one matrix
     CongruenceScratch<double> scratch;
+    Projection projection;                 ///< for r(XZ.T) and r(XY.T)
+    std::array<double, kLetters> squares;  ///< of Z and Y made ready
     bool allPairs;  ///< also those that serve no partial statistic here and are only printed
 };
 MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs);
