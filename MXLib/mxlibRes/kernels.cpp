@@ -178,6 +178,7 @@ INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* co
         }
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): an attribute takes none
 #define KERNELS(TARGET)                                                                            \
     TARGET void Euclidean(int n, int p, const double* columns, int stride, double* cells) {        \
         DistancesBody(true, n, p, columns, stride, cells);                                         \
@@ -209,6 +210,7 @@ INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* co
     constexpr Kernels                                                                              \
         kKernels = {Euclidean,           Absolute, Sum, Dot, Centre, WeightedRows, ColumnProducts, \
                     ColumnProductsTurned};
+// NOLINTEND(bugprone-macro-parentheses)
 
 namespace plain {
 KERNELS()

@@ -150,7 +150,7 @@ void OpenSession(const char* mode) {
     ReadStringIn("%s\n", tempName, sizeof(tempName) - 1);
     CopyText(sessionShortName, kSessionNameLength, tempName);
     volumeName[0] = '\0';
-    std::strcpy(sessionName, sessionShortName);
+    CopyText(sessionName, kFileNameLength, sessionShortName);
     MakeSessionFileName(whichTrack, sessionName, trackExt);
     FILE* track = fopenck(whichTrack, volumeName, mode);
     if (track == nullptr) {

@@ -10,6 +10,7 @@
 #include "mxlibDim/dim.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/scoped.h"
+#include "mxlibDim/text.h"
 #include "mxlibDim/with_stream.h"
 
 // Each count is read and bounded before the first table that it sizes is allocated, and all tables
@@ -122,7 +123,7 @@ void ReadEnvLabels(const DataFile& file) {
     // An old file goes straight to the labels: all variables are quantitative.
     optEnvVarType = 2;
     for (int j = 0; j < nenv; j++) envVarType[j] = 3;
-    std::strcpy(envLabel[0], word);
+    CopyText(envLabel[0], kLabelLength, word);
     ReadWords(file, envLabel + 1, nenv - 1, kLabelLength);
 }
 

@@ -6,6 +6,7 @@
 
 #include "TSLGLOB/dataset.h"
 #include "TSLIFFMT/checks.h"
+#include "mxlibDim/text.h"
 
 namespace {
 
@@ -64,6 +65,6 @@ void LabelSpecies(int n, char** names) {
         MakeLabel(label, names, i);
         char labelled[kSpeciesLength + 1];
         std::snprintf(labelled, sizeof labelled, "%s %.*s", label, kKeptOfName, names[i]);
-        std::strcpy(names[i], labelled);
+        CopyText(names[i], kSpeciesLength, labelled);
     }
 }

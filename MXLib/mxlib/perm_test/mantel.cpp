@@ -52,13 +52,8 @@ double CorrelationOfPresent(int m, const double* a, const double* b) {
     return products / std::sqrt(squaresA * squaresB);
 }
 
-void CellsAbove(int n, ConstMatrix<double> d, double* cells) {
-    for (int i = 0; i < n; i++)
-        for (int j = i + 1; j < n; j++) *cells++ = d[i][j];
-}
-
 void TakeFixed(const TestRecord& in, Letter letter, ConstMatrix<double> d, MantelPairs* m) {
-    CellsAbove(in.nCommunities, d, m->cells[letter]);
+    CellsAbove<double>(in.nCommunities, d, m->cells[letter]);
     const double* cells = m->cells[letter];
     m->hasMissing[letter] = HasMissing(1, m->nCells, &cells);
     if (m->hasMissing[letter] || IsSmallSample(in)) return;
@@ -111,7 +106,7 @@ void MakeCells(const TestRecord& in, const Arrangement& now, Letter letter, Mant
         kernels.euclidean(n, p, m->columns, m->stride, cells);
     } else {
         CommunityResemblance(in, now, letter, m->square);
-        CellsAbove(n, m->square, cells);
+        CellsAbove<double>(n, m->square, cells);
     }
 }
 

@@ -5,6 +5,13 @@
 
 #include "mxlib/perm_test/composition.h"
 
+/// The cells of a square matrix above its diagonal, row after row.
+template <class T>
+void CellsAbove(int n, ConstMatrix<T> s, double* cells) {
+    for (int i = 0; i < n; i++)
+        for (int j = i + 1; j < n; j++) *cells++ = s[i][j];
+}
+
 struct MantelPairs {
     int nCells;
     int stride;                     ///< places of a column

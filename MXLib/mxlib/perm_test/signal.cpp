@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "mxlib/perm_test/entropy.h"
+#include "mxlib/perm_test/mantel.h"
 #include "mxlibRes/congruence.h"
 #include "mxlibRes/kernels.h"
 #include "mxlibRes/missing.h"
@@ -21,12 +22,6 @@ std::unique_ptr<SignalOfPairs> MakeSignalOfPairs(int n) {
     return std::unique_ptr<SignalOfPairs>(
         new SignalOfPairs{false, ScopedVector<double>(n * (n - 1) / 2), ScopedVector<double>(n),
                           ScopedVector<double>(n * n), 0.0});
-}
-
-template <class T>
-void CellsAbove(int n, ConstMatrix<T> s, double* cells) {
-    for (int i = 0; i < n; i++)
-        for (int j = i + 1; j < n; j++) *cells++ = s[i][j];
 }
 
 /// Both sides centred at the means of their cells above the diagonal.

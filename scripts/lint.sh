@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# The format of all sources by clang-format, then clang-tidy on the library and the program.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-packages.sh build lint
+git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror
+
+# clang-tidy reads the commands of a build folder of its own. It takes one file at a time: with
+# several its analyzer carries the state of one into the next.
+cmake -S . -B build/lint -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF >/dev/null
+git ls-files 'MXLib/*.cpp' 'TESSEL_sources/*.cpp' |
+  xargs -n 1 -P "$(nproc)" clang-tidy -p build/lint --quiet 2> >(grep -v 'warnings generated' >&2)
+echo "No finding."
