@@ -2,13 +2,13 @@
 // exits, comes to rest or ends by an error, without a lost stream, and the raw files stay as they
 // were.
 
-#include <dirent.h>
 #include <fcntl.h>
 
 #include <cctype>
 #include <cstring>
-#include <string>
-#include <string_view>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
@@ -18,35 +18,28 @@
 #include "mxlibDim/dim.h"
 #include "mxlibDim/reading.h"
 #include "one_file.h"
+#include "support/good_session.h"
 
 namespace {
 
-struct NamedText {
-    const char* name;
-    std::string_view text;
-};
+/// The files of the good session, odd ones, and a session `m` with everything in its data.
+FilesByName MadeFiles() {
+    FilesByName files = GoodFiles();
+    files["g.txt"] = files["types.txt"];
+    files["odd.txt"] = "nan inf -inf 1e38 1e-42 0 -999 x 1e400\n";
+    files["short.txt"] = "1\n";
+    files["mTrk.txt"] = "mFormda.txt\n07Jul17\n";
+    files["mFormda.txt"] =
+        "T\n3\na b c\n3 1 2\n0 0 0\n4 2 3\n4\np q r s\n5\n0 0 0 0\n0 0 0 0 0 0 0\n25Jun2016\n"
+        "2.385 1 2\n1.175 0 1\n3.81 1 3\n0.62 0 3\n1.905 1 1\n\n"
+        "3 0 1 0\n0 2 1 0\n4 1 0 2\n0 0 2 0\n1 0 0 3\n\n"
+        "2\n97Sep08\n5\n3 1\nwater grazed\nE.txt\n1.5 2.25 0.75 3.1\n2 1 2 1\n"
+        "2\nspp.txt\nPoa\nStipa\n1111\n1001\n10\n10\n01\n01\n01\nSMW 1\n"
+        "1\n3\n0 .5 1 1 1\n.5 0 1 1 1\n1 1 0 .7 .7\n1 1 .7 0 .2\n1 1 .7 .2 0\n1\n1 1 2\n";
+    return files;
+}
 
-// Five OTUs, three traits, four communities, two ecological variables.
-constexpr NamedText kRawFiles[] = {
-    {"B.txt", "2.385 1 2\n1.175 0 1\n3.81 1 3\n0.62 0 3\n1.905 1 -999\nheight woody form\n"},
-    {"W.txt", "3 0 4 0 1\n0 2 1 0 0\n1 1 0 2 0\n0 0 2 0 3\na b c d\n"},
-    {"E.txt", "1.5 2\n2.25 1\n0.75 2\n3.1 1\nwater grazed\n"},
-    {"F.txt", "0 2 4 4 4\n2 0 4 4 4\n4 4 0 3 3\n4 4 3 0 1\n4 4 3 1 0\n"},
-    {"spp.txt", "Poa annua\nPoa pratensis\nStipa\nStipa\nCarex nigra\n"},
-    {"g.txt", "1 1 2 2 2\n"},
-    {"odd.txt", "nan inf -inf 1e38 1e-42 0 -999 x 1e400\n"},
-    {"short.txt", "1\n"},
-};
-constexpr NamedText kSession[] = {
-    {"mTrk.txt", "mFormda.txt\n07Jul17\n"},
-    {"mFormda.txt",
-     "T\n3\na b c\n3 1 2\n0 0 0\n4 2 3\n4\np q r s\n5\n0 0 0 0\n0 0 0 0 0 0 0\n25Jun2016\n"
-     "2.385 1 2\n1.175 0 1\n3.81 1 3\n0.62 0 3\n1.905 1 1\n\n"
-     "3 0 1 0\n0 2 1 0\n4 1 0 2\n0 0 2 0\n1 0 0 3\n\n"
-     "2\n97Sep08\n5\n3 1\nwater grazed\nE.txt\n1.5 2.25 0.75 3.1\n2 1 2 1\n"
-     "2\nspp.txt\nPoa\nStipa\n1111\n1001\n10\n10\n01\n01\n01\nSMW 1\n"
-     "1\n3\n0 .5 1 1 1\n.5 0 1 1 1\n1 1 0 .7 .7\n1 1 .7 0 .2\n1 1 .7 .2 0\n1\n1 1 2\n"},
-};
+const FilesByName kFiles = MadeFiles();
 
 constexpr int kLongestWork = 200;  // reports of progress
 constexpr std::size_t kLongestScript = 4096;
@@ -58,30 +51,18 @@ void CountWork() {
     if (++work > kLongestWork) throw Ended{};
 }
 
-bool IsPartOfFolder(const char* name) {
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
-}
-
 void RenewFolder() {
-    DIR* folder = opendir(".");
-    if (folder == nullptr) std::abort();
-    while (const dirent* entry = readdir(folder))
-        if (!IsPartOfFolder(entry->d_name) && std::remove(entry->d_name) != 0) std::abort();
-    closedir(folder);
-    for (const NamedText& file : kRawFiles)
-        WriteInput(file.name, file.text.data(), file.text.size());
-    for (const NamedText& file : kSession)
-        WriteInput(file.name, file.text.data(), file.text.size());
+    for (const auto& entry : std::filesystem::directory_iterator("."))
+        std::filesystem::remove_all(entry.path());
+    for (const auto& [name, text] : kFiles) WriteInput(name.c_str(), text.data(), text.size());
 }
 
 void ExpectRawFilesUnharmed() {
-    for (const NamedText& file : kRawFiles) {
-        char bytes[256];
-        FILE* stream = std::fopen(file.name, "r");
-        if (stream == nullptr) std::abort();
-        const std::size_t size = std::fread(bytes, 1, sizeof(bytes), stream);
-        std::fclose(stream);
-        if (std::string_view(bytes, size) != file.text) std::abort();
+    for (const auto& [name, text] : kFiles) {
+        std::ifstream file(name);
+        const bool isOfSession = name[0] == 'm' || name.rfind("old", 0) == 0;
+        if (!isOfSession && std::string(std::istreambuf_iterator<char>(file), {}) != text)
+            std::abort();
     }
 }
 

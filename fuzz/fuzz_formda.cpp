@@ -1,6 +1,7 @@
 // Any text as a formatted data file: it is refused or loads, and what loads can be written and read
 // again with the same counts.
 
+#include <array>
 #include <cstring>
 
 #include "TSLGLOB/dataset.h"
@@ -10,12 +11,7 @@
 
 namespace {
 
-struct Counts {
-    int traits, communities, otus, variables, species, phylogenyType, window;
-    bool operator==(const Counts&) const = default;
-};
-
-Counts CountsInMemory() {
+std::array<int, 7> CountsInMemory() {
     return {nch, ncsm, tcst, nenv, nSpp, phylogenyMatrixType, SMWSize};
 }
 
@@ -30,7 +26,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     WriteInput(whichFormda, data, size);
     if (!Survives([] { OpenFormda(1); })) return 0;
-    const Counts read = CountsInMemory();
+    const auto read = CountsInMemory();
     WriteFormda(tcst, whichFormda, dataName, csm_Float, cadat);
     // A text with a zero byte in it ends there, and one that is empty is no field of the file.
     const bool isText = size == 0 || std::memchr(data, '\0', size) == nullptr;

@@ -14,12 +14,9 @@
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-namespace {
-
 namespace fs = std::filesystem;
 
-/// The files that the arguments name, or that lie in the folders that they name.
-std::vector<fs::path> FilesNamed(int argc, char** argv) {
+int main(int argc, char** argv) {
     std::vector<fs::path> files;
     for (int i = 1; i < argc; i++) {
         const fs::path path = fs::absolute(argv[i]);
@@ -29,26 +26,14 @@ std::vector<fs::path> FilesNamed(int argc, char** argv) {
             for (const auto& entry : fs::directory_iterator(path)) files.push_back(entry.path());
     }
     std::sort(files.begin(), files.end());
-    return files;
-}
-
-std::vector<char> BytesOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    const std::vector<fs::path> files = FilesNamed(argc, argv);
-    // The target takes the three standard streams for itself and its own folder for the working
-    // one.
+    // The target takes the standard streams for itself and its own folder for the working one.
     FILE* const screen = stdout;
     LLVMFuzzerInitialize(&argc, &argv);
     for (const fs::path& file : files) {
         std::fprintf(screen, "%s\n", file.c_str());
         std::fflush(screen);
-        const std::vector<char> bytes = BytesOf(file);
+        std::ifstream stream(file, std::ios::binary);
+        const std::string bytes(std::istreambuf_iterator<char>(stream), {});
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     }
     return files.empty() ? 1 : 0;

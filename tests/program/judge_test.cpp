@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <filesystem>
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include "support/judge_values.h"
 #include "support/run_program.h"
+#include "support/text.h"
 
 namespace {
 
@@ -31,14 +31,14 @@ const Analysis kAnalyses[] = {{"mantel6", "1", "1\n6", "y"},
                               {"rv", "1", "3", "y"},
                               {"rv_raw", "1", "3", "n"}};
 
-/// The prepared answers of an example up to the types of OTUs, then the settings of `analysis`.
+/// The prepared answers of an example: as they are for the first analysis, else up to the types of
+/// OTUs, then the settings of `analysis`.
 std::string Answers(const std::string& prepared, const std::string& example, const Analysis& a) {
+    if (&a == kAnalyses) return prepared;
     const std::string types = "types.txt\n";
-    const std::size_t end = prepared.find(types);
-    EXPECT_NE(end, std::string::npos);
     const std::string traitGroups = example == "mafragh" ? "y\n" : "";
-    return prepared.substr(0, end) + types + a.belonging + "\n1\n0\n2\n1\n" + a.congruence +
-           "\n1\n" + traitGroups + a.unitTotals + "\nn\nC\nC\nX\n";
+    return prepared.substr(0, prepared.find(types)) + types + a.belonging + "\n1\n0\n2\n1\n" +
+           a.congruence + "\n1\n" + traitGroups + a.unitTotals + "\nn\nC\nC\nX\n";
 }
 
 /// The numbers that stand after the first tab or line end behind `title`.
@@ -51,63 +51,55 @@ std::vector<double> NumbersAfter(const std::string& report, const std::string& t
     return numbers;
 }
 
-int CountAsJudged(const std::string& report, const std::string& analysis) {
+/// Runs an example and holds the `count` correlations of its report that were judged as `analysis`
+/// against their values.
+std::string ReportAsJudged(const TempFolder& folder, const std::string& answers,
+                           const std::string& analysis, int count) {
+    const ProgramRun run = RunProgram(folder, answers, 240);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    const std::string example = analysis.substr(0, analysis.find('.'));
+    const std::string report = folder.Read(example + "Prinda.txt");
     int judged = 0;
-    for (const char* letters : {"TE", "XE", "XE.T", "RE", "XE.TR", "BF", "PE", "PT", "PX", "PX.T",
-                                "TE.P", "XE.P", "XE.TP", "PE.T", "PE.X", "FE"}) {
-        std::string name = letters;
-        std::ranges::replace(name, '.', '_');
-        name = analysis + ".ro" + name;
+    for (const std::string letters : {"TE", "XE", "XE.T", "RE", "XE.TR", "BF", "PE", "PT", "PX",
+                                      "PX.T", "TE.P", "XE.P", "XE.TP", "PE.T", "PE.X", "FE"}) {
+        std::string name = analysis + ".ro" + letters;
+        std::replace(name.end() - std::ptrdiff_t(letters.size()), name.end(), '.', '_');
         if (!HasJudged(name)) continue;
-        ExpectAsJudged(name, NumbersAfter(report, std::string("(") + letters + ")"),
-                       kPrintedDigits);
+        ExpectAsJudged(name, NumbersAfter(report, "(" + letters + ")"), kPrintedDigits);
         judged++;
     }
-    return judged;
-}
-
-void RunProgramAsJudged(TempFolder* folder, const std::string& answers, std::string* report) {
-    const ProgramRun run = RunProgram(*folder, answers);
-    ASSERT_EQ(run.status, 0) << run.err;
-    *report =
-        folder->Read(folder->Has("aravoPrinda.txt") ? "aravoPrinda.txt" : "mafraghPrinda.txt");
+    EXPECT_EQ(judged, count);
+    return report;
 }
 
 TEST(JudgedReport, OfTheExamples) {
-    for (const std::string example : {"aravo", "mafragh"}) {
+    for (const std::string example : {"aravo", "mafragh"})
         for (const Analysis& analysis : kAnalyses) {
             SCOPED_TRACE(example + " " + analysis.name);
+            const bool hasPhylogeny = example == "mafragh";
             TempFolder folder;
             std::filesystem::copy(TESSEL_EXAMPLES "/" + example, folder.path());
-            std::string report;
-            RunProgramAsJudged(&folder, Answers(folder.Read("answers.txt"), example, analysis),
-                               &report);
-            EXPECT_EQ(CountAsJudged(report, example + "." + analysis.name),
-                      example == "mafragh" ? 16 : 5);
-            ExpectAsJudged(example + ".gini", NumbersAfter(report, "\nGini-Simpson index (D)"),
-                           kPrintedDigits);
-            ExpectAsJudged(example + ".rao_sqrt",
-                           NumbersAfter(report, "considering trait dissimilarities"),
-                           kPrintedDigits);
-            if (example == "mafragh")
-                ExpectAsJudged(example + ".rao_phylogeny",
-                               NumbersAfter(report, "\nRao quadratic entropy (Rp)"),
-                               kPrintedDigits);
+            const std::string report =
+                ReportAsJudged(folder, Answers(folder.Read("answers.txt"), example, analysis),
+                               example + "." + analysis.name, hasPhylogeny ? 16 : 5);
+            const auto expect = [&](const char* name, const char* title) {
+                ExpectAsJudged(example + name, NumbersAfter(report, title), kPrintedDigits);
+            };
+            expect(".gini", "\nGini-Simpson index (D)");
+            expect(".rao_sqrt", "considering trait dissimilarities");
+            if (hasPhylogeny) expect(".rao_phylogeny", "\nRao quadratic entropy (Rp)");
         }
-    }
 }
 
 TEST(JudgedReport, OfVariablesOfMixedTypes) {
     TempFolder folder;
     std::filesystem::copy(TESSEL_EXAMPLES "/aravo", folder.path());
     std::filesystem::rename(folder.path() / "E_mixed.txt", folder.path() / "E.txt");
-    std::string prepared = folder.Read("answers.txt");
-    const std::string kind = "\n4\n2\n2\nN\nV\n";
-    ASSERT_NE(prepared.find(kind), std::string::npos);
-    prepared.replace(prepared.find(kind), kind.size(), "\n6\n2\n5\nk\n3 3 4 3 2 3\ny\nN\nV\n");
-    std::string report;
-    RunProgramAsJudged(&folder, Answers(prepared, "aravo", kAnalyses[0]), &report);
-    EXPECT_EQ(CountAsJudged(report, "aravo.mixed"), 5);
+    ReportAsJudged(folder,
+                   Replaced(folder.Read("answers.txt"), "\n4\n2\n2\nN\nV\n",
+                            "\n6\n2\n5\nk\n3 3 4 3 2 3\ny\nN\nV\n"),
+                   "aravo.mixed", 5);
 }
 
 }  // namespace

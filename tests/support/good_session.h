@@ -11,7 +11,8 @@
 #include "support/temp_folder.h"
 
 struct Step {
-    std::string prompt;  ///< what is asked, in a word or two
+    std::string prompt;    ///< what is asked, in a word or two
+    std::string accepted;  ///< the list that a complaint names: letters, numbers or a range
     std::string answer;
 };
 
@@ -37,22 +38,30 @@ inline FilesByName GoodFiles() {
 
 inline std::vector<Step> GoodSession() {
     std::istringstream session(
-        "main menu: N; session name: new; data option: 1; file B: B.txt; F 0/1: 1; "
-        "file F: F.txt; file W: W.txt; species 0/1: 1; species file: spp.txt; E 0/1: 1; "
-        "file E: E.txt; OTUs: 5; traits: 3; trait labels: 2; format of B: 2; "
-        "source of types: k; trait types: 3 1 2; types correct: y; trait groups: 0; "
-        "format of F: 1; communities: 4; community labels: 2; format of W: 1; "
-        "species labels: 2; variables: 2; variable labels: 2; kind of E: 2; order of E: N; "
-        "session menu: V; community menu: H; species as types: n; source of groups: f; "
-        "group file: types.txt; fuzzy: 1; iterations: 9; restriction: 1; "
-        "source of nesting: k; nesting: 1 1 2 2 2; seed option: 2; seed: 7; congruence: 1; "
-        "resemblance: 10; trait option: 2; select traits: 1 1 1; standardize: y; "
-        "details: y; community menu again: C; session menu again: C; main menu again: X;");
+        "main menu [N O S A X]: N; session name []: new; data option [1 2 3 4]: 1; "
+        "file B []: B.txt; F 0/1 [0 1]: 1; file F []: F.txt; file W []: W.txt; "
+        "species 0/1 [0 1]: 1; species file []: spp.txt; E 0/1 [0 1]: 1; file E []: E.txt; "
+        "OTUs [1 to 2.14748e+09]: 5; traits [1 to 2.14748e+09]: 3; trait labels [1 2]: 2; "
+        "format of B [1 2]: 2; source of types [f k]: k; trait types [1 2 3 4]: 3 1 2; "
+        "types correct [y n]: y; trait groups [0 1]: 0; format of F [1 2 3]: 1; "
+        "communities [1 to 2.14748e+09]: 4; community labels [1 2]: 2; format of W [1 2 3]: 1; "
+        "species labels [1 2]: 2; variables [1 to 2.14748e+09]: 2; variable labels [1 2]: 2; "
+        "kind of E [1 2 3 4 5]: 2; order of E [n t]: N; session menu [V S C]: V; "
+        "community menu [H K C]: H; species as types [y n]: n; source of groups [f k]: f; "
+        "group file []: types.txt; fuzzy [0 1]: 1; iterations [0 to 2.14748e+09]: 9; "
+        "restriction [0 1]: 1; source of nesting [f k]: k; nesting []: 1 1 2 2 2; "
+        "seed option [1 2]: 2; seed [0 to 4.29497e+09]: 7; congruence [1 2 3]: 1; "
+        "resemblance [6 7 8 9 10]: 10; trait option [1 2]: 2; select traits [0 1]: 1 1 1; "
+        "standardize [y n]: y; details [y n]: y; community menu again [H K C]: C; "
+        "session menu again [V S C]: C; main menu again [N O S A X]: X;");
     std::vector<Step> steps;
     Step step;
-    while (std::getline(session >> std::ws, step.prompt, ':') &&
-           std::getline(session >> std::ws, step.answer, ';'))
+    while (std::getline(session >> std::ws, step.prompt, '[') &&
+           std::getline(session, step.accepted, ']') && session.ignore(2) &&
+           std::getline(session, step.answer, ';')) {
+        step.prompt.pop_back();
         steps.push_back(step);
+    }
     return steps;
 }
 
