@@ -47,7 +47,7 @@ void Register(const std::string& set, int opt_ro, bool phylogeny) {
     const std::string name =
         "permutation/" + set + "/" + kMeasures[opt_ro] + (phylogeny ? "/phylogeny/" : "/traits/");
     const bool slow = opt_ro != 1;
-    const int permutations = slow ? 20 : 1000;
+    const int permutations = slow ? 200 : 1000;
     const auto run = [=](Test test, int count) {
         return [=](benchmark::State& state) {
             OnePermutation(state, test, MakeData(set, phylogeny, opt_ro), count);
