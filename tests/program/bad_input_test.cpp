@@ -140,16 +140,13 @@ TEST(BadInput, MistakesAtEachPromptLeaveNoTrace) {
         }
         mistakes.push_back(mistake);
     }
-    // Names of files and sessions, and what is not echoed as it was typed.
+    for (const char* prompt : {"file B", "file F", "file W", "species file", "file E"})
+        mistakes.push_back({prompt, "no such file\nfolder\n/",
+                            CannotOpen("no such file") + CannotOpen("folder") + CannotOpen("/")});
+    // Names of other files and of sessions, and what is not echoed as it was typed.
     for (const auto& [prompt, typed, name] :
          std::vector<Mistake>{{"data option", "2\nabsent", "absentFormda.txt"},
                               {"data option", "2\nfolder", "folderFormda.txt"},
-                              {"file B", "absent.txt", "absent.txt"},
-                              {"file B", "/", "/"},
-                              {"file F", "B.txt.", "B.txt."},
-                              {"file W", "folder", "folder"},
-                              {"species file", "no such file", "no such file"},
-                              {"file E", "folder", "folder"},
                               {"source of types", "f\nfolder", "folder"},
                               {"source of types", "f\n" + x200, std::string(41, 'x')},
                               {"group file", "absent.txt\nf", "absent.txt"},
@@ -159,22 +156,21 @@ TEST(BadInput, MistakesAtEachPromptLeaveNoTrace) {
                               {"main menu again", "O\nfolder", "folderTrk.txt"},
                               {"main menu again", "N\nfolder", "folderTrk.txt"}})
         mistakes.push_back({prompt, typed, CannotOpen(name)});
-    for (const Mistake& mistake : std::vector<Mistake>{
-             {"main menu", std::string(200, 'q'), Repeated(Wrong("q", "N O S A X"), 200)},
-             {"data option", "99999999999999999999", Wrong("1e+20", "1 2 3 4")},
-             {"data option", std::string(200, '9'), Wrong("1e+200", "1 2 3 4")},
-             {"data option", "three", ""},
-             {"data option", x200, ""},
-             // 41 characters are taken at a time.
-             {"file B", x200,
-              Repeated(CannotOpen(std::string(41, 'x')), 4) + CannotOpen(std::string(36, 'x'))},
-             {"OTUs", "0 0.99 2147483648",
-              Wrong("0", "1 to 2.14748e+09") + Wrong("0.99", "1 to 2.14748e+09") +
-                  Wrong("2.14748e+09", "1 to 2.14748e+09")},
-             {"seed", "4294967296", Wrong("4.29497e+09", "0 to 4.29497e+09")},
-             {"seed", "seven", ""},
-         })
-        mistakes.push_back(mistake);
+    const std::vector<Mistake> others = {
+        {"main menu", std::string(200, 'q'), Repeated(Wrong("q", "N O S A X"), 200)},
+        {"data option", "99999999999999999999", Wrong("1e+20", "1 2 3 4")},
+        {"data option", std::string(200, '9'), Wrong("1e+200", "1 2 3 4")},
+        {"data option", "three", ""},
+        {"data option", x200, ""},
+        // 41 characters are taken at a time.
+        {"file B", x200,
+         Repeated(CannotOpen(std::string(41, 'x')), 4) + CannotOpen(std::string(36, 'x'))},
+        {"OTUs", "0 0.99", Wrong("0", "1 to 2.14748e+09") + Wrong("0.99", "1 to 2.14748e+09")},
+        {"variables", "2147483648", Wrong("2.14748e+09", "1 to 2.14748e+09")},
+        {"seed", "4294967296", Wrong("4.29497e+09", "0 to 4.29497e+09")},
+        {"seed", "seven", ""},
+    };
+    mistakes.insert(mistakes.end(), others.begin(), others.end());
     for (const Mistake& mistake : mistakes) {
         SCOPED_TRACE(mistake.prompt + ": " + mistake.typed);
         const SessionRun run(With(mistake.prompt, mistake.typed));

@@ -9,15 +9,7 @@ namespace {
 // The record of a session with 2 traits, 3 communities and 4 OTUs, one partition of the communities
 // and two of the OTUs; each number of a run of options tells its place.
 const std::string kTwoLines = "otherFormda.txt\n07Jul17\n";
-const std::string kRecord =
-    kTwoLines +
-    "envRese\nNULL\nNULL\nplotsHie.txt\nNULL\nNULL\nNULL\nNULL\nNULL\nNULL\nNULL\nNULL\nNULL\n"
-    "NULL\nNULL\nNULL\nroVelComplex\n"
-    "20\n21\n22\n23\n24\n25\n26\n27\n28\n29\n30\n31\n32\n33\n34\n35\n36\n37\n38\n39\n40\n41\n42\n"
-    "43\n44\n45\n2 1 \n3 4 \n5 6 \n3\n1.500000\n51\n52\n53\n54\n55\n56\n57\n58\n59\n"
-    "1\n0\nsoils \n2 \nwet dry \n1 2 1 \n66 67 \n68\n"
-    "2\n1\nforms ages \n1 2 \na  \na  b  \n1 2 \n1 1 1 \n1 2 2 1 \n1 0 1 "
-    "\n77\n78\n79\n80\n81\n82\n";
+const std::string kRecord = ReadWholeFile(TESSEL_TEST_DATA "/track.txt");
 
 struct TrackTest : InProcess {
     TrackTest() {
