@@ -132,6 +132,14 @@ void ExpectTable(const std::string& report, const char* what, const Rows& expect
     }
 }
 
+/// A redundancy is what an entropy leaves of the Gini-Simpson index.
+void ExpectRedundancy(const std::string& report, const char* title, const char* entropy) {
+    Row redundancy = TableAfter(report, "Gini-Simpson")[0];
+    const Row rao = TableAfter(report, entropy)[0];
+    for (std::size_t i = 0; i < 4; i++) redundancy[i] -= rao[i];
+    ExpectTable(report, title, {redundancy});
+}
+
 /// The value and the probability behind a label.
 std::array<double, 2> StatisticOf(const std::string& report, const std::string& label) {
     std::array<double, 2> s = {NAN, NAN};
@@ -238,10 +246,7 @@ TEST(FunctionalAnalysis, PrintsTheTablesThatItsFormulasGive) {
         {"Gini-Simpson", {{0.625, 0.375, 0.75, 0.5}}},
     };
     for (const auto& [title, expected] : tables) ExpectTable(report, title, expected);
-    Row redundancy = TableAfter(report, "Gini-Simpson")[0];
-    const Row rao = TableAfter(report, "Rao quadratic entropy within")[0];
-    for (std::size_t i = 0; i < 4; i++) redundancy[i] -= rao[i];
-    ExpectTable(report, "Functional redundancy", {redundancy});
+    ExpectRedundancy(report, "Functional redundancy", "Rao quadratic entropy within");
     for (const char* label : {"r(TE)=", "r(XE)=", "r(XE.T)=", "r(RE)=", "r(XE.TR)="}) {
         const double p = StatisticOf(report, label)[1];
         EXPECT_TRUE(p >= 0.05 && p <= 1.0) << label << p;
@@ -309,6 +314,7 @@ TEST(FunctionalAnalysis, WeighsThePhylogenyOfEachKind) {
     ExpectTable(report, "Pooled performance matrix P", Product(Unit(kW), q));
     const auto expectBoth = [&] {
         ExpectTable(report, "Rao quadratic entropy (Rp)", {Rao(kW, d)});
+        ExpectRedundancy(report, "Phylogenetic redundancy", "Rao quadratic entropy (Rp)");
         ExpectTable(report, "Fuzzy belonging of 5", q);
     };
     expectBoth();

@@ -108,14 +108,16 @@ TEST_F(FormdaTest, PhylogenyLeftFromASmallerDataSetIsFilledWithZeros) {
 TEST_F(FormdaTest, LongWordsAreCutAndStrayMapCharactersSkipped) {
     std::string text = kWhole;
     for (const auto& [word, longWord] : {std::pair("height\t", "heightOfTheFirstLeaf\t"),
+                                         {"plotA\t", "plotNumberOne\t"},
                                          {"grazed", "grazedByCattle"},
                                          {"\n11\n01\n", "\n1x1\n01\n"}})
         text = Replaced(text, word, longWord);
     const ConsoleRun run = Open(Replaced(text, "Poa annua L.", "Poa" + std::string(67, 'a')));
     ASSERT_EQ(run.raised, 0);
     EXPECT_EQ(run.err, "\nIncorrect input = x. Reenter.\nAccepted input: 0 1\n");
-    EXPECT_EQ(Texts({chLabel[0], envLabel[1], spp[0], spp[1]}),
-              Texts({"heightOfTh", "grazedByCa", "Poa" + std::string(67, 'a'), "Stipa"}));
+    EXPECT_EQ(
+        Texts({chLabel[0], reLabel[0], envLabel[1], spp[0], spp[1]}),
+        Texts({"heightOfTh", "plotNumber", "grazedByCa", "Poa" + std::string(67, 'a'), "Stipa"}));
     EXPECT_EQ(sppRelMap[0][1], '1');
     ASSERT_EQ(Open(Replaced(kWhole, "E.txt \n", "E.txt other E.txt  \n")).raised, 0);
     EXPECT_STREQ(envName, "E.txt other E.txt");
