@@ -245,6 +245,8 @@ void ReleaseRowsLeftBehind(int allocatedOTUs, int allocatedSpecies) {
     ReleaseRows(csm_Float, tcst, allocatedOTUs);
     ReleaseRows(cadat, tcst, allocatedOTUs);
     ReleaseRows(cstSppMap, tcst, allocatedOTUs);
+    for (int k = 0; grCstLabelP != nullptr && k < kPartitions; k++)
+        ReleaseRows(grCstLabelP[k], tcst, allocatedOTUs);
     ReleaseRows(spp, nSpp, allocatedSpecies);
     ReleaseRows(sppRelMap, nSpp, allocatedSpecies);
 }
