@@ -4,7 +4,9 @@
 
 #include <initializer_list>
 
+#include "mxLinearModels/component_regression.h"
 #include "mxlibDim/dim.h"
+#include "mxlibRes/congruence_kernels.h"
 
 /// A set of covariables: the columns of an n-row matrix with select[j] equal to 1, or all when
 /// select is null.
@@ -20,3 +22,16 @@ struct CovariableSet {
 double PartialMatrixCorrelation(int n, int p1, int p2, ConstMatrix<double> a, ConstMatrix<double> b,
                                 int type, double overfit,
                                 std::initializer_list<CovariableSet> sets);
+
+/// Room for the coefficient of many matrices of the same sizes, without any allocation.
+struct PartialCorrelationRoom {
+    ComponentFactors factors;
+    ScopedMatrix<double> residuals;
+    CongruenceSide<double> a;
+    CongruenceSide<double> b;
+    CongruenceScratch<double> scratch;
+};
+PartialCorrelationRoom MakePartialCorrelationRoom(int n, int p1, int p2, int covariables, int type);
+double PartialMatrixCorrelation(ConstMatrix<double> a, ConstMatrix<double> b, double overfit,
+                                std::initializer_list<CovariableSet> sets,
+                                PartialCorrelationRoom* room);

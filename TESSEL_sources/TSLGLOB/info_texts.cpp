@@ -25,6 +25,38 @@ constexpr const char* kFuzzy[] = {"no adjustment (crisp belonging of OTUs to typ
 constexpr const char* kYesNo[] = {"no", "yes"};
 constexpr const char* kPartition[] = {"mixed", "quantitative", "qualitative"};
 
+constexpr const char* kRankingAlgorithm[] = {"1 (stepwise)", "2 (all trait combinations)"};
+constexpr const char* kRankingCriterion[] = {
+    "1 (both trait-divergence and trait-convergence assembly patterns)",
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    "9 (Trait-divergence assembly patterns, TDAP)",
+    "10 (Trait-convergence assembly patterns, TCAP)",
+    "11 (correlation of phylogenetically structured assembly patterns, PSAP to both "
+    "trait-divergence and trait-convergence assembly patterns, TDAP and TCAP)",
+    "12 (correlation of phylogenetically structured assembly patterns, PSAP to trait-divergence, "
+    "TDAP)",
+    "13 (correlation of phylogenetically structured assembly patterns, PSAP to trait-convergence "
+    "assembly patterns, TCAP)",
+    "14 (beta niche conservation: ro(PT) * ro(TE))",
+    "15 (alpha and beta niche conservation: ro(PX) * ro(XE))",
+    "16 (alpha divergence: ro(RE))",
+    "17 (beta divergence: ro(XE.TR))",
+    "18 (congruence of fuzzy-weighted composition and composition predicted by DeCaceres (2008) "
+    "smoothing: r(XZ))",
+    "19 (trait convergence: r(TZ))",
+    "20 (trait divergence: r(XZ.T))21 (correlation between 'dark diversity' (for each community, "
+    "sum of absolute differences between matrices X and W) and E: r(SE))",
+    nullptr,
+    nullptr,
+    kCongruence[0],
+    kCongruence[1]};
+
 }  // namespace
 
 const InfoTable traitBasedOptInfo = {1, std::size(kTraitBased), kTraitBased};
@@ -35,6 +67,8 @@ const InfoTable opt_roInfo = {1, std::size(kCongruence), kCongruence};
 const InfoTable fuzzyInfo = {0, std::size(kFuzzy), kFuzzy};
 const InfoTable YesNotInfo = {0, std::size(kYesNo), kYesNo};
 const InfoTable partInfo = {1, std::size(kPartition), kPartition};
+const InfoTable rankingAlgorithmInfo = {1, std::size(kRankingAlgorithm), kRankingAlgorithm};
+const InfoTable opt_structInfo = {1, std::size(kRankingCriterion), kRankingCriterion};
 
 const char* InfoText(const InfoTable& table, int option) {
     const int row = option - table.first;

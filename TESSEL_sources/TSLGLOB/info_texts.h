@@ -9,7 +9,11 @@ struct InfoTable {
 };
 
 extern const InfoTable traitBasedOptInfo, poolCSToptInfo, reseCSToptInfo, rese_optInfo, opt_roInfo,
-    fuzzyInfo, YesNotInfo, partInfo;
+    fuzzyInfo, YesNotInfo, partInfo, rankingAlgorithmInfo;
+
+/// Criteria of the trait ranking. It has no text for 21 and 22, shows two texts in one row for 20,
+/// and runs into the measures of congruence for 23 and 24; reports have always shown it so.
+extern const InfoTable opt_structInfo;
 
 /// The text of an option; "(null)" for an option without one.
 const char* InfoText(const InfoTable& table, int option);

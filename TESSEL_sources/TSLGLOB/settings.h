@@ -57,5 +57,8 @@ extern bool printDetail;                ///< detailed results in the print-out
 extern char prindaMode[2];              ///< "w" or "a": mode of the report
 extern int opt_struct;                  ///< trait ranking criterion; 9 for the functional analysis
 extern int nMaxCSTGroupsChRank, nMinCSTGroupsChRank, nMinTraitsChRank, nMaxTraitsChRank;
+extern int rankingAlgorithm;           ///< 2, all subsets of the traits
+extern char printRankIntermedResults;  ///< 'y': a line for each subset in the results file
+extern int nKeepTrack;                 ///< subsets in the ranked list, 100
 extern std::time_t time0;  ///< wall clock at the start of a test
 extern int cohe, reseTypeOrd, reseTypeClus, reseTypeEv, reseTypeRnd, reseTypeERank, reseCstOpt;

@@ -63,12 +63,6 @@ void PrintPhylogenyAndRao(FILE* report) {
                      YesOrNo(sqrtDissimOpt_RaoPhyl));
 }
 
-bool AnyTraitLeftOut() {
-    for (int k = 0; k < nch; k++)
-        if (weight[k] == 0.0F) return true;
-    return false;
-}
-
 void PrintTraitsConsidered(FILE* report) {
     if (!AnyTraitLeftOut()) {
         std::fprintf(
@@ -76,8 +70,7 @@ void PrintTraitsConsidered(FILE* report) {
         return;
     }
     std::fprintf(report, "Traits considered in the computation of OTUs resemblance:\n");
-    for (int k = 0; k < nch; k++)
-        if (weight[k] > 0.0F) std::fprintf(report, "%-3s", chLabel[k]);
+    PrintTraitsInColumns(report);
 }
 
 void PrintCongruence(FILE* report) {

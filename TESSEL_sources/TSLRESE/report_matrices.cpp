@@ -140,6 +140,17 @@ void PrintTraitsInUse(FILE* report, int width) {
         if (weight[k] > 0.0F) std::fprintf(report, "%-*s\t", width, chLabel[k]);
 }
 
+bool AnyTraitLeftOut() {
+    for (int k = 0; k < nch; k++)
+        if (weight[k] == 0.0F) return true;
+    return false;
+}
+
+void PrintTraitsInColumns(FILE* report) {
+    for (int k = 0; k < nch; k++)
+        if (weight[k] > 0.0F) std::fprintf(report, "%-3s", chLabel[k]);
+}
+
 void PrintTraitLine(FILE* report) {
     std::fprintf(report, "Traits:\t");
     PrintTraitsInUse(report, 0);

@@ -2,6 +2,7 @@
 
 #include "TSLIFFMT/checks.h"
 #include "TSLRESE/gower_partial.h"
+#include "TSLRESE/sites.h"
 #include "mxlib/belonging.h"
 #include "mxlib/ordination.h"
 #include "mxlibRes/beals.h"
@@ -19,11 +20,6 @@ enum OrdinationRese : int { kOrdinateDistance = 3, kOrdinateSimilarity = 5 };
 
 bool InUse(int trait) {
     return weight[trait] > 0.0F;
-}
-
-/// Several units, or several kinds none of which is nominal: columns are brought to one scale.
-bool SitesNeedOneScale() {
-    return optEnvVarType == 2 || optEnvVarType == 4 || (optEnvVarType == 5 && temEnvQual == 0);
 }
 
 void OrdinatePhylogeny(ScalingUpMatrices& m) {
@@ -54,17 +50,8 @@ bool PhylogenyIsDissimilarity() {
 }
 
 void CompareSites(ScalingUpMatrices& m) {
-    for (int i = 0; i < ncsm; i++)
-        for (int j = 0; j < nenv; j++) m.E[i][j] = env[i][j];
-    if (optEnvVarType == 1) {
-        EucliDistMV(ncsm, nenv, m.E, m.DE);
-    } else if (SitesNeedOneScale()) {
-        CorrAdj(ncsm, nenv, m.E, m.E);
-        EucliDistMV(ncsm, nenv, m.E, m.DE);
-    } else {
-        GowerMVOpt(ncsm, nenv, envVarType, m.E, m.DE, nullptr, nullptr, countDoubleAbsence);
-        ProbToDissim(ncsm, m.DE, m.DE);
-    }
+    TakeSites<float>(m.E);
+    CompareSites<float>(m.E, EucliDistMV, m.DE);
 }
 
 void CopyDataSet(ScalingUpMatrices& m) {
@@ -93,10 +80,14 @@ void MeasureGiniSimpson(ScalingUpMatrices& m) {
     for (int i = 0; i < ncsm; i++) m.D[i] = RaoIndex(tcst, m.W[i], m.Sb, false);
 }
 
-void ScalePhylogenyUp(ScalingUpMatrices& m) {
+void ComparePhylogeneticVariables() {
     if (phylogenyMatrixType == kPhylogenyVariables)
         GowerMVOpt(tcst, nClados, phylogenyVarType, phylogenyData, phylogenyRese, nullptr, nullptr,
                    0);
+}
+
+void ScalePhylogenyUp(ScalingUpMatrices& m) {
+    ComparePhylogeneticVariables();
     OrdinatePhylogeny(m);
     FuzzyBelonging(tcst, nTaxa, phylogenyRese, partition_OTUs_Phyl, m.Q,
                    PhylogenyIsDissimilarity());

@@ -75,6 +75,9 @@ struct ScalingUpMatrices {
 /// similarities of phylogenetic variables included.
 bool PhylogenyIsDissimilarity();
 
+/// phylogenyRese from phylogenetic variables, where the phylogeny is given by them.
+void ComparePhylogeneticVariables();
+
 /// E and DE.
 void CompareSites(ScalingUpMatrices& m);
 /// Both copies of W, the ranges of the traits, and E for the test.

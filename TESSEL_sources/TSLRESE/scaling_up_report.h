@@ -16,6 +16,9 @@ void PrintResemblance(FILE* report, int n, Matrix<float> matrix);
 void PrintResemblance(FILE* report, int n, Matrix<double> matrix);
 /// Labels of the traits in use, each at least `width` wide and followed by a tab.
 void PrintTraitsInUse(FILE* report, int width);
+/// The same in columns of three.
+void PrintTraitsInColumns(FILE* report);
+bool AnyTraitLeftOut();
 /// "Traits:", these labels and the end of the line.
 void PrintTraitLine(FILE* report);
 

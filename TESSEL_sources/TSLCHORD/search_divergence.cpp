@@ -1,0 +1,217 @@
+// The criteria with Rao entropy, dark diversity and the smoothed compositions.
+
+#include <ctime>
+#include <string>
+
+#include "TSLCHORD/search_frame.h"
+#include "TSLCHORD/search_header.h"
+#include "TSLCHORD/searches.h"
+#include "TSLCHORD/subset_tables.h"
+#include "TSLCHORD/trait_divergence.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
+#include "mxlib/random_lists.h"
+#include "mxlibRes/beals.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/rao.h"
+#include "mxlibRes/standardisation.h"
+
+namespace {
+
+enum class Form { pair, partial, partialWithEntropy };
+
+/// Smoothing by joint performances as odds (Z) or by plain conditional performances (Y): the
+/// searches name them the other way round than the functional analysis does.
+struct Smoothing {
+    int option;
+    bool odds;
+};
+constexpr Smoothing kSmoothingZ = {2, true};
+constexpr Smoothing kSmoothingY = {1, false};
+
+struct DivergenceCriterion {
+    const char* statistic;
+    Form form;
+    Table a;
+    Table b;
+    const Smoothing* smoothing;  ///< of table Z, if it takes part
+};
+constexpr DivergenceCriterion kDivergenceCriteria[] = {
+    {"RE", Form::pair, Table::R, Table::E, nullptr},
+    {"XE.TR", Form::partialWithEntropy, Table::X, Table::E, nullptr},
+    {"SE", Form::pair, Table::S, Table::E, nullptr},
+    {"XZ", Form::pair, Table::X, Table::Z, &kSmoothingZ},
+    {"TZ", Form::pair, Table::T, Table::Z, &kSmoothingZ},
+    {"XZ.T", Form::partial, Table::X, Table::Z, &kSmoothingZ},
+    {"XY", Form::pair, Table::X, Table::Z, &kSmoothingY},
+    {"TY", Form::pair, Table::T, Table::Z, &kSmoothingY},
+    {"XY.T", Form::partial, Table::X, Table::Z, &kSmoothingY},
+};
+
+/// What stands around the statistic in the heading of the ranked list, by form and opt_ro.
+constexpr struct {
+    const char* before;
+    const char* letters;
+} kHeadings[][3] = {{{"maximum Mantel correlation", "ro"},
+                     {"maximum congruence in a symmetric Procrustes rotation", "ro"},
+                     {"maximum congruence measured by the RV coefficient", "r"}},
+                    {{"maximum partial Mantel correlation", "ro"},
+                     {"maximum congruence in a partial Procrustes correlation", "ro"},
+                     {"maximum partial congruence measured by a partial RV coefficient", "r"}},
+                    {{"maximum partial Mantel correlation", "ro"},
+                     {"maximum partial congruence in a partial Procrustes correlation", "ro"},
+                     {"maximum partial congruence measured by a partial RV coefficient", "r"}}};
+
+std::string RankedHeading(const DivergenceCriterion& criterion) {
+    const auto& heading = kHeadings[static_cast<int>(criterion.form)][opt_ro - 1];
+    return std::string("\n\nTrait subsets with ") + heading.before + " " + heading.letters + "(" +
+           criterion.statistic + "):\nTRC\toptimal subset of traits\n";
+}
+
+/// Which tables a criterion needs of each subset; with the structures file all are made.
+struct Needs {
+    bool T, X, R, S;
+};
+Needs NeedsOf(const DivergenceCriterion& criterion, bool all) {
+    const bool partial = criterion.form != Form::pair;
+    const bool entropy = criterion.form == Form::partialWithEntropy && opt_ro != kMantel;
+    return {all || partial || criterion.a == Table::T,
+            all || partial || criterion.a == Table::X || criterion.a == Table::S,
+            all || entropy || criterion.a == Table::R, all || criterion.a == Table::S};
+}
+
+/// Rao entropy and dark diversity are taken over the first K OTUs, not all.
+struct FirstOTUs {
+    ScopedVector<int> otus;
+    ScopedVector<double> proportions;
+    ScopedVector<double> entropies;
+};
+
+void MeasureEntropy(FirstOTUs* room, SubsetTables<double>* t) {
+    ComparedTable<double>& R = Of(Table::R, t);
+    RaoIndexRows(ncsm, t->K, t->W, t->S, false, sqrtDissimOpt_RaoTraits, room->otus,
+                 room->proportions, room->entropies);
+    for (int i = 0; i < ncsm; i++) R.values[i][0] = room->entropies[i];
+    R.sideReady = false;
+}
+
+void MeasureDarkDiversity(SubsetTables<double>* t) {
+    ComparedTable<double>& S = Of(Table::S, t);
+    for (int i = 0; i < ncsm; i++)
+        S.values[i][0] = SumAbsDeviations(t->K, t->W[i], Of(Table::X, t).values[i], false);
+    S.sideReady = false;
+}
+
+/// Congruences with Z are held in single precision.
+double RatePair(const DivergenceCriterion& criterion, SubsetTables<double>* t) {
+    const TablePair pair[] = {{criterion.a, criterion.b}};
+    double value = 0.0;
+    FindCongruences<double>(pair, &value, t);
+    return criterion.b == Table::Z ? static_cast<double>(static_cast<float>(value)) : value;
+}
+
+void AddTables(const DivergenceCriterion& criterion, SubsetTables<double>* t) {
+    AddTable(Table::E, nenv, t);
+    if (criterion.smoothing != nullptr) AddTable(Table::Z, tcst, t);
+    AddTable(Table::T, nch, t);
+    AddTable(Table::X, t->K, t);
+    AddTable(Table::R, 1, t);
+    AddTable(Table::S, 1, t);
+    FinishTables(t);
+}
+
+void SmoothComposition(const Smoothing& smoothing, SubsetTables<double>* t) {
+    BealsSmoothing(ncsm, tcst, t->W, t->W, Of(Table::Z, t).values, BealsIncludeOpt,
+                   smoothing.option, smoothing.odds);
+    CompareCommunities(Table::Z, rese_opt, t);
+}
+
+constexpr int kEuclideanDistance = 6;
+
+void MakeTables(const TraitSubset& subset, const Needs& needs, FirstOTUs* room,
+                SubsetTables<double>* t) {
+    const bool compare = opt_ro == kMantel || t->structures.stream != nullptr;
+    if (needs.T) {
+        ScaleTraitsUp(subset, t);
+        if (compare) CompareCommunities(Table::T, kEuclideanDistance, t);
+    }
+    CompareOTUs(subset, t);
+    if (t->K < 2) return;
+    if (needs.X) {
+        PoolIntoTypes(t);
+        if (compare) CompareCommunities(Table::X, rese_opt, t);
+    }
+    if (needs.R) {
+        MeasureEntropy(room, t);
+        if (compare) CompareCommunities(Table::R, 0, t);
+    }
+    if (needs.S) {
+        MeasureDarkDiversity(t);
+        if (compare) CompareCommunities(Table::S, 0, t);
+    }
+}
+
+/// Under the matrix correlation the entropy is not removed: r(XE.TR) is r(XE.T).
+double RateSubset(const TraitSubset& subset, const DivergenceCriterion& criterion,
+                  TraitDivergence* divergence, PartialCorrelationRoom* withEntropy,
+                  SubsetTables<double>* t) {
+    if (criterion.form == Form::pair) return RatePair(criterion, t);
+    if (withEntropy != nullptr)
+        return PartialOfTables(criterion.a, criterion.b, true, subset, withEntropy, t);
+    RateTraitDivergence(subset, false, divergence, t);
+    return divergence->partial;
+}
+
+void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* withE,
+                     SubsetTables<double>* t) {
+    PrintResemblanceMatrix(stream,
+                           "\nResemblance matrix DR comparing communities based on their Rao "
+                           "entropy expressed as equivalent numbers of OTUs (Jost 2007): \n",
+                           Of(Table::R, t).resemblance);
+    RateTraitDivergence(subset, false, withE, t);
+    PrintTraitDivergence(stream, subset, *withE, t);
+}
+
+}  // namespace
+
+void ChRankAlphaBetaDivergence(int mode) {
+    const DivergenceCriterion& criterion = kDivergenceCriteria[mode - 1];
+    time0 = std::time(nullptr);
+    const ScopedFile structures(OpenStructures(whichStructures));
+    InitRndNumberGenerator(static_cast<unsigned long>(time0));
+    SubsetTables<double> t(nMinCSTGroupsChRank);
+    t.structures.stream = structures;
+    AddTables(criterion, &t);
+    TakeSitesOfSearch<double>(EucliDistMV, &t);
+    TakeCommunities<double>(NormalizeCols, &t);
+    CompareOTUsByTrait(&t);
+    if (criterion.smoothing != nullptr) SmoothComposition(*criterion.smoothing, &t);
+
+    const Needs needs = NeedsOf(criterion, structures != nullptr);
+    FirstOTUs room{ScopedVector<int>(t.K), ScopedVector<double>(t.K), ScopedVector<double>(ncsm)};
+    TraitDivergence divergence = MakeTraitDivergence(criterion.b, &t);
+    TraitDivergence withE = MakeTraitDivergence(Table::E, &t);
+    const bool removesEntropy = criterion.form == Form::partialWithEntropy && opt_ro != kMantel;
+    const auto withEntropy =
+        removesEntropy ? MakePartialRoom(criterion.a, criterion.b, true, &t) : nullptr;
+
+    const std::string heading = RankedHeading(criterion);
+    SubsetSearch search{
+        .header = kHeaderDivergence,
+        .keeping = criterion.form == Form::pair ? Keeping::bySign : Keeping::byMagnitude,
+        .groups = t.K,
+        .sizeLine = "Ranking criterion value, groups and optimal subset",
+        .namesGroups = true,
+        .rankedHeading = heading.c_str()};
+    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+        MakeTables(subset, needs, &room, &t);
+        if (t.K < 2) return std::nullopt;
+        const double value = RateSubset(subset, criterion, &divergence, withEntropy.get(), &t);
+        if (structures != nullptr) PrintStructures(structures, subset, &withE, &t);
+        return value;
+    };
+    search.printRating = [&](FILE* results, double value) {
+        std::fprintf(results, "r(%s)=\t%g\tTraits:\t", criterion.statistic, value);
+    };
+    RunSearch(search);
+}

@@ -1,0 +1,60 @@
+#pragma once
+/// \file
+/// What all searches share: the walk over the subsets in lexicographic order, size after size, the
+/// keeping of the best, and the results file. A search tells what it does its own way.
+
+#include <cstdio>
+#include <functional>
+#include <optional>
+#include <span>
+
+#include "TSLCHORD/ranked_list.h"
+
+/// One line (or block) of the results file's head.
+using HeaderLine = void (*)(FILE* results);
+
+/// What a search keeps while it runs.
+struct SearchOutcome {
+    SearchOutcome();
+    KeptSubsets best;        ///< by size less 1
+    RankedList ranked;       ///< of all sizes
+    RankedList whileRating;  ///< the same, entered by the rating itself (Keeping::enteredBySign)
+};
+
+struct SubsetSearch {
+    std::span<const HeaderLine> header;
+    Keeping keeping;
+    int groups;  ///< types that each subset is rated with
+
+    /// The value of a subset; none where the subset cannot be rated.
+    std::function<std::optional<double>(const TraitSubset&)> rate = nullptr;
+
+    /// The line of a subset just rated, up to the labels of its traits, and what follows them.
+    std::function<void(FILE* results, double value)> printRating = nullptr;
+    std::function<void(FILE* results)> printBehindLabels = nullptr;
+
+    const char* sizeLine = "Ranking criterion value and optimal subset";  ///< how it begins
+    bool namesGroups = false;  ///< the number of types stands before the labels
+
+    const char* rankedHeading = nullptr;  ///< null: the heading with a column for the value
+    void (*printClosing)(FILE* results, const SubsetSearch& search,
+                         const SearchOutcome& outcome) = nullptr;  ///< null: PrintClosingTables
+};
+
+/// Runs the search and writes the results file.
+void RunSearch(const SubsetSearch& search);
+
+/// The ranked list, the best of each size, the time elapsed.
+void PrintClosingTables(FILE* results, const SubsetSearch& search, const SearchOutcome& outcome);
+
+/// Labels of the traits of a subset, each at least two wide and followed by a tab; PrintLabelLine
+/// ends the line.
+void PrintLabels(FILE* stream, const TraitSubset& subset);
+void PrintLabelLine(FILE* stream, const TraitSubset& subset);
+void PrintKeptLabels(FILE* stream, const KeptSubsets& kept, int place);
+
+/// "Elapsed time" since time0.
+void PrintElapsedTime(FILE* results);
+
+/// A value in the column that the tables give it.
+void PrintValue(FILE* results, double value);

@@ -1,0 +1,195 @@
+// The search on niche conservation: products of congruences with the phylogeny and with the sites.
+
+#include <ctime>
+
+#include "TSLCHORD/phylogeny_table.h"
+#include "TSLCHORD/search_frame.h"
+#include "TSLCHORD/search_header.h"
+#include "TSLCHORD/searches.h"
+#include "TSLCHORD/structures_file.h"
+#include "TSLCHORD/subset_tables.h"
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/standardisation.h"
+
+namespace {
+
+constexpr int kBetaNiche = 14;
+
+/// All in single precision; statistics that feed no value and no line stay 0.
+struct NicheRating {
+    float PT, PX, XT, XE, TE, PE;
+    float XE_T, TE_P, PX_T, PE_T, XE_P, XE_PT;
+    float betaNiche, alphaBetaNiche, alphaNiche;
+};
+
+void FindPartials(NicheRating* r) {
+    r->XE_T = PartialCorrelation(r->XE, r->XT, r->TE);
+    r->TE_P = PartialCorrelation(r->TE, r->PT, r->PE);
+    r->PX_T = PartialCorrelation(r->PX, r->PT, r->XT);
+    r->PE_T = PartialCorrelation(r->PE, r->PT, r->TE);
+    r->XE_P = PartialCorrelation(r->XE, r->PX, r->PE);
+    r->XE_PT = PartialCorrelation(r->XE_T, r->PX_T, r->PE_T);
+}
+
+float Correlation(Table a, Table b, SubsetTables<float>* t) {
+    const TablePair pair[] = {{a, b}};
+    double r = 0.0;
+    CorrelateResemblances<float>(pair, &r, t);
+    return static_cast<float>(r);
+}
+
+struct Needs {
+    bool T;
+    bool X;
+};
+
+void MakeTables(const TraitSubset& subset, const Needs& needs, SubsetTables<float>* t) {
+    if (needs.T) {
+        ScaleTraitsUp(subset, t);
+        CompareCommunities(Table::T, rese_opt, t);
+    }
+    if (needs.X) CompareOTUs(subset, t);
+    if (needs.X && t->K >= 2) {
+        PoolIntoTypes(t);
+        CompareCommunities(Table::X, rese_opt, t);
+    }
+}
+
+void Rate(const Needs& needs, NicheRating* r, SubsetTables<float>* t) {
+    constexpr TablePair kPairs[] = {{Table::P, Table::T},
+                                    {Table::T, Table::E},
+                                    {Table::P, Table::X},
+                                    {Table::X, Table::E},
+                                    {Table::T, Table::X}};
+    float* const results[] = {&r->PT, &r->TE, &r->PX, &r->XE, &r->XT};
+    const int first = needs.T ? 0 : 2;
+    const int last = needs.T && needs.X ? 5 : first + 2;
+    double values[5];
+    CorrelateResemblances<float>({kPairs + first, kPairs + last}, values, t);
+    for (int k = first; k < last; k++) *results[k] = static_cast<float>(values[k - first]);
+    if (needs.T && needs.X) FindPartials(r);
+    r->betaNiche = r->PT * r->TE;
+    r->alphaBetaNiche = r->PX * r->XE;
+    r->alphaNiche = r->XE_T * r->PX_T;
+}
+
+void PrintStatistic(FILE* stream, const char* name, float value) {
+    std::fprintf(stream, "%s=\t%g\t", name, static_cast<double>(value));
+}
+
+void PrintRating(FILE* stream, const NicheRating& r, int K) {
+    const struct {
+        const char* name;
+        float value;
+    } statistics[] = {{"ro(PT)", r.PT},
+                      {"ro(PX)", r.PX},
+                      {"ro(XT)", r.XT},
+                      {"ro(PX.T)", r.PX_T},
+                      {"ro(XE)", r.XE},
+                      {"ro(TE)", r.TE},
+                      {"ro(XE.T)", r.XE_T},
+                      {"ro(PE)", r.PE},
+                      {"ro(TE.P)", r.TE_P},
+                      {"ro(PE.T)", r.PE_T},
+                      {"ro(XE.P)", r.XE_P},
+                      {"ro(XE.PT)", r.XE_PT},
+                      {"roBetaNiche", r.betaNiche},
+                      {"roAlphaBetaNiche", r.alphaBetaNiche},
+                      {"roAlphaNiche", r.alphaNiche}};
+    for (const auto& statistic : statistics)
+        PrintStatistic(stream, statistic.name, statistic.value);
+    std::fprintf(stream, "%d groups\tTraits:\t", K);
+}
+
+/// All places of a list, best first, also those never filled.
+void PrintWholeList(FILE* results, const char* heading, const RankedList& list) {
+    std::fprintf(results, "\n\n%s:\nTRC\tn groups\toptimal subset of traits\n", heading);
+    const KeptSubsets& kept = Kept(list);
+    for (int place = list.places - 1; place > 0; place--) {
+        PrintValue(results, kept.value[place]);
+        std::fprintf(results, "%d groups\t", kept.groups[place]);
+        PrintKeptLabels(results, kept, place);
+        std::fprintf(results, "\n");
+    }
+}
+
+/// Written over the head of the file: readers of the file take the summary from its top.
+void OverwriteHead(FILE* results, const KeptSubsets& best) {
+    std::rewind(results);
+    for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++) {
+        PrintKeptLabels(results, best, size - 1);
+        std::fprintf(results, "\n");
+    }
+    std::fprintf(results, "\n");
+    for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++)
+        std::fprintf(results, "%-5d\t", best.groups[size - 1]);
+    std::fprintf(results, "\n");
+    for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++)
+        std::fprintf(results, "%-13.*g\t", sDigits, best.value[size - 1]);
+    std::fprintf(results, "\n");
+}
+
+void PrintClosing(FILE* results, const SubsetSearch&, const SearchOutcome& outcome) {
+    PrintWholeList(results, "Trait subsets and number of types with maximum matrix correlation",
+                   outcome.whileRating);
+    PrintWholeList(results,
+                   "Trait subsets with maximum matrix correlation (only optimal number of types "
+                   "presented)",
+                   outcome.ranked);
+    PrintElapsedTime(results);
+    OverwriteHead(results, outcome.best);
+}
+
+void TakeTables(SubsetTables<float>* t) {
+    AddTable(Table::E, nenv, t);
+    AddTable(Table::P, nTaxa, t);
+    AddTable(Table::T, nch, t);
+    AddTable(Table::X, t->K, t);
+    FinishTables(t);
+    TakeSitesOfSearch<float>(EucliDist, t);
+    TakeCommunities<float>(NormalizeCols, t);
+    TakePhylogeny(t);
+    CompareOTUsByTrait(t);
+}
+
+}  // namespace
+
+void ChRank_Phylogeny_x_Trait_Assembly() {
+    time0 = std::time(nullptr);
+    const ScopedFile structures(OpenStructures(whichStructures));
+    SubsetTables<float> t(nMinCSTGroupsChRank);
+    t.structures.stream = structures;
+    TakeTables(&t);
+
+    const bool all = structures != nullptr || printRankIntermedResults == 'y';
+    const Needs needs = {all || opt_struct == kBetaNiche, all || opt_struct != kBetaNiche};
+    NicheRating rating{};
+    rating.PE = Correlation(Table::P, Table::E, &t);
+    SubsetSearch search{.header = kHeaderNicheConservation,
+                        .keeping = Keeping::enteredBySign,
+                        .groups = t.K,
+                        .sizeLine = "Ranking criterion values, groups and optimal subset",
+                        .namesGroups = true,
+                        .printClosing = PrintClosing};
+    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+        MakeTables(subset, needs, &t);
+        if (t.K < 2) return std::nullopt;
+        Rate(needs, &rating, &t);
+        if (structures != nullptr) {
+            std::fprintf(structures, "\nTrait ranking criterion:\t");
+            PrintRating(structures, rating, t.K);
+            PrintLabelLine(structures, subset);
+        }
+        return static_cast<double>(opt_struct == kBetaNiche ? rating.betaNiche
+                                                            : rating.alphaBetaNiche);
+    };
+    search.printRating = [&](FILE* results, double) { PrintRating(results, rating, t.K); };
+    search.printBehindLabels = [&](FILE* results) {
+        std::fprintf(results, "Group sizes:\t");
+        PrintSizesOfTypes(results, t.K);
+    };
+    RunSearch(search);
+}

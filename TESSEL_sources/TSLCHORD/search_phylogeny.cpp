@@ -1,0 +1,141 @@
+// The search on the congruence of the composition by phylogeny with traits and types.
+
+#include <ctime>
+
+#include "TSLCHORD/phylogeny_table.h"
+#include "TSLCHORD/search_frame.h"
+#include "TSLCHORD/search_header.h"
+#include "TSLCHORD/searches.h"
+#include "TSLCHORD/subset_tables.h"
+#include "TSLCHORD/trait_divergence.h"
+#include "TSLGLOB/settings.h"
+#include "mxlib/random_lists.h"
+#include "mxlibRes/standardisation.h"
+
+namespace {
+
+enum Criterion : int { kRatePX = 11, kRatePX_T = 12, kRatePT = 13 };
+
+struct PhylogenyRating {
+    double roPT;
+    double roPX;
+    double roXT;
+    double roPX_T;
+};
+
+/// Which tables of a subset are made: all if everything is printed.
+struct Needs {
+    bool T;
+    bool X;
+    bool all;
+};
+
+void MakeTables(const TraitSubset& subset, const Needs& needs, SubsetTables<double>* t) {
+    const bool compare = opt_ro == kMantel || t->structures.stream != nullptr;
+    if (needs.T) {
+        ScaleTraitsUp(subset, t);
+        if (compare) CompareCommunities(Table::T, rese_opt, t);
+    }
+    if (needs.X) CompareOTUs(subset, t);
+    if (needs.X && t->K >= 2) {
+        PoolIntoTypes(t);
+        if (compare) CompareCommunities(Table::X, rese_opt, t);
+    }
+}
+
+/// Statistics that feed no value and no line stay 0.
+PhylogenyRating Rate(const TraitSubset& subset, const Needs& needs, PartialCorrelationRoom* room,
+                     SubsetTables<double>* t) {
+    constexpr TablePair kPairs[] = {
+        {Table::P, Table::T}, {Table::P, Table::X}, {Table::T, Table::X}};
+    PhylogenyRating rating{};
+    double r[3] = {};
+    const bool partial = needs.T && needs.X;
+    const bool pairsOfPartial = partial && (opt_ro == kMantel || needs.all);
+    if (pairsOfPartial)
+        FindCongruences<double>(kPairs, r, t);
+    else if (!partial)
+        FindCongruences<double>({kPairs + (needs.T ? 0 : 1), 1}, r + (needs.T ? 0 : 1), t);
+    rating = {r[0], r[1], r[2], 0.0};
+    if (partial)
+        rating.roPX_T = opt_ro == kMantel
+                            ? PartialCorrelation(rating.roPX, rating.roXT, rating.roPT)
+                            : PartialOfTables(Table::X, Table::P, false, subset, room, t);
+    return rating;
+}
+
+void PrintRating(FILE* stream, const PhylogenyRating& r) {
+    std::fprintf(stream, "ro(PT)=\t%g\tro(PX)=\t%g\tro(XT)=\t%g\tro(PX.T)=\t%g\t", r.roPT, r.roPX,
+                 r.roXT, r.roPX_T);
+}
+
+/// The residuals take the place of DP: the subsets that follow are compared with them.
+void PrintStructures(FILE* stream, const TraitSubset& subset, const PhylogenyRating& rating,
+                     SubsetTables<double>* t) {
+    std::fprintf(stream, "\nTrait ranking criterion:\t");
+    PrintRating(stream, rating);
+    std::fprintf(stream, "%d groups\tTraits:\t", t->K);
+    PrintLabelLine(stream, subset);
+    std::fprintf(stream, "Group sizes:\t");
+    PrintSizesOfTypes(stream, t->K);
+    std::fprintf(stream, "\n");
+    PrintResiduals(stream,
+                   "\nResemblance matrix between communities based lon phylogeny (residuals after "
+                   "removing the effect of DT):\n",
+                   Of(Table::T, t).resemblance, Of(Table::P, t).resemblance);
+    PrintResiduals(stream,
+                   "\nResemblance matrix between communities based on traits (residuals after "
+                   "removing the effect of DT):\n",
+                   Of(Table::T, t).resemblance, Of(Table::X, t).resemblance);
+}
+
+double ValueOf(const PhylogenyRating& rating) {
+    switch (opt_struct) {
+        case kRatePX:
+            return rating.roPX;
+        case kRatePX_T:
+            return rating.roPX_T;
+        default:
+            return rating.roPT;
+    }
+}
+
+}  // namespace
+
+void ChRankPhylogenyAssembly() {
+    time0 = std::time(nullptr);
+    const ScopedFile structures(OpenStructures("IntermediateRankResults.txt"));
+    InitRndNumberGenerator(static_cast<unsigned long>(time0));
+    SubsetTables<double> t(nMinCSTGroupsChRank);
+    t.structures.stream = structures;
+    AddTable(Table::P, nTaxa, &t);
+    AddTable(Table::T, nch, &t);
+    AddTable(Table::X, t.K, &t);
+    FinishTables(&t);
+    TakeCommunities<double>(NormalizeCols, &t);
+    TakePhylogeny(&t);
+    CompareOTUsByTrait(&t);
+
+    const bool all = structures != nullptr || printRankIntermedResults == 'y';
+    const Needs needs = {all || opt_struct != kRatePX, all || opt_struct != kRatePT, all};
+    const auto room = needs.T && needs.X ? MakePartialRoom(Table::X, Table::P, false, &t) : nullptr;
+    PhylogenyRating rating{};
+    SubsetSearch search{
+        .header = kHeaderPhylogeny,
+        .keeping = opt_struct == kRatePX_T ? Keeping::byMagnitude : Keeping::bySign,
+        .groups = t.K,
+        .rankedHeading =
+            "\n\nTrait subsets with maximum matrix correlation:\nTRC\toptimal subset of traits\n"};
+    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+        MakeTables(subset, needs, &t);
+        if (t.K < 2) return std::nullopt;
+        rating = Rate(subset, needs, room.get(), &t);
+        if (structures != nullptr) PrintStructures(structures, subset, rating, &t);
+        return ValueOf(rating);
+    };
+    search.printRating = [&](FILE* results, double) {
+        PrintRating(results, rating);
+        std::fprintf(results, "Traits:\t");
+    };
+    RunSearch(search);
+}

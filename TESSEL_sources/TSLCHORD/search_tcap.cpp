@@ -1,0 +1,47 @@
+#include <ctime>
+
+#include "TSLCHORD/search_frame.h"
+#include "TSLCHORD/search_header.h"
+#include "TSLCHORD/searches.h"
+#include "TSLCHORD/subset_tables.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/standardisation.h"
+
+namespace {
+
+void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
+    constexpr const char* kNames[] = {"ro(TE)", "traceW", "RV"};
+    std::fprintf(stream, "\nTrait ranking criterion %s=\t", kNames[opt_ro - 1]);
+    PrintValue(stream, value);
+    std::fprintf(stream, "Trait subset used:\t");
+    PrintLabelLine(stream, subset);
+}
+
+}  // namespace
+
+void ChRankTCAP() {
+    time0 = std::time(nullptr);
+    const ScopedFile structures(OpenStructures(whichStructures));
+    SubsetTables<float> t(0);
+    t.structures.stream = structures;
+    AddTable(Table::E, nenv, &t);
+    AddTable(Table::T, nch, &t);
+    FinishTables(&t);
+    TakeSitesOfSearch<float>(EucliDistMV, &t);
+    TakeCommunities<float>(NormalizeColsMV, &t);
+
+    SubsetSearch search{.header = kHeaderTCAP, .keeping = Keeping::bySign, .groups = 0};
+    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+        ScaleTraitsUp(subset, &t);
+        if (opt_ro == kMantel || structures != nullptr) CompareCommunities(Table::T, rese_opt, &t);
+        constexpr TablePair kTE[] = {{Table::E, Table::T}};
+        double value = 0.0;
+        FindCongruences<float>(kTE, &value, &t);
+        if (structures != nullptr) PrintStructure(structures, subset, value);
+        return value;
+    };
+    search.printRating = [](FILE* results, double value) { std::fprintf(results, "%g\t", value); };
+    RunSearch(search);
+}

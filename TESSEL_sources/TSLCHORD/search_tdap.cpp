@@ -1,0 +1,103 @@
+// The searches on r(XE) and on the partial r(XE.T).
+
+#include <ctime>
+
+#include "TSLCHORD/search_frame.h"
+#include "TSLCHORD/search_header.h"
+#include "TSLCHORD/searches.h"
+#include "TSLCHORD/subset_tables.h"
+#include "TSLCHORD/trait_divergence.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
+#include "mxlib/random_lists.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/standardisation.h"
+
+namespace {
+
+constexpr const char* kHeadings[] = {
+    "\n\nTrait subsets with maximum partial Mantel correlation ro(XE.T):\n"
+    "TRC\toptimal subset of traits\n",
+    "\n\nTrait subsets with maximum partial congruence in a symmetric Procrustes rotation "
+    "r(XE.T):\nTRC\toptimal subset of traits\n",
+    "\n\nTrait subsets with maximum partial congruence in RV r(XE.T):\n"
+    "TRC\toptimal subset of traits\n"};
+
+void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
+    std::fprintf(stream, "\nTrait ranking criterion:\t");
+    PrintValue(stream, value);
+    std::fprintf(stream, "Trait subset used:\t");
+    PrintLabelLine(stream, subset);
+}
+
+void PrintRating(FILE* results, const TraitDivergence& rating) {
+    std::fprintf(results, "%sTE)=\t%g\tro(XE)=\t%g\tro(XT)=\t%g\tro(XE.T)=\t%g\tTraits:\t",
+                 opt_ro == kMantel ? "ro(" : "r(", static_cast<double>(rating.roTA),
+                 static_cast<double>(rating.roXA), static_cast<double>(rating.roXT),
+                 rating.partial);
+}
+
+}  // namespace
+
+void ChRankTDAP_TCAP() {
+    time0 = std::time(nullptr);
+    const ScopedFile structures(OpenStructures(whichStructures));
+    SubsetTables<float> t(nMinCSTGroupsChRank);
+    t.structures = {structures, &kGroupTexts};
+    AddTable(Table::E, nenv, &t);
+    AddTable(Table::X, t.K, &t);
+    FinishTables(&t);
+    TakeSitesOfSearch<float>(EucliDistMV, &t);
+    TakeCommunities<float>(NormalizeColsMV, &t);
+    CompareOTUsByTrait(&t);
+
+    SubsetSearch search{.header = kHeaderTDAP_TCAP, .keeping = Keeping::bySign, .groups = t.K};
+    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+        CompareOTUs(subset, &t);
+        if (t.K < 2) return std::nullopt;
+        PoolIntoTypes(&t);
+        if (opt_ro == kMantel || structures != nullptr) CompareCommunities(Table::X, rese_opt, &t);
+        constexpr TablePair kXE[] = {{Table::E, Table::X}};
+        double value = 0.0;
+        FindCongruences<float>(kXE, &value, &t);
+        if (structures != nullptr) PrintStructure(structures, subset, value);
+        return value;
+    };
+    search.printRating = PrintValue;
+    RunSearch(search);
+}
+
+void ChRankTDAP() {
+    time0 = std::time(nullptr);
+    const ScopedFile structures(OpenStructures(whichStructures));
+    InitRndNumberGenerator(static_cast<unsigned long>(time0));
+    SubsetTables<double> t(nMinCSTGroupsChRank);
+    t.structures.stream = structures;
+    AddTable(Table::E, nenv, &t);
+    AddTable(Table::T, nch, &t);
+    AddTable(Table::X, t.K, &t);
+    FinishTables(&t);
+    TakeSitesOfSearch<double>(EucliDistMV, &t);
+    TakeCommunities<double>(NormalizeCols, &t);
+    CompareOTUsByTrait(&t);
+    TraitDivergence divergence = MakeTraitDivergence(Table::E, &t);
+    const bool wantsAll = structures != nullptr || printRankIntermedResults == 'y';
+
+    SubsetSearch search{.header = kHeaderTDAP,
+                        .keeping = Keeping::byMagnitude,
+                        .groups = t.K,
+                        .rankedHeading = kHeadings[opt_ro - 1]};
+    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+        ScaleTraitsUp(subset, &t);
+        if (opt_ro == kMantel || wantsAll) CompareCommunities(Table::T, rese_opt, &t);
+        CompareOTUs(subset, &t);
+        if (t.K < 2) return std::nullopt;
+        PoolIntoTypes(&t);
+        if (opt_ro == kMantel) CompareCommunities(Table::X, rese_opt, &t);
+        RateTraitDivergence(subset, wantsAll, &divergence, &t);
+        if (structures != nullptr) PrintTraitDivergence(structures, subset, divergence, &t);
+        return divergence.partial;
+    };
+    search.printRating = [&](FILE* results, double) { PrintRating(results, divergence); };
+    RunSearch(search);
+}

@@ -1,0 +1,37 @@
+#pragma once
+/// \file
+/// The partial congruence r(XA.T) of a subset: composition of types X with a table A, the traits T
+/// removed.
+
+#include <cstdio>
+#include <memory>
+
+#include "TSLCHORD/subset_tables.h"
+#include "mxlib/partial_matrix_correlation.h"
+
+/// r(ab.T), or r(ab.TR) with entropy, under Procrustes and RV.
+std::unique_ptr<PartialCorrelationRoom> MakePartialRoom(Table a, Table b, bool withEntropy,
+                                                        SubsetTables<double>* t);
+double PartialOfTables(Table a, Table b, bool withEntropy, const TraitSubset& subset,
+                       PartialCorrelationRoom* room, SubsetTables<double>* t);
+
+struct TraitDivergence {
+    Table a;
+    std::unique_ptr<PartialCorrelationRoom> room;  ///< null under the matrix correlation
+    float roTA;
+    float roXA;
+    float roXT;
+    double partial;
+};
+TraitDivergence MakeTraitDivergence(Table a, SubsetTables<double>* t);
+
+/// Rates a subset whose T and X are made, with their resemblances: r(TA) and r(XA) and r(XT) in
+/// single precision under the matrix correlation. Otherwise roXA and roXT stay 0, and roTA, a
+/// matrix correlation, is only found if wanted.
+void RateTraitDivergence(const TraitSubset& subset, bool wantsAll, TraitDivergence* divergence,
+                         SubsetTables<double>* t);
+
+/// The part of the structures file behind the tables of a subset: the statistics with E, and under
+/// the matrix correlation the residuals of DX on DT, in the place of DX.
+void PrintTraitDivergence(FILE* stream, const TraitSubset& subset,
+                          const TraitDivergence& divergence, SubsetTables<double>* t);
