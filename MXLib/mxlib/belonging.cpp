@@ -1,25 +1,12 @@
 #include "mxlib/belonging.h"
 
-#include <algorithm>
-
-#include "mxlibDim/scoped.h"
-#include "mxlibRes/missing.h"
-#include "mxlibRes/numbers.h"
+#include "mxlib/type_members.h"
 #include "mxlibRes/standardisation.h"
 #include "mxlibRes/totals.h"
 
 namespace {
 
-constexpr int kNoColumn = -1;
-
-/// The members of K types: those of type g are list[start[g]] and on, size[g] of them, ascending.
-struct TypeMembers {
-    int* list;
-    int* start;
-    int* size;
-};
-
-/// Column of the belonging matrices for each OTU. A label beyond the first K has none.
+/// Column of the belonging matrices for each OTU.
 void TypeColumns(int n, int K, const int* partition, int* columns) {
     if (partition == nullptr) {
         for (int i = 0; i < n; i++) columns[i] = i < K ? i : kNoColumn;
@@ -35,8 +22,8 @@ void TypeColumns(int n, int K, const int* partition, int* columns) {
     }
 }
 
-void ListMembers(int n, int K, const int* columns, TypeMembers* members) {
-    for (int g = 0; g < K; g++) members->size[g] = 0;
+void ListMembers(int n, int K, TypeMembers* members) {
+    const int* columns = members->columns;
     for (int i = 0; i < n; i++)
         if (columns[i] != kNoColumn) members->size[columns[i]]++;
     int place = 0;
@@ -51,61 +38,19 @@ void ListMembers(int n, int K, const int* columns, TypeMembers* members) {
     }
 }
 
-/// Leaves out of the `size` members of one type those that are identical to an earlier one, which
-/// then represents them; returns how many stay. The raw entry is tested, also of dissimilarities.
-template <class S>
-int MergeIdentical(ConstMatrix<S> s, int size, int* members, int* representative) {
-    int kept = 0;
-    for (int a = 0; a < size; a++) {
-        const int i = members[a];
-        if (representative[i] != i) continue;
-        members[kept++] = i;
-        for (int b = a + 1; b < size; b++) {
-            const int j = members[b];
-            if (representative[j] == j && AlmostEqual2sComplement(s[i][j], S(1), 1))
-                representative[j] = i;
-        }
-    }
-    return kept;
-}
-
-/// A redundant OTU meets its own type in the place of its representative: `own` gets the members
-/// with the one exchanged for the other, ascending.
-void ExchangeForRepresentative(int otu, int representative, int size, const int* members,
-                               int* own) {
-    int count = 0;
-    for (int a = 0; a < size; a++)
-        if (members[a] != representative) own[count++] = members[a];
-    own[count] = otu;
-    std::rotate(std::upper_bound(own, own + count, otu), own + count, own + count + 1);
-}
-
-/// Each term is taken in the type of the resemblances, the sum in that of the result.
-template <class S, class U>
-U MeanResemblance(const S* row, int size, const int* members, bool dissimilarity) {
-    const S divisor = static_cast<S>(size);
-    U sum = 0;
-    for (int a = 0; a < size; a++) {
-        const S x = row[members[a]];
-        if (IsMissing(x)) continue;
-        sum += static_cast<U>((dissimilarity ? S(1) - x : x) / divisor);
-    }
-    return sum;
-}
-
 template <class S, class U>
 bool Fuzzy(int n, int K, Matrix<S> s, const int* partition, Matrix<U> u, bool dissimilarity) {
-    ScopedVector<int> columns(n), representative(n), own(n), list(n), start(K), size(K);
-    TypeMembers members{list, start, size};
-    TypeColumns(n, K, partition, columns);
-    ListMembers(n, K, columns, &members);
+    const TypeMembers members = MakeTypeMembers(n, K, partition);
+    const int* columns = members.columns;
+    int* size = members.size;
+    ScopedVector<int> representative(n), own(n);
     for (int i = 0; i < n; i++) representative[i] = i;
     for (int g = 0; g < K; g++)
-        size[g] = MergeIdentical<S>(s, size[g], list + start[g], representative);
+        size[g] = MergeIdentical<S>(s, size[g], members.list + members.start[g], representative);
     UpperToLowerMatrix(n, s);
     for (int i = 0; i < n; i++)
         for (int g = 0; g < K; g++) {
-            const int* others = list + start[g];
+            const int* others = members.list + members.start[g];
             if (g == columns[i] && representative[i] != i) {
                 ExchangeForRepresentative(i, representative[i], size[g], others, own);
                 others = own;
@@ -128,6 +73,14 @@ bool Crisp(int n, int K, const int* partition, Matrix<T> c) {
 }
 
 }  // namespace
+
+TypeMembers MakeTypeMembers(int n, int K, const int* partition) {
+    TypeMembers members{ScopedVector<int>(n), ScopedVector<int>(n), ScopedVector<int>(K),
+                        ScopedVector<int>(K)};
+    TypeColumns(n, K, partition, members.columns);
+    ListMembers(n, K, &members);
+    return members;
+}
 
 bool CrispBelonging(int n, int K, const int* partition, Matrix<float> c) {
     return Crisp<float>(n, K, partition, c);

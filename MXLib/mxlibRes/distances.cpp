@@ -86,14 +86,6 @@ void ChordOfUnitRows(int n, int p, ConstMatrix<T> a, Matrix<double> d) {
     EuclideanMV<T>(n, p, unit, d);
 }
 
-enum CommunityResemblance : int {
-    kEuclidean = 6,
-    kRelativeEuclidean = 7,
-    kAbsolute = 8,
-    kRelativeAbsolute = 9,
-    kChord = 10
-};
-
 template <class T>
 void Nominal(int n, int p, ConstMatrix<T> a, Matrix<double> d, int option) {
     switch (option) {

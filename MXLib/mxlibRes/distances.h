@@ -30,6 +30,15 @@ double ChordDistSq2VecMV(int p, const double* a, const double* b);
 /// is not above 0. Every value is a number.
 double SumAbsDeviations(int n, const double* a, const double* b, bool squared);
 
+/// Resemblances between communities by their numbers.
+enum CommunityResemblance : int {
+    kEuclidean = 6,
+    kRelativeEuclidean = 7,
+    kAbsolute = 8,
+    kRelativeAbsolute = 9,
+    kChord = 10
+};
+
 /// Resemblance between rows by the number of the session's option: 6, 7 Euclidean, 8, 9 absolute,
 /// 10 chord distance (of rows at unit length); any other leaves the result as it is.
 void NominalReseNonHier(int n, int p, ConstMatrix<float> a, Matrix<double> d, int option);

@@ -2,28 +2,12 @@
 
 #include <cmath>
 
+#include "mxlibRes/lanes.h"
+
 namespace {
-
-// Vectors of four doubles, which the compiler splits where registers are narrower. Each function
-// below exists once as a body and is compiled for the plain and for the wide registers: the same
-// operations in the same order, hence the same digits.
-typedef double Lanes __attribute__((vector_size(32)));
-constexpr int kLanes = 4;
-
-#define INLINE_BODY [[gnu::always_inline]] inline
 
 INLINE_BODY double SumOfLanes(const Lanes& a, const Lanes& b) {
     return ((a[0] + a[1]) + (a[2] + a[3])) + ((b[0] + b[1]) + (b[2] + b[3]));
-}
-
-/// Four numbers from any address, and to any.
-INLINE_BODY Lanes& Load(const double* from, Lanes& lanes) {
-    __builtin_memcpy(&lanes, from, sizeof(Lanes));
-    return lanes;
-}
-
-INLINE_BODY void Store(const Lanes& lanes, double* to) {
-    __builtin_memcpy(to, &lanes, sizeof(Lanes));
 }
 
 INLINE_BODY void AddTerm(bool squared, double x, const double* y, Lanes* sum) {

@@ -12,6 +12,15 @@ double RoundDigit(double x, int digits);
 bool AlmostEqual2sComplement(float a, float b, int maxUlps);
 bool AlmostEqual2sComplement(double a, double b, int maxUlps);
 
+/// AlmostEqual2sComplement(x, 1, 1), and the two numbers that bound it.
+inline constexpr float kAlmostOneFrom = 0x1.fffffep-1F;
+inline constexpr float kAlmostOneTo = 0x1.000002p+0F;
+template <class S>
+bool IsAlmostOne(S x) {
+    const float narrow = static_cast<float>(x);
+    return narrow >= kAlmostOneFrom && narrow <= kAlmostOneTo;
+}
+
 /// True when a is greater than b or almost equal to it; with `absolute` by their magnitudes.
 /// Anything against NaN is false.
 bool IsLargerThanOrEqual(double a, double b, int maxUlps, bool absolute);

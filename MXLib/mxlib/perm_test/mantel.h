@@ -4,13 +4,7 @@
 /// one vector, centred once, so that a correlation is a sum of products.
 
 #include "mxlib/perm_test/composition.h"
-
-/// The cells of a square matrix above its diagonal, row after row.
-template <class T>
-void CellsAbove(int n, ConstMatrix<T> s, double* cells) {
-    for (int i = 0; i < n; i++)
-        for (int j = i + 1; j < n; j++) *cells++ = s[i][j];
-}
+#include "mxlibRes/mantel_sides.h"
 
 struct MantelPairs {
     int nCells;

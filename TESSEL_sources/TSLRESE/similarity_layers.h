@@ -1,0 +1,35 @@
+#pragma once
+/// \file
+/// Gower's similarity between n objects averaged over many subsets of the variables. The partial
+/// similarities of each variable are made once, a layer each. Subsets that come in lexicographic
+/// order share their first members: sums are kept for each length of beginning, and only those
+/// after the first changed member are made anew.
+
+#include "mxlibDim/scoped.h"
+
+struct SimilarityLayers {
+    int n;
+    int largestSubset;
+    int tiles;                   ///< per row; cells lie in square tiles on and above the diagonal
+    int nCells;                  ///< of a layer
+    ScopedMatrix<float> layers;  ///< by variable
+    ScopedVector<bool> isComplete;   ///< by variable: no missing cell
+    ScopedMatrix<double> sums;       ///< by number of members
+    ScopedMatrix<float> counts;      ///< members present, where some member is not complete
+    ScopedVector<bool> hasCounts;    ///< by number of members
+    ScopedVector<int> members;       ///< of the subset at hand
+    int ready;                       ///< members whose sums are made
+    ScopedVector<float> similarity;  ///< n rows side by side
+    ScopedVector<float*> rows;
+};
+
+/// The layers of gower_similarityPartial from `data` (n x nVariables), for subsets of at most
+/// `largestSubset` variables; reads countDoubleAbsence.
+SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n,
+                                      const int* types, const float* ranges, const float* weights,
+                                      int largestSubset);
+
+/// Average over the `size` variables `members`, ascending, from 0: cell by cell the one of
+/// gower_similarityAverage, to the last bit; both halves, 1 on the diagonal. The matrix stays the
+/// layers' own and holds until the next call. Allocates nothing.
+float* const* AverageLayers(int size, const int* members, SimilarityLayers* layers);
