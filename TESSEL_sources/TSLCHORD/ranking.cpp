@@ -2,8 +2,24 @@
 
 #include <cstdio>
 
+#include "TSLCHORD/criteria.h"
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
+#include "iflibG/iflibG.h"
+#include "mxlibDim/dim.h"
+#include "mxlibDim/reading.h"
 
 void IFChOrderSearch() {
-    std::fprintf(out, "The ranking of trait subsets is not available in this version.\n");
+    SettingsChRank();
+    const RankingCriterion& criterion = CriterionOf(opt_struct);
+    MakeSessionFileName(whichChorder, sessionName, criterion.suffix);
+    criterion.search();
+    free1D(partition_OTUs_Phyl);
+    partition_OTUs_Phyl = nullptr;
+    dirtyOrig = 1;
+    ClearLine();
+    std::fprintf(out, "\n\nResults on file %s%s\n", volumeName, whichChorder);
+    Wait();
 }

@@ -1,0 +1,100 @@
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "TSLCHORD/criteria.h"
+#include "TSLCHORD/subset_counts.h"
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/settings.h"
+#include "TSLGLOB/shell.h"
+#include "TSLIF/menus.h"
+#include "TSLIF/settings_dialogue.h"
+#include "TSLIF2/console.h"
+#include "TSLRESE/scaling_up_matrices.h"
+#include "mxlib/belonging.h"
+
+namespace {
+
+constexpr int kTrait = 10;  // r(TE), the criterion without types
+constexpr int kDivergence = 16;
+constexpr int kAllCombinations = 2;
+constexpr int kEuclideanOption = 6;
+
+void PrintCriteria() {
+    Menu("CHARACTER RANKING SETTINGS");
+    std::fputs("Trait ranking criterion maximized: \n", out);
+    for (const RankingCriterion& criterion : kRankingCriteria)
+        if (IsShown(criterion)) std::fputs(criterion.menuLine, out);
+    std::fputs("\n", out);
+    for (const RankingCriterion& criterion : kRankingCriteria)
+        if (IsShown(criterion)) std::fputs(criterion.explanation, out);
+}
+
+int ReadCriterion() {
+    std::string accepted;
+    for (const RankingCriterion& criterion : kRankingCriteria)
+        accepted += std::to_string(criterion.option) + " ";
+    accepted.pop_back();
+    return ReadOption("\nType option no.: ", accepted.c_str());
+}
+
+/// Nominal traits have no averages: r(XE.T) and r(TE) need E, the more so with them.
+bool IsPossible(const RankingCriterion& criterion) {
+    if (nenv == 0 && criterion.needsSites) return false;
+    if (nenv == 0 && criterion.shown.noNominalTrait && criterion.shown.sites &&
+        HasQualitTrait(nch, chtype))
+        return false;
+    if (ComparesWithPhylogeny(criterion.option) && hasPhylogeny == 0) {
+        std::fputs("\nThis criterion needs a phylogeny, and the data set has none.\n", out);
+        return false;
+    }
+    return true;
+}
+
+bool HasTraitsToSearch() {
+    if (CountTraitsInUse() > 0) return true;
+    std::fputs("\nNo trait was selected: there is no subset to search for.\n", out);
+    return false;
+}
+
+int ReadSize(const char* question, int smallest, int largest) {
+    std::fprintf(out,
+                 "%s number of traits in the trait subset (minimum: %d, maximum: %d): ", question,
+                 smallest, largest);
+    return ReadIntegerIn("%d", "-", smallest, largest);
+}
+
+/// Asked until the subsets can be counted.
+void ReadSizes() {
+    const int traits = CountTraitsInUse();
+    for (;;) {
+        nMinTraitsChRank = ReadSize("Minimum", 1, traits);
+        nMaxTraitsChRank = ReadSize("Maximum", nMinTraitsChRank, traits);
+        const double subsets = CountSubsetsOfSizes(nch, nMinTraitsChRank, nMaxTraitsChRank);
+        if (subsets <= kMostSubsets) return;
+        std::fprintf(out, "\nThese are %.15g trait subsets, more than can be searched (%.10g).\n",
+                     subsets, kMostSubsets);
+    }
+}
+
+}  // namespace
+
+void SettingsChRank() {
+    do {
+        do {
+            PrintCriteria();
+            opt_struct = ReadCriterion();
+        } while (!IsPossible(CriterionOf(opt_struct)));
+        rankingAlgorithm = kAllCombinations;
+        includePhylogeny = ComparesWithPhylogeny(opt_struct) ? 1 : 0;
+        SettingsHierarchy();
+    } while (!HasTraitsToSearch());
+    if (opt_struct == kTrait || opt_struct == kDivergence) rese_opt = kEuclideanOption;
+    if (traitBasedOpt != 1) whichObj = 'r';
+    optUnitTotalAdjust1 = true;
+    CountGroupsNew(tcst, partition_OTUs, &nMinCSTGroupsChRank, nullptr);
+    nMaxCSTGroupsChRank = opt_struct == kTrait ? tcst : nMinCSTGroupsChRank;
+    ReadSizes();
+    printRankIntermedResults =
+        ReadYesNo("\nPrint intermediate results of the ranking process?  y/n ") ? 'y' : 'n';
+}
