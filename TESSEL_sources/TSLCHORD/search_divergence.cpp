@@ -183,7 +183,8 @@ void ChRankAlphaBetaDivergence(int mode) {
     t.structures.stream = structures;
     AddTables(criterion, &t);
     TakeSitesOfSearch<double>(EucliDistMV, &t);
-    TakeCommunities<double>(NormalizeCols, &t);
+    TakeCommunities(&t);
+    TakeTraits<double>(NormalizeCols, &t);
     CompareOTUsByTrait(&t);
     if (criterion.smoothing != nullptr) SmoothComposition(*criterion.smoothing, &t);
 

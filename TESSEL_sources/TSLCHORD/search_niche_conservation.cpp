@@ -150,8 +150,9 @@ void TakeTables(SubsetTables<float>* t) {
     AddTable(Table::X, t->K, t);
     FinishTables(t);
     TakeSitesOfSearch<float>(EucliDist, t);
-    TakeCommunities<float>(NormalizeCols, t);
+    TakeCommunities(t);
     TakePhylogeny(t);
+    TakeTraits<float>(NormalizeCols, t);
     CompareOTUsByTrait(t);
 }
 

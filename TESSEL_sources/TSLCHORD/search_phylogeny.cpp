@@ -112,8 +112,9 @@ void ChRankPhylogenyAssembly() {
     AddTable(Table::T, nch, &t);
     AddTable(Table::X, t.K, &t);
     FinishTables(&t);
-    TakeCommunities<double>(NormalizeCols, &t);
+    TakeCommunities(&t);
     TakePhylogeny(&t);
+    TakeTraits<double>(NormalizeCols, &t);
     CompareOTUsByTrait(&t);
 
     const bool all = structures != nullptr || printRankIntermedResults == 'y';

@@ -30,7 +30,8 @@ void ChRankTCAP() {
     AddTable(Table::T, nch, &t);
     FinishTables(&t);
     TakeSitesOfSearch<float>(EucliDistMV, &t);
-    TakeCommunities<float>(NormalizeColsMV, &t);
+    TakeCommunities(&t);
+    TakeTraits<float>(NormalizeColsMV, &t);
 
     SubsetSearch search{.header = kHeaderTCAP, .keeping = Keeping::bySign, .groups = 0};
     search.rate = [&](const TraitSubset& subset) -> std::optional<double> {

@@ -48,7 +48,8 @@ void ChRankTDAP_TCAP() {
     AddTable(Table::X, t.K, &t);
     FinishTables(&t);
     TakeSitesOfSearch<float>(EucliDistMV, &t);
-    TakeCommunities<float>(NormalizeColsMV, &t);
+    TakeCommunities(&t);
+    TakeTraits<float>(NormalizeColsMV, &t);
     CompareOTUsByTrait(&t);
 
     SubsetSearch search{.header = kHeaderTDAP_TCAP, .keeping = Keeping::bySign, .groups = t.K};
@@ -78,7 +79,8 @@ void ChRankTDAP() {
     AddTable(Table::X, t.K, &t);
     FinishTables(&t);
     TakeSitesOfSearch<double>(EucliDistMV, &t);
-    TakeCommunities<double>(NormalizeCols, &t);
+    TakeCommunities(&t);
+    TakeTraits<double>(NormalizeCols, &t);
     CompareOTUsByTrait(&t);
     TraitDivergence divergence = MakeTraitDivergence(Table::E, &t);
     const bool wantsAll = structures != nullptr || printRankIntermedResults == 'y';

@@ -84,12 +84,16 @@ void TakeSitesOfSearch(void (*distances)(int n, int p, ConstMatrix<Real> a, Matr
 }
 
 template <class Real>
-void TakeCommunities(void (*normalise)(int n, int p, ConstMatrix<Real> a, Matrix<Real> result),
-                     SubsetTables<Real>* t) {
+void TakeCommunities(SubsetTables<Real>* t) {
     for (int i = 0; i < ncsm; i++)
         for (int j = 0; j < tcst; j++) t->W[i][j] = t->WUnit[i][j] = cadat[j][i];
     if (optUnitTotalAdjust1) UnitSumRowsAdjMV(ncsm, tcst, t->WUnit, t->W);
     if (optUnitTotalAdjust2) UnitSumRowsAdjMV(ncsm, tcst, t->W, t->W);
+}
+
+template <class Real>
+void TakeTraits(void (*normalise)(int n, int p, ConstMatrix<Real> a, Matrix<Real> result),
+                SubsetTables<Real>* t) {
     ScopedVector<int> inUse(nch);
     for (int k = 0; k < nch; k++) {
         inUse[k] = weight[k] > 0.0F ? 1 : 0;
@@ -189,8 +193,9 @@ void FindCongruences(std::span<const TablePair> pairs, double* results, SubsetTa
     template ComparedTable<Real>& Of<Real>(Table, SubsetTables<Real>*);                          \
     template void TakeSitesOfSearch<Real>(void (*)(int, int, ConstMatrix<Real>, Matrix<double>), \
                                           SubsetTables<Real>*);                                  \
-    template void TakeCommunities<Real>(void (*)(int, int, ConstMatrix<Real>, Matrix<Real>),     \
-                                        SubsetTables<Real>*);                                    \
+    template void TakeCommunities<Real>(SubsetTables<Real>*);                                    \
+    template void TakeTraits<Real>(void (*)(int, int, ConstMatrix<Real>, Matrix<Real>),          \
+                                   SubsetTables<Real>*);                                         \
     template void CompareOTUsByTrait<Real>(SubsetTables<Real>*);                                 \
     template void ScaleTraitsUp<Real>(const TraitSubset&, SubsetTables<Real>*);                  \
     template void CompareOTUs<Real>(const TraitSubset&, SubsetTables<Real>*);                    \

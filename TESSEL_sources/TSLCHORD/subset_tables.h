@@ -66,10 +66,13 @@ void FinishTables(SubsetTables<Real>* t);
 template <class Real>
 void TakeSitesOfSearch(void (*distances)(int n, int p, ConstMatrix<Real> a, Matrix<double> d),
                        SubsetTables<Real>* t);
-/// Both copies of W, B, and the averages of all traits, brought to unit length by `normalise`.
+/// Both copies of W.
 template <class Real>
-void TakeCommunities(void (*normalise)(int n, int p, ConstMatrix<Real> a, Matrix<Real> result),
-                     SubsetTables<Real>* t);
+void TakeCommunities(SubsetTables<Real>* t);
+/// B, and the averages of all traits, brought to unit length by `normalise`.
+template <class Real>
+void TakeTraits(void (*normalise)(int n, int p, ConstMatrix<Real> a, Matrix<Real> result),
+                SubsetTables<Real>* t);
 /// The similarities between OTUs trait by trait.
 template <class Real>
 void CompareOTUsByTrait(SubsetTables<Real>* t);
