@@ -46,8 +46,9 @@ void MakeTables(const TraitSubset& subset, const Needs& needs, SubsetTables<doub
 /// Statistics that feed no value and no line stay 0.
 PhylogenyRating Rate(const TraitSubset& subset, const Needs& needs, PartialCorrelationRoom* room,
                      SubsetTables<double>* t) {
+    // Of two tables as wide as each other the first is the narrower to the coefficients.
     constexpr TablePair kPairs[] = {
-        {Table::P, Table::T}, {Table::P, Table::X}, {Table::T, Table::X}};
+        {Table::T, Table::P}, {Table::X, Table::P}, {Table::X, Table::T}};
     PhylogenyRating rating{};
     double r[3] = {};
     const bool partial = needs.T && needs.X;
