@@ -76,7 +76,7 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, const PhylogenyRat
     std::fprintf(stream, "\nTrait ranking criterion:\t");
     PrintRating(stream, rating);
     std::fprintf(stream, "%d groups\tTraits:\t", t->K);
-    PrintLabelLine(stream, subset);
+    PrintLabels(stream, subset);
     std::fprintf(stream, "Group sizes:\t");
     PrintSizesOfTypes(stream, t->K);
     std::fprintf(stream, "\n");
