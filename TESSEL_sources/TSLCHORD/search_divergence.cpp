@@ -135,11 +135,11 @@ void MakeTables(const TraitSubset& subset, const Needs& needs, FirstOTUs* room,
         ScaleTraitsUp(subset, t);
         if (compare) CompareCommunities(Table::T, kEuclideanDistance, t);
     }
-    CompareOTUs(subset, t);
+    if (needs.X || needs.R) CompareOTUs(subset, t);
     if (t->K < 2) return;
     if (needs.X) {
         PoolIntoTypes(t);
-        if (compare) CompareCommunities(Table::X, rese_opt, t);
+        if (opt_ro == kMantel) CompareCommunities(Table::X, rese_opt, t);
     }
     if (needs.R) {
         MeasureEntropy(room, t);
