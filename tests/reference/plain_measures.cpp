@@ -16,14 +16,14 @@ void ToUnitSum(int n, T* row) {
         if (row[i] != -999) row[i] /= total;
 }
 
+/// At single precision, whatever the type.
 bool NearlyOne(float x) {
     return x == 1 || x == std::nextafter(1.0F, 0.0F) || x == std::nextafter(1.0F, 2.0F);
 }
 
-}  // namespace
-
-void PlainFuzzyBelonging(int n, int K, ConstMatrix<float> s, const int* partition, Matrix<float> u,
-                         bool dissimilarity) {
+template <class T>
+void FuzzyBelonging(int n, int K, ConstMatrix<T> s, const int* partition, Matrix<T> u,
+                    bool dissimilarity) {
     const std::set<int> distinct(partition, partition + n);
     const std::vector<int> label(distinct.begin(), distinct.end());
     std::vector<int> size(K, 0), like(n);
@@ -36,7 +36,7 @@ void PlainFuzzyBelonging(int n, int K, ConstMatrix<float> s, const int* partitio
         for (int j = i + 1; j < n; j++)
             for (int g = 0; g < K; g++)
                 if (!redundant[i] && !redundant[j] && partition[i] == label[g] &&
-                    partition[j] == partition[i] && NearlyOne(s[i][j])) {
+                    partition[j] == partition[i] && NearlyOne(float(s[i][j]))) {
                     redundant[j] = 1;
                     like[j] = i;
                     size[g]--;
@@ -47,10 +47,21 @@ void PlainFuzzyBelonging(int n, int K, ConstMatrix<float> s, const int* partitio
             if (j != i && (redundant[j] || like[i] == like[j])) continue;
             for (int g = 0; g < K; g++)
                 if (label[g] == partition[j] && s[i][j] != -999)
-                    u[i][g] += (dissimilarity ? 1 - s[i][j] : s[i][j]) / float(size[g]);
+                    u[i][g] += (dissimilarity ? 1 - s[i][j] : s[i][j]) / T(size[g]);
         }
         ToUnitSum(K, u[i]);
     }
+}
+
+}  // namespace
+
+void PlainFuzzyBelonging(int n, int K, ConstMatrix<float> s, const int* partition, Matrix<float> u,
+                         bool dissimilarity) {
+    FuzzyBelonging(n, K, s, partition, u, dissimilarity);
+}
+void PlainFuzzyBelonging(int n, int K, ConstMatrix<double> s, const int* partition,
+                         Matrix<double> u, bool dissimilarity) {
+    FuzzyBelonging(n, K, s, partition, u, dissimilarity);
 }
 
 void PlainConditionalProb(int c, int n, ConstMatrix<double> w, Matrix<double> m, int option,

@@ -25,6 +25,8 @@ double PlainRao(int n, const double* p, ConstMatrix<M> m, bool dissimilarity, bo
 /// s is a full matrix.
 void PlainFuzzyBelonging(int n, int K, ConstMatrix<float> s, const int* partition, Matrix<float> u,
                          bool dissimilarity);
+void PlainFuzzyBelonging(int n, int K, ConstMatrix<double> s, const int* partition,
+                         Matrix<double> u, bool dissimilarity);
 
 void PlainConditionalProb(int c, int n, ConstMatrix<double> w, Matrix<double> m, int option,
                           bool unitSum);
