@@ -18,10 +18,11 @@ void TakePhylogeny(SubsetTables<Real>* t) {
     else
         CrispBelonging(tcst, nTaxa, partition_OTUs_Phyl, Q);
     ComparedTable<Real>& P = Of(Table::P, t);
-    MatrixProd(ncsm, tcst, tcst, nTaxa, t->W, Q, P.values);
+    MatrixProd(ncsm, tcst, tcst, nTaxa, t->W, Q, P.rows);
     CompareCommunities(Table::P, rese_opt, t);
     if (t->structures.stream != nullptr)
-        PrintPhylogenyOfSearch<Real>(t->structures.stream, Q, P.values, P.resemblance);
+        PrintPhylogenyOfSearch<Real>(t->structures.stream, Q, P.values,
+                                     ResemblanceMatrix<Real>(Table::P, t));
 }
 
 template void TakePhylogeny<float>(SubsetTables<float>*);

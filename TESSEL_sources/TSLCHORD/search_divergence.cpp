@@ -1,5 +1,6 @@
 // The criteria with Rao entropy, dark diversity and the smoothed compositions.
 
+#include <algorithm>
 #include <ctime>
 #include <string>
 
@@ -80,6 +81,11 @@ Needs NeedsOf(const DivergenceCriterion& criterion, bool all) {
             all || entropy || criterion.a == Table::R, all || criterion.a == Table::S};
 }
 
+/// Entropy alone compares only the OTUs that it is taken over.
+int OTUsCompared(const Needs& needs, const SubsetTables<double>& t) {
+    return std::max(needs.X ? OTUsComparedForTypes(t) : 0, needs.R ? t.K : 0);
+}
+
 /// Rao entropy and dark diversity are taken over the first K OTUs, not all.
 struct FirstOTUs {
     ScopedVector<int> otus;
@@ -91,15 +97,15 @@ void MeasureEntropy(FirstOTUs* room, SubsetTables<double>* t) {
     ComparedTable<double>& R = Of(Table::R, t);
     RaoIndexRows(ncsm, t->K, t->W, t->S, false, sqrtDissimOpt_RaoTraits, room->otus,
                  room->proportions, room->entropies);
-    for (int i = 0; i < ncsm; i++) R.values[i][0] = room->entropies[i];
-    R.sideReady = false;
+    for (int i = 0; i < ncsm; i++) R.rows[i][0] = room->entropies[i];
+    MarkChanged(&R);
 }
 
 void MeasureDarkDiversity(SubsetTables<double>* t) {
     ComparedTable<double>& S = Of(Table::S, t);
     for (int i = 0; i < ncsm; i++)
-        S.values[i][0] = SumAbsDeviations(t->K, t->W[i], Of(Table::X, t).values[i], false);
-    S.sideReady = false;
+        S.rows[i][0] = SumAbsDeviations(t->K, t->W[i], Of(Table::X, t).values[i], false);
+    MarkChanged(&S);
 }
 
 /// Congruences with Z are held in single precision.
@@ -121,12 +127,13 @@ void AddTables(const DivergenceCriterion& criterion, SubsetTables<double>* t) {
 }
 
 void SmoothComposition(const Smoothing& smoothing, SubsetTables<double>* t) {
-    BealsSmoothing(ncsm, tcst, t->W, t->W, Of(Table::Z, t).values, BealsIncludeOpt,
-                   smoothing.option, smoothing.odds);
+    BealsSmoothing(ncsm, tcst, t->W, t->W, Of(Table::Z, t).rows, BealsIncludeOpt, smoothing.option,
+                   smoothing.odds);
     CompareCommunities(Table::Z, rese_opt, t);
 }
 
 constexpr int kEuclideanDistance = 6;
+constexpr int kAbsoluteDifference = 8;
 
 void MakeTables(const TraitSubset& subset, const Needs& needs, FirstOTUs* room,
                 SubsetTables<double>* t) {
@@ -143,11 +150,11 @@ void MakeTables(const TraitSubset& subset, const Needs& needs, FirstOTUs* room,
     }
     if (needs.R) {
         MeasureEntropy(room, t);
-        if (compare) CompareCommunities(Table::R, 0, t);
+        if (compare) CompareCommunities(Table::R, kAbsoluteDifference, t);
     }
     if (needs.S) {
         MeasureDarkDiversity(t);
-        if (compare) CompareCommunities(Table::S, 0, t);
+        if (compare) CompareCommunities(Table::S, kEuclideanDistance, t);
     }
 }
 
@@ -167,7 +174,7 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* w
     PrintResemblanceMatrix(stream,
                            "\nResemblance matrix DR comparing communities based on their Rao "
                            "entropy expressed as equivalent numbers of OTUs (Jost 2007): \n",
-                           Of(Table::R, t).resemblance);
+                           ResemblanceMatrix<double>(Table::R, t));
     RateTraitDivergence(subset, false, withE, t);
     PrintTraitDivergence(stream, subset, *withE, t);
 }
@@ -185,10 +192,10 @@ void ChRankAlphaBetaDivergence(int mode) {
     TakeSitesOfSearch<double>(EucliDistMV, &t);
     TakeCommunities(&t);
     TakeTraits<double>(NormalizeCols, &t);
-    CompareOTUsByTrait(&t);
+    const Needs needs = NeedsOf(criterion, structures != nullptr);
+    CompareOTUsByTrait(OTUsCompared(needs, t), &t);
     if (criterion.smoothing != nullptr) SmoothComposition(*criterion.smoothing, &t);
 
-    const Needs needs = NeedsOf(criterion, structures != nullptr);
     FirstOTUs room{ScopedVector<int>(t.K), ScopedVector<double>(t.K), ScopedVector<double>(ncsm)};
     TraitDivergence divergence = MakeTraitDivergence(criterion.b, &t);
     TraitDivergence withE = MakeTraitDivergence(Table::E, &t);

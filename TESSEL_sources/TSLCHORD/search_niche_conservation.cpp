@@ -153,7 +153,7 @@ void TakeTables(SubsetTables<float>* t) {
     TakeCommunities(t);
     TakePhylogeny(t);
     TakeTraits<float>(NormalizeCols, t);
-    CompareOTUsByTrait(t);
+    CompareOTUsByTrait(OTUsComparedForTypes(*t), t);
 }
 
 }  // namespace

@@ -80,14 +80,17 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, const PhylogenyRat
     std::fprintf(stream, "Group sizes:\t");
     PrintSizesOfTypes(stream, t->K);
     std::fprintf(stream, "\n");
+    const ScopedMatrix<double> DT = ResemblanceMatrix<double>(Table::T, t);
+    const ScopedMatrix<double> DP = ResemblanceMatrix<double>(Table::P, t);
     PrintResiduals(stream,
                    "\nResemblance matrix between communities based lon phylogeny (residuals after "
                    "removing the effect of DT):\n",
-                   Of(Table::T, t).resemblance, Of(Table::P, t).resemblance);
+                   DT, DP);
+    TakeResemblance<double>(DP, Table::P, t);
     PrintResiduals(stream,
                    "\nResemblance matrix between communities based on traits (residuals after "
                    "removing the effect of DT):\n",
-                   Of(Table::T, t).resemblance, Of(Table::X, t).resemblance);
+                   DT, ResemblanceMatrix<double>(Table::X, t));
 }
 
 double ValueOf(const PhylogenyRating& rating) {
@@ -116,7 +119,7 @@ void ChRankPhylogenyAssembly() {
     TakeCommunities(&t);
     TakePhylogeny(&t);
     TakeTraits<double>(NormalizeCols, &t);
-    CompareOTUsByTrait(&t);
+    CompareOTUsByTrait(OTUsComparedForTypes(t), &t);
 
     const bool all = structures != nullptr || printRankIntermedResults == 'y';
     const Needs needs = {all || opt_struct != kRatePX, all || opt_struct != kRatePT, all};

@@ -50,7 +50,7 @@ void ChRankTDAP_TCAP() {
     TakeSitesOfSearch<float>(EucliDistMV, &t);
     TakeCommunities(&t);
     TakeTraits<float>(NormalizeColsMV, &t);
-    CompareOTUsByTrait(&t);
+    CompareOTUsByTrait(OTUsComparedForTypes(t), &t);
 
     SubsetSearch search{.header = kHeaderTDAP_TCAP, .keeping = Keeping::bySign, .groups = t.K};
     search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
@@ -81,7 +81,7 @@ void ChRankTDAP() {
     TakeSitesOfSearch<double>(EucliDistMV, &t);
     TakeCommunities(&t);
     TakeTraits<double>(NormalizeCols, &t);
-    CompareOTUsByTrait(&t);
+    CompareOTUsByTrait(OTUsComparedForTypes(t), &t);
     TraitDivergence divergence = MakeTraitDivergence(Table::E, &t);
     const bool wantsAll = structures != nullptr || printRankIntermedResults == 'y';
 

@@ -62,5 +62,6 @@ void PrintTraitDivergence(FILE* stream, const TraitSubset& subset,
         PrintResiduals(stream,
                        "\nResemblance matrix between communities (residuals after removing the "
                        "effect of DT):\n",
-                       Of(Table::T, t).resemblance, Of(Table::X, t).resemblance);
+                       ResemblanceMatrix<double>(Table::T, t),
+                       ResemblanceMatrix<double>(Table::X, t));
 }

@@ -4,6 +4,7 @@
 
 #include "TSLGLOB/settings.h"
 #include "TSLRESE/gower_partial.h"
+#include "mxlibDim/failure.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/subset_kernels.h"
 
@@ -22,6 +23,8 @@ void PackTiles(int n, int tiles, const float* const* pairs, float* cells) {
 }
 
 SimilarityLayers MakeRoom(int nVariables, int n, int largestSubset) {
+    constexpr int kMostObjects = 40000;  // more cells than an int counts
+    if (n > kMostObjects) RaiseError(kOutOfMemory);
     const int tiles = (n + kTileSide - 1) / kTileSide;
     const int nCells = tiles * (tiles + 1) / 2 * kTileCells;
     const int side = tiles * kTileSide;
@@ -72,17 +75,17 @@ void AverageWith(int level, int member, SimilarityLayers* l) {
 
 }  // namespace
 
-SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n,
+SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n, int compared,
                                       const int* types, const float* ranges, const float* weights,
                                       int largestSubset) {
-    SimilarityLayers layers = MakeRoom(nVariables, n, largestSubset);
+    SimilarityLayers layers = MakeRoom(nVariables, compared, largestSubset);
     ScopedVector<float> values(n);
     ScopedMatrix<float> pairs(n, n);
     for (int k = 0; k < nVariables; k++) {
         for (int i = 0; i < n; i++) values[i] = data[i][k];
         GowerMVPartial_dAbsences(n, types[k], values, pairs, ranges[k], weights[k],
                                  countDoubleAbsence);
-        PackTiles(n, layers.tiles, pairs, layers.layers[k]);
+        PackTiles(compared, layers.tiles, pairs, layers.layers[k]);
         layers.isComplete[k] = std::find(layers.layers[k], layers.layers[k] + layers.nCells,
                                          float{kMissing}) == layers.layers[k] + layers.nCells;
     }

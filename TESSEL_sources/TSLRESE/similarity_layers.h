@@ -8,7 +8,7 @@
 #include "mxlibDim/scoped.h"
 
 struct SimilarityLayers {
-    int n;
+    int n;  ///< objects compared
     int largestSubset;
     int tiles;                   ///< per row; cells lie in square tiles on and above the diagonal
     int nCells;                  ///< of a layer
@@ -23,9 +23,9 @@ struct SimilarityLayers {
     ScopedVector<float*> rows;
 };
 
-/// The layers of gower_similarityPartial from `data` (n x nVariables), for subsets of at most
-/// `largestSubset` variables; reads countDoubleAbsence.
-SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n,
+/// The layers of gower_similarityPartial from `data` (n x nVariables), for the first `compared`
+/// objects and subsets of at most `largestSubset` variables; reads countDoubleAbsence.
+SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n, int compared,
                                       const int* types, const float* ranges, const float* weights,
                                       int largestSubset);
 

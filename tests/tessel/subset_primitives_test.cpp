@@ -145,7 +145,7 @@ TEST(SubsetPrimitives, SimilarityLayersAndFuzzyTypes) {
             ScopedCube<float> cube(n, n, kTraits);
             gower_similarityPartial(kTraits, data, n, cube, kTypes, ranges, weights);
             SimilarityLayers layers =
-                MakeSimilarityLayers(kTraits, data, n, kTypes, ranges, weights, kTraits);
+                MakeSimilarityLayers(kTraits, data, n, n, kTypes, ranges, weights, kTraits);
             std::vector<int> partition;
             for (int i = 0; i < n; i++) partition.push_back(int(random() % 3) * 2 + 1);
             partition[0] = 1;
