@@ -1,7 +1,9 @@
 #include "mxlibRes/sparse_rows.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "mxlibRes/missing.h"
 #include "mxlibRes/products.h"
@@ -10,10 +12,14 @@
 namespace {
 
 template <class T>
-int CountCells(int n, int m, ConstMatrix<T> w) {
+bool HasWeight(T w) {
+    return w != 0 && !IsMissing(w);
+}
+
+template <class T>
+int CountCells(int m, const T* w) {
     int count = 0;
-    for (int i = 0; i < n; i++)
-        for (int k = 0; k < m; k++) count += w[i][k] != 0 && !IsMissing(w[i][k]);
+    for (int k = 0; k < m; k++) count += HasWeight(w[k]);
     return count;
 }
 
@@ -37,36 +43,64 @@ bool FillTable(ConstMatrix<float> u, SparseRows<T>* rows) {
     return odd == 0;
 }
 
+template <class T>
+bool AllFinite(int n, int m, ConstMatrix<T> w) {
+    for (int i = 0; i < n; i++)
+        for (int k = 0; k < m; k++)
+            if (!IsFinite(w[i][k])) return false;
+    return true;
+}
+
+/// The slices, rows of the most cells first; returns how many cells they take.
+int MakeSlices(int n, const int* cells, int slices, int* row, int* start) {
+    for (int i = 0; i < slices * kSliceRows; i++) row[i] = i;
+    std::stable_sort(row, row + n, [cells](int a, int b) { return cells[a] > cells[b]; });
+    for (int i = 0; i < slices; i++)
+        start[i + 1] = start[i] + cells[row[i * kSliceRows]] * kSliceRows;
+    return start[slices];
+}
+
+template <class T>
+void FillSlices(SparseRows<T>* rows) {
+    for (int i = 0; i < rows->slices * kSliceRows; i++) {
+        if (rows->row[i] >= rows->n) continue;
+        const T* w = rows->w[rows->row[i]];
+        int e = rows->start[i / kSliceRows] + i % kSliceRows;
+        for (int k = 0; k < rows->m; k++) {
+            if (!HasWeight(w[k])) continue;
+            rows->at[e] = k;
+            rows->weights[e] = w[k];
+            e += kSliceRows;
+        }
+    }
+}
+
 }  // namespace
 
 template <class T>
 SparseRows<T> MakeSparseRows(int n, int m, int K, ConstMatrix<T> w) {
     constexpr int kMultiple = 8;  // of sparseRows
     const int width = (K + kMultiple - 1) / kMultiple * kMultiple;
-    const int count = CountCells(n, m, w);
+    const int slices = (n + kSliceRows - 1) / kSliceRows;
+    ScopedVector<int> cells(n), row(slices * kSliceRows), start(slices + 1);
+    for (int i = 0; i < n; i++) cells[i] = CountCells(m, w[i]);
+    const int count = MakeSlices(n, cells, slices, row, start);
     SparseRows<T> rows{n,
                        m,
                        K,
                        w,
-                       true,
-                       ScopedVector<int>(n + 1),
+                       AllFinite(n, m, w),
+                       slices,
+                       std::move(row),
+                       std::move(start),
                        ScopedVector<int>(count),
                        ScopedVector<T>(count),
                        width,
                        ScopedVector<T>(m * width),
-                       ScopedVector<T>(n * width),
+                       ScopedVector<T>(slices * kSliceRows * width),
                        ScopedVector<T*>(n)};
-    int e = 0;
-    for (int i = 0; i < n; i++) {
-        rows.x[i] = rows.places.get() + static_cast<long>(i) * width;
-        for (int k = 0; k < m; k++) {
-            rows.isFinite = rows.isFinite && IsFinite(w[i][k]);
-            if (w[i][k] == 0 || IsMissing(w[i][k])) continue;
-            rows.at[e] = k;
-            rows.weights[e++] = w[i][k];
-        }
-        rows.start[i + 1] = e;
-    }
+    for (int i = 0; i < n; i++) rows.x[i] = rows.places.get() + static_cast<long>(i) * width;
+    FillSlices(&rows);
     return rows;
 }
 
@@ -74,8 +108,8 @@ template <class T>
 T* const* SparseProduct(ConstMatrix<float> u, SparseRows<T>* rows, T* const* columns) {
     if (FillTable(u, rows) && rows->isFinite)
         KernelsOf<T>(SubsetKernelsOfProcessor())
-            .sparseRows(rows->n, rows->start, rows->at, rows->weights, rows->table, rows->width,
-                        rows->places);
+            .sparseRows(rows->slices, rows->start, rows->at, rows->weights, rows->row, rows->table,
+                        rows->width, rows->places);
     else
         MatrixProdMV(rows->n, rows->m, rows->m, rows->K, rows->w, u, rows->x);
     if (columns != nullptr)

@@ -6,7 +6,8 @@
 #include "mxlibDim/dim.h"
 #include "mxlibDim/scoped.h"
 
-/// W (n x m) by its present non-zero cells: those of row i are start[i] to start[i + 1].
+/// W (n x m) by its present non-zero cells. Rows of about the same number of cells make up slices
+/// of kSliceRows, the shorter rows of a slice filled up with cells of 0.
 template <class T>
 struct SparseRows {
     int n;
@@ -14,7 +15,9 @@ struct SparseRows {
     int K;
     ConstMatrix<T> w;  ///< stays the caller's, for factors that are not finite
     bool isFinite;
-    ScopedVector<int> start;
+    int slices;
+    ScopedVector<int> row;  ///< of W, for each place of each slice; n and more where there is none
+    ScopedVector<int> start;  ///< cells of slice i: start[i] to start[i + 1], rows taking turns
     ScopedVector<int> at;
     ScopedVector<T> weights;
     int width;               ///< places of a row of the next two

@@ -39,17 +39,19 @@ template <int G, bool kProducts>
 INLINE_BODY void SumChains(int m, const double* const* x, const double* const* y, double* sums) {
     Lanes sum[G] = {};
     int k = 0;
-    for (; k + kLanes <= m; k += kLanes) UNROLL
-    for (int g = 0; g < G; g++) {
-        Lanes terms[kLanes], cell[kLanes], v;
+    for (; k + kLanes <= m; k += kLanes) {
         UNROLL
-        for (int c = 0; c < kLanes; c++) {
-            Load(x[g * kLanes + c] + k, terms[c]);
-            if constexpr (kProducts) terms[c] *= Load(y[g * kLanes + c] + k, v);
+        for (int g = 0; g < G; g++) {
+            Lanes terms[kLanes], cell[kLanes], v;
+            UNROLL
+            for (int c = 0; c < kLanes; c++) {
+                Load(x[g * kLanes + c] + k, terms[c]);
+                if constexpr (kProducts) terms[c] *= Load(y[g * kLanes + c] + k, v);
+            }
+            TurnCells(terms, cell);
+            UNROLL
+            for (int c = 0; c < kLanes; c++) sum[g] += cell[c];
         }
-        TurnCells(terms, cell);
-        UNROLL
-        for (int c = 0; c < kLanes; c++) sum[g] += cell[c];
     }
     for (int c = 0; c < G * kLanes; c++) {
         double s = sum[c / kLanes][c % kLanes];
@@ -102,87 +104,110 @@ INLINE_BODY bool DeviationsBody(int m, double mean, const double* cells, double*
 
 // ---- distances
 
-/// The difference in T, or its square in T, as doubles.
+INLINE_BODY void Magnitude(Lanes* x) {
+    LongLanes bits;
+    Store(Load(x, bits) & 0x7fffffffffffffffLL, x);
+}
+INLINE_BODY void Magnitude(FloatLanes* x) {
+    IntLanes bits;
+    Store(Load(x, bits) & 0x7fffffff, x);
+}
+
+template <bool kSquared, class Vector>
+INLINE_BODY void SquareOrMagnitude(Vector* difference) {
+    if (kSquared)
+        *difference *= *difference;
+    else
+        Magnitude(difference);
+}
+
+/// Adds eight magnitudes of differences in T, or their squares in T, to double sums.
 template <bool kSquared>
-INLINE_BODY void DistanceTerm(double x, const double* y, Lanes* term) {
-    const Lanes difference = x - Load(y, *term);
-    *term = kSquared ? difference * difference : (difference < 0 ? -difference : difference);
+INLINE_BODY void AddDifferences(double x, const double* y, Lanes* sum) {
+    UNROLL
+    for (int v = 0; v < 2; v++) {
+        Lanes others;
+        Lanes term = x - Load(y + v * kLanes, others);
+        SquareOrMagnitude<kSquared>(&term);
+        sum[v] += term;
+    }
 }
 template <bool kSquared>
-INLINE_BODY void DistanceTerm(float x, const float* y, Lanes* term) {
-    HalfLanes others;
-    const HalfLanes difference = x - Load(y, others);
-    if (kSquared) {
-        Widen(difference * difference, term);
-    } else {
-        Widen(difference, term);
-        *term = *term < 0 ? -*term : *term;
+INLINE_BODY void AddDifferences(float x, const float* y, Lanes* sum) {
+    FloatLanes others;
+    FloatLanes difference = x - Load(y, others);
+    SquareOrMagnitude<kSquared>(&difference);
+    Lanes low, high;
+    Widen(__builtin_shufflevector(difference, difference, 0, 1, 2, 3), &low);
+    Widen(__builtin_shufflevector(difference, difference, 4, 5, 6, 7), &high);
+    sum[0] += low;
+    sum[1] += high;
+}
+
+/// 4 V cells of a row, between object i and those from j on.
+template <bool kSquared, int V, class T>
+INLINE_BODY void DistancesOfBlock(int p, const T* const* columns, int i, int j, double* cells) {
+    Lanes sum[V] = {};
+    for (int k = 0; k < p; k++) {
+        const T x = columns[k][i];
+        const T* others = columns[k] + j;
+        UNROLL
+        for (int v = 0; v < V; v += 2) AddDifferences<kSquared>(x, others + v * kLanes, sum + v);
+    }
+    UNROLL
+    for (int v = 0; v < V; v++) {
+        if (kSquared) Root(sum + v);
+        Store(sum[v], cells + v * kLanes);
     }
 }
 
 /// What the last block of a row writes past its end is written again by the next row.
 template <bool kSquared, class T>
 INLINE_BODY void DistancesBody(int n, int p, const T* const* columns, double* cells) {
-    constexpr int kVectors = kOverrun / kLanes;
     for (int i = 0; i + 1 < n; i++) {
-        const int length = n - 1 - i;
-        for (int j = 0; j < length; j += kOverrun) {
-            Lanes sum[kVectors] = {};
-            for (int k = 0; k < p; k++) {
-                const T x = columns[k][i];
-                const T* others = columns[k] + i + 1 + j;
-                UNROLL
-                for (int v = 0; v < kVectors; v++) {
-                    Lanes term;
-                    DistanceTerm<kSquared>(x, others + v * kLanes, &term);
-                    sum[v] += term;
-                }
-            }
-            UNROLL
-            for (int v = 0; v < kVectors; v++) {
-                if (kSquared) Root(&sum[v]);
-                Store(sum[v], cells + j + v * kLanes);
-            }
-        }
-        cells += length;
+        int j = i + 1;
+        for (; j + 2 * kLanes < n; j += 4 * kLanes)
+            DistancesOfBlock<kSquared, 4>(p, columns, i, j, cells + (j - i - 1));
+        if (j < n) DistancesOfBlock<kSquared, 2>(p, columns, i, j, cells + (j - i - 1));
+        cells += n - 1 - i;
     }
 }
 
 // ---- sums over OTUs
 
-/// V vectors of a row, from place c on.
+/// V vectors of each row of a slice.
 template <int V, class T>
-INLINE_BODY void SparseRowPart(int entries, const int* at, const T* weights, const T* table,
-                               int width, T* row) {
+INLINE_BODY void SparseSlicePart(int entries, const int* at, const T* weights, const T* table,
+                                 int width, const int* row, T* rows) {
     using Vector = typename LanesOf<T>::Type;
-    Vector sum[V] = {};
-    for (int e = 0; e < entries; e++) {
-        const T* from = table + static_cast<long>(at[e]) * width;
+    constexpr int kWidth = LanesOf<T>::kWidth;
+    Vector sum[kSliceRows * V] = {};
+    for (int e = 0; e < entries; e++, at += kSliceRows, weights += kSliceRows) {
         UNROLL
-        for (int s = 0; s < V; s++) {
+        for (int s = 0; s < kSliceRows * V; s++) {
             Vector v;
-            sum[s] += weights[e] * Load(from + s * LanesOf<T>::kWidth, v);
+            const T* from = table + static_cast<long>(at[s / V]) * width + s % V * kWidth;
+            sum[s] += weights[s / V] * Load(from, v);
         }
     }
     UNROLL
-    for (int s = 0; s < V; s++) Store(sum[s], row + s * LanesOf<T>::kWidth);
+    for (int s = 0; s < kSliceRows * V; s++)
+        Store(sum[s], rows + static_cast<long>(row[s / V]) * width + s % V * kWidth);
 }
 
 template <class T>
-INLINE_BODY void SparseRowsBody(int n, const int* start, const int* at, const T* weights,
-                                const T* table, int width, T* rows) {
+INLINE_BODY void SparseRowsBody(int slices, const int* start, const int* at, const T* weights,
+                                const int* row, const T* table, int width, T* rows) {
     constexpr int kWidth = LanesOf<T>::kWidth;
-    for (int i = 0; i < n; i++) {
-        const int first = start[i];
-        const int entries = start[i + 1] - first;
-        T* row = rows + static_cast<long>(i) * width;
+    for (int i = 0; i < slices; i++) {
+        const int entries = (start[i + 1] - start[i]) / kSliceRows;
+        const int* ofAt = at + start[i];
+        const T* of = weights + start[i];
+        const int* ofRow = row + i * kSliceRows;
         int c = 0;
-        for (; c + 4 * kWidth <= width; c += 4 * kWidth)
-            SparseRowPart<4>(entries, at + first, weights + first, table + c, width, row + c);
         for (; c + 2 * kWidth <= width; c += 2 * kWidth)
-            SparseRowPart<2>(entries, at + first, weights + first, table + c, width, row + c);
-        for (; c < width; c += kWidth)
-            SparseRowPart<1>(entries, at + first, weights + first, table + c, width, row + c);
+            SparseSlicePart<2>(entries, ofAt, of, table + c, width, ofRow, rows + c);
+        if (c < width) SparseSlicePart<1>(entries, ofAt, of, table + c, width, ofRow, rows + c);
     }
 }
 
@@ -389,9 +414,9 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
     TARGET void Absolute##NAME(int n, int p, const T* const* columns, double* cells) {            \
         DistancesBody<false>(n, p, columns, cells);                                               \
     }                                                                                             \
-    TARGET void SparseRows##NAME(int n, const int* start, const int* at, const T* weights,        \
-                                 const T* table, int width, T* rows) {                            \
-        SparseRowsBody(n, start, at, weights, table, width, rows);                                \
+    TARGET void SparseRows##NAME(int slices, const int* start, const int* at, const T* weights,   \
+                                 const int* row, const T* table, int width, T* rows) {            \
+        SparseRowsBody(slices, start, at, weights, row, table, width, rows);                      \
     }                                                                                             \
     TARGET void MemberMeans##NAME(int n, int size, const int* members, const float* const* s,     \
                                   T* mean) {                                                      \

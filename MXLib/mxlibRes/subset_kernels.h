@@ -8,6 +8,9 @@
 inline constexpr int kTileSide = 8;
 inline constexpr int kTileCells = kTileSide * kTileSide;
 
+/// Rows whose sums run side by side.
+inline constexpr int kSliceRows = 4;
+
 /// Most sums in one pass over the cells.
 inline constexpr int kMostChains = 8;
 
@@ -19,11 +22,12 @@ struct TypedSubsetKernels {
     void (*euclidean)(int n, int p, const T* const* columns, double* cells);
     void (*absolute)(int n, int p, const T* const* columns, double* cells);
 
-    /// For each of n rows the sum over its entries e, start[i] to start[i + 1] ascending, of
-    /// weights[e] times table row at[e], into row i of `rows`. Both tables have `width` places in a
-    /// row, a multiple of 8.
-    void (*sparseRows)(int n, const int* start, const int* at, const T* weights, const T* table,
-                       int width, T* rows);
+    /// Rows in slices of kSliceRows: for each the sum over its entries e, ascending, of weights[e]
+    /// times table row at[e], into row[...] of `rows`. The entries of a slice, start[i] to
+    /// start[i + 1], take turns between its rows. Both tables have `width` places in a row, a
+    /// multiple of 8.
+    void (*sparseRows)(int slices, const int* start, const int* at, const T* weights,
+                       const int* row, const T* table, int width, T* rows);
 
     /// mean[i] = sum over the members m, in their order, of s[m][i] / size, each quotient a float
     /// and the sum a T; a missing s adds nothing. For i from 0 to n - 1.

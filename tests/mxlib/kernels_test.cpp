@@ -6,6 +6,8 @@
 #include <random>
 #include <vector>
 
+#include "mxlibRes/subset_kernels.h"
+
 namespace {
 
 std::vector<double> RandomNumbers(int n, unsigned seed) {
@@ -95,6 +97,39 @@ TEST(Kernels, ColumnProductsAreSummedInTheirOrder) {
                     EXPECT_EQ(turned[j][i], sum);
                 }
         }
+}
+
+/// The loops over subsets of traits, for every kind of processor; the last bit counts.
+TEST(Kernels, LoopsOverSubsetsHaveTheSameDigitsInWideRegisters) {
+    constexpr int kTiles = 5, kSide = kTiles * kTileSide, kMembers[] = {3, 0, 17};
+    constexpr int kCells = kTiles * (kTiles + 1) / 2 * kTileCells;
+    const std::vector<double> x = RandomNumbers(4 * kCells, 1);
+    const std::vector<float> narrow(x.begin(), x.end());
+    std::vector<const double*> chains;
+    std::vector<const float*> rows;
+    for (int c = 0; c < kSide; c++) {
+        chains.push_back(x.data() + 31 * c);
+        rows.push_back(narrow.data() + 31 * c);
+    }
+    std::vector<std::vector<double>> results;
+    for (const SubsetKernels* k : {&SubsetKernelsOfProcessor(), &SubsetKernelsOfAnyProcessor()}) {
+        std::vector<double> d(8000), sums(8);
+        std::vector<float> s(kSide * kSide), means(kSide);
+        k->chains(7, 103, chains.data(), chains.data() + 8, sums.data());
+        k->ofDouble.euclidean(29, 3, chains.data(), d.data());
+        k->ofDouble.absolute(29, 3, chains.data(), d.data() + 500);
+        k->ofFloat.euclidean(29, 3, rows.data(), d.data() + 1000);
+        k->ofFloat.absolute(29, 3, rows.data(), d.data() + 1500);
+        k->ofDouble.memberMeans(29, 3, kMembers, rows.data(), d.data() + 2000);
+        k->ofFloat.memberMeans(29, 3, kMembers, rows.data(), means.data());
+        k->ofFloat.unitSums(8, 2, 8, means.data());
+        k->addLayer(kCells, x.data(), narrow.data() + kCells, d.data() + 3000);
+        k->averages(kTiles, x.data(), narrow.data(), 3.0F, s.data());
+        for (const auto* floats : {&s, &means}) d.insert(d.end(), floats->begin(), floats->end());
+        d.insert(d.end(), sums.begin(), sums.end());
+        results.push_back(d);
+    }
+    EXPECT_EQ(results[0], results[1]);
 }
 
 }  // namespace

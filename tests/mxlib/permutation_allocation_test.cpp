@@ -1,4 +1,5 @@
-// The permutation test takes its memory before the first permutation. The counting functions below
+// The permutation test takes its memory before the first permutation, and so does the search of
+// trait subsets. The counting functions below
 // stand in the place of the C library's own in this test program, for GSL too.
 
 #include <gtest/gtest.h>
@@ -6,8 +7,14 @@
 #include <cstdlib>
 #include <limits>
 
+#include "mxlib/fuzzy_types.h"
 #include "mxlib/random_lists.h"
+#include "mxlibRes/distance_cells.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/mantel_sides.h"
+#include "mxlibRes/sparse_rows.h"
 #include "reference/perm_test_data.h"
+#include "support/matrices.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define TESSEL_OWN_ALLOCATOR
@@ -72,6 +79,32 @@ TEST(PermutationTest, AllocatesNothingInAPermutation) {
                     EXPECT_GT(few, 0);
                     EXPECT_EQ(AllocationsOf(data.get(), 12), few);
                 }
+}
+
+/// Nor does what the search of trait subsets computes for each subset.
+TEST(SubsetPrimitives, AllocateNothingForASubset) {
+    constexpr int kOTUs = 30, kTypes = 4, kCommunities = 12;
+    std::mt19937 random(1);
+    auto s = RandomTable<float>(kOTUs, kOTUs, 0.0F, 1.0F, random, 0.3, 1.0F);  // identical OTUs
+    auto w = RandomTable<double>(kCommunities, kOTUs, 0.0, 1.0, random, 0.5);
+    std::vector<int> partition(kOTUs);
+    for (int i = 0; i < kOTUs; i++) partition[i] = i % kTypes;
+    Table<float> u(kOTUs, kTypes);
+    auto types = MakeFuzzyTypes<float>(kOTUs, kTypes, partition.data());
+    auto rows = MakeSparseRows<double>(kCommunities, kOTUs, kTypes, w.operator double**());
+    auto columns = MakeColumnTable<double>(kCommunities, kTypes);
+    auto room = MakeColumnTable<double>(kCommunities, kTypes);
+    MantelSide side = MakeMantelSide(kCommunities);
+    MantelSide* moving = &side;
+    const MantelPair pair = {&side, &side};
+    double r = 0.0;
+    const long before = allocations;
+    BelongingToTypes<float>(s.operator float**(), &types, u);
+    SparseProduct<double>(u.operator float**(), &rows, columns.columns);
+    DistanceCells<double>(kCommunities, kTypes, columns.columns, kChord, &room, side.cells);
+    CorrelateMantelSides(1, &moving, 1, &pair, &r);
+    EXPECT_EQ(allocations, before);
+    EXPECT_NEAR(r, 1.0, 1e-12);
 }
 
 }  // namespace
