@@ -1,6 +1,6 @@
 // The permutation test takes its memory before the first permutation, and so does the search of
-// trait subsets. The counting functions below
-// stand in the place of the C library's own in this test program, for GSL too.
+// trait subsets before the first subset. The counting functions below stand in the place of the C
+// library's own in this test program, for GSL too.
 
 #include <gtest/gtest.h>
 
