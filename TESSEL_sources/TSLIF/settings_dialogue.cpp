@@ -91,21 +91,6 @@ void SettingsPermutationRestriction(bool typesComplete) {
     AskNestingGroupsOfOTUs(tcst, nestingMembershipOTUs, typesComplete);
 }
 
-void SettingsSeed() {
-    seedOpt = ReadOption(
-        "\nInitialization of the random number generator: \n"
-        "   1  automatic (taken from the clock)\n"
-        "   2  specified by the user\n"
-        "Type option no.: ",
-        "1 2");
-    if (seedOpt == 2) {
-        std::fprintf(out, "\nEnter seed (integer in the 0 to %u interval):\n", kLargestSeed);
-        rseed = static_cast<unsigned long>(ReadNumberIn("%u\n", "-", 0.0, kLargestSeed));
-    } else {
-        rseed = static_cast<unsigned long>(std::time(nullptr));
-    }
-}
-
 void SettingsPermutationTests(bool typesComplete) {
     std::fputs(
         "Enter number of iterations in permutation tests of final correlations based on null "
@@ -284,4 +269,19 @@ void SettingReseFunction(int* option) {
         "Type option no.: ",
         // 7, 8 and 9 are taken though the menu does not offer them.
         "6 7 8 9 10");
+}
+
+void SettingsSeed() {
+    seedOpt = ReadOption(
+        "\nInitialization of the random number generator: \n"
+        "   1  automatic (taken from the clock)\n"
+        "   2  specified by the user\n"
+        "Type option no.: ",
+        "1 2");
+    if (seedOpt == 2) {
+        std::fprintf(out, "\nEnter seed (integer in the 0 to %u interval):\n", kLargestSeed);
+        rseed = static_cast<unsigned long>(ReadNumberIn("%u\n", "-", 0.0, kLargestSeed));
+    } else {
+        rseed = static_cast<unsigned long>(std::time(nullptr));
+    }
 }

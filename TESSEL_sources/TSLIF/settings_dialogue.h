@@ -15,3 +15,6 @@ void SettingsRese();
 
 /// Prints the menu of resemblance functions and reads the option.
 void SettingReseFunction(int* option);
+
+/// Asks for the seed of the random generator and stores it in seedOpt and rseed.
+void SettingsSeed();

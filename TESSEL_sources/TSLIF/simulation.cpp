@@ -1,9 +1,116 @@
 #include "TSLIF/simulation.h"
 
 #include <cstdio>
+#include <ctime>
+#include <optional>
 
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
+#include "TSLIF/simulation/dynamics.h"
+#include "TSLIF/simulation/evaluation.h"
+#include "TSLIF/simulation/preparation.h"
+#include "TSLIF/simulation/report.h"
+#include "iflibG/iflibG.h"
+#include "mxlib/random_lists.h"
+#include "mxlibDim/dim.h"
+
+namespace {
+
+/// So many data sets at most leave their raw files.
+constexpr int kDataSetsWithRawFiles = 2;
+
+/// The data set's arrays that the settings dialogue and the test use, for T traits and N OTUs, and
+/// the groups that the dialogue makes. Nothing of a closed session remains in them.
+class DataSetScratch {
+  public:
+    DataSetScratch(int traits, int OTUs) {
+        FreeGlobals2();
+        hasTraitGroups = hasPhylogeny = includePhylogeny = 0;
+        temEnvQuant = temEnvQual = temEnvBin = 0;
+        nch = traits;
+        tcst = OTUs;
+        nSpp = 0;
+        chLabel = dim2Dchar(nch, kLabelLength + 1);
+        chtype = dim1Dint(nch);
+        weight = dim1Dfloat(nch);
+        nchor = dim1Dint(nch);
+        nGrPoly = dim1Dint(nch);
+        partition_OTUs = dim1Dint(tcst);
+    }
+    ~DataSetScratch() {
+        FreeGlobals2();
+        for (int** memberships : {&nestingMembershipOTUs, &partition_OTUs_Phyl}) {
+            free1D(*memberships);
+            *memberships = nullptr;
+        }
+    }
+    DataSetScratch(const DataSetScratch&) = delete;
+    DataSetScratch& operator=(const DataSetScratch&) = delete;
+};
+
+double ProcessorSeconds() {
+    return difftime_Clock(static_cast<double>(std::clock() - time0) / CLOCKS_PER_SEC);
+}
+
+/// Standardises what came from files and writes the heads of all files.
+void StartFiles(World& world, std::optional<StepFiles>* files) {
+    const SimulationAnswers& a = world.answers;
+    if (a.savesSteps) WriteTraitsAsRead(world);
+    PrepareTraits(world);
+    if (a.savesSteps) {
+        if (!a.traits.fromCorrelations) AppendStandardizedTraits(world);
+        PrintStepHeadings(files->emplace(), world);
+    }
+    WriteSpecification(world);
+    PrepareEnvironment(world);
+}
+
+/// One data set: communities, files, test.
+void SimulateDataSet(World& world, const StepFiles* files, Evaluation* evaluation, bool reports) {
+    PrepareDataSet(world);
+    if (files != nullptr && world.answers.traits.fromCorrelations) AppendStandardizedTraits(world);
+    AssembleCommunities(world, files);
+    if (files != nullptr) TellStepFiles();
+    if (reports) AppendDataSet(world);
+    if (world.answers.nDataSets <= kDataSetsWithRawFiles) WriteRawFiles(world);
+    WriteOTUNumbers(world);
+    if (evaluation == nullptr) return;
+    EvaluateDataSet(world, evaluation);
+    if (reports) AppendTest(world, *evaluation);
+}
+
+void Simulate(SimulationAnswers* answers) {
+    World world(answers);
+    if (!ReadWorld(world)) return;
+    if (world.nTraitsFlagged == 0) {
+        std::fprintf(out, "\nNo trait responds to the ecosystem: all response parameters are 0.\n");
+        return;
+    }
+    std::optional<StepFiles> files;
+    StartFiles(world, &files);
+    std::optional<Evaluation> evaluation;
+    if (answers->evaluates) evaluation.emplace(world);
+    const bool reports = !answers->evaluates || printDetail;
+    time0 = std::clock();
+    while (world.dataSet < answers->nDataSets) {
+        world.dataSet++;
+        SimulateDataSet(world, files ? &*files : nullptr, evaluation ? &*evaluation : nullptr,
+                        reports);
+    }
+    if (!answers->evaluates) return;
+    const double seconds = ProcessorSeconds();
+    ToRates(world, &*evaluation);
+    AppendRates(world, *evaluation, seconds, reports);
+}
+
+}  // namespace
 
 void IFAssemblyRulesSimulation_EnvFeedback_TypeI_II_Error() {
-    std::fprintf(out, "The simulation of community assembly is not available in this version.\n");
+    SimulationAnswers answers;
+    AskWorld(&answers);
+    const DataSetScratch scratch(answers.nTraits, answers.nOTUs);
+    AskRun(&answers);
+    InitRndNumberGenerator(rseed);
+    Simulate(&answers);
 }

@@ -1,0 +1,152 @@
+#include "TSLIF/simulation/evaluation.h"
+
+#include <algorithm>
+
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/settings.h"
+#include "mxlib/belonging.h"
+#include "mxlibRes/beals.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/gower.h"
+#include "mxlibRes/numbers.h"
+#include "mxlibRes/standardisation.h"
+
+using Record = PermTest_FunctionalPhyl_Correl_Input;
+
+const RatedStatistic ratedStatistics[kRatedStatistics] = {
+    {"Convergence (TCAP): r(TE)", &Record::roTE, &Record::probTE},
+    {"Both TCAP and Divergence (TDAP): r(XE)", &Record::roXE, &Record::probXE},
+    {"TDAP: r(XE.T)", &Record::roXE_T, &Record::probXE_T},
+    {"Alpha divergence (correlation between ecosystem variables and Rao entropy): r(RE)",
+     &Record::roRE, &Record::probRE},
+    {"Beta divergence: r(XE.TR)", &Record::roXE_TR, &Record::probXE_TR},
+    {"r(TY)", &Record::roTZ, &Record::probTZ},
+    {"r(XY)", &Record::roXZ, &Record::probXZ},
+    {"r(XY_T)", &Record::roXZ_T, &Record::probXZ_T},
+    {"r(TZ)", &Record::roTY, &Record::probTY},
+    {"r(XZ)", &Record::roXY, &Record::probXY},
+    {"r(XZ_T)", &Record::roXY_T, &Record::probXY_T},
+};
+
+namespace {
+
+void SelectTraits(const World& world, Evaluation* e) {
+    for (int t = 0; t < world.answers.nTraits; t++) {
+        e->traitsInUse[t] = static_cast<int>(weight[t]);
+        chtype[t] = kIntervalVariable;
+    }
+}
+
+void MeasureBelonging(const World& world, Evaluation* e) {
+    const int N = world.answers.nOTUs;
+    if (fuzzy == kFuzzyTypes) {
+        GowerMV(N, world.answers.nTraits, chtype, world.B, e->Sb, nullptr, weight);
+        FuzzyBelonging(N, N, e->Sb, nullptr, e->U, false);
+    } else if (fuzzy == kCrisp) {
+        CrispBelonging(N, N, nullptr, e->U);
+    }
+}
+
+void SmoothCommunities(const World& world, Evaluation* e) {
+    const int S = world.answers.nSites;
+    const int N = world.answers.nOTUs;
+    constexpr int kByCoOccurrence = 1;
+    constexpr int kByProducts = 2;
+    BealsSmoothing(S, N, world.shares, world.shares, e->coOccurrence, BealsIncludeOpt,
+                   kByCoOccurrence, false);
+    BealsSmoothing(S, N, world.shares, world.shares, e->products, BealsIncludeOpt, kByProducts,
+                   true);
+}
+
+void TakePredictors(const World& world, Evaluation* e) {
+    const int S = world.answers.nSites;
+    const int Q = world.answers.nPredictors;
+    for (int k = 0; k < Q; k++) {
+        const bool inUse = world.answers.predictorsInUse[static_cast<std::size_t>(k)] == 1;
+        for (int s = 0; s < S; s++) e->E[s][k] = inUse ? world.E[k][s] : 0.0;
+    }
+    CorrAdj(S, Q, e->E, e->E);
+}
+
+void CompareSites(const World& world, Evaluation* e) {
+    const int S = world.answers.nSites;
+    EucliDist(S, world.answers.nPredictors, e->E, e->DE);
+    NominalReseNonHier(S, world.answers.nOTUs, e->coOccurrence, e->DCoOccurrence, rese_opt);
+    NominalReseNonHier(S, world.answers.nOTUs, e->products, e->DProducts, rese_opt);
+}
+
+Record FilledRecord(const World& world, const Evaluation& e) {
+    const SimulationAnswers& a = world.answers;
+    Record test = {};
+    test.nIterations = niter;
+    test.nTraits = a.nTraits;
+    test.traitsInUse = e.traitsInUse;
+    test.nOTUs = test.nTypes = a.nOTUs;
+    test.nTaxa = nTaxa;
+    test.nEnv = a.nPredictors;
+    test.nCommunities = a.nSites;
+    test.B = world.B;
+    test.Sb = e.Sb;
+    test.E = e.E;
+    test.U = e.U;
+    test.W = world.shares;
+    test.DE = e.DE;
+    test.DZ = e.DCoOccurrence;
+    test.DY = e.DProducts;
+    test.Z = e.coOccurrence;
+    test.Y = e.products;
+    test.rese_opt = rese_opt;
+    test.opt_ro = opt_ro;
+    test.overfitFactorPCARegr = overfitFactorPCARegr;
+    test.sqrtDissimOpt_RaoTraits = true;
+    test.optRestrictPermutNullModel = optRestrictPermutNullModel;
+    test.nestingMembershipOTUs = nestingMembershipOTUs;
+    test.returnMatrices = true;
+    test.twoTailedTestMantel = twoTailedTestMantel;
+    test.outT = e.outT;
+    test.outX = e.outX;
+    test.outR = e.outR;
+    return test;
+}
+
+/// Narrowed to single precision, a probability at the threshold counts.
+bool IsRejected(double probability, double alpha) {
+    return AlmostEqual2sComplement(probability, alpha, 1) || alpha > probability;
+}
+
+}  // namespace
+
+Evaluation::Evaluation(const World& world)
+    : Evaluation(world.answers.nSites, world.answers.nOTUs, world.answers.nTraits,
+                 world.answers.nPredictors) {}
+
+Evaluation::Evaluation(int S, int N, int T, int Q)
+    : traitsInUse(T),
+      Sb(Table<float>(N, N)),
+      U(Table<double>(N, N)),
+      coOccurrence(Table<double>(S, N)),
+      products(Table<double>(S, N)),
+      DCoOccurrence(Table<double>(S, S)),
+      DProducts(Table<double>(S, S)),
+      E(Table<double>(S, Q)),
+      DE(Table<double>(S, S)),
+      outT(Table<double>(S, T)),
+      outX(Table<double>(S, N)),
+      outR(S) {}
+
+void EvaluateDataSet(World& world, Evaluation* evaluation) {
+    SelectTraits(world, evaluation);
+    MeasureBelonging(world, evaluation);
+    SmoothCommunities(world, evaluation);
+    TakePredictors(world, evaluation);
+    CompareSites(world, evaluation);
+    evaluation->test = FilledRecord(world, *evaluation);
+    PermTest_FunctionalPhyl_Correl(&evaluation->test);
+    for (int k = 0; k < kRatedStatistics; k++)
+        if (IsRejected(evaluation->test.*ratedStatistics[k].probability, world.answers.alpha))
+            evaluation->rejections[static_cast<std::size_t>(k)] += 1.0;
+}
+
+void ToRates(const World& world, Evaluation* evaluation) {
+    for (double& count : evaluation->rejections) count /= world.answers.nDataSets;
+}

@@ -1,0 +1,20 @@
+#pragma once
+/// \file
+/// What stands before the first individual comes: reading the input files, standardising, a fresh
+/// start of each data set.
+
+#include "TSLIF/simulation/world.h"
+
+/// Reads all input files into the world, sets the trait flags and their number. False when a file
+/// is too short, which the reader has told.
+bool ReadWorld(World& world);
+
+/// Standardise what came from files: the traits, the initial conditions.
+void PrepareTraits(World& world);
+void PrepareEnvironment(World& world);
+
+/// Draws what comes from correlations, restores what does not, empties the sites.
+void PrepareDataSet(World& world);
+
+/// Forms the rows of interactions of E. Row F + i is the product of factor i and the last factor.
+void FormInteractions(World& world);
