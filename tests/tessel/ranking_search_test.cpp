@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
-#include <functional>
+#include <map>
 #include <random>
+#include <set>
 #include <sstream>
 
 #include "in_process.h"
@@ -21,6 +22,7 @@ constexpr int kAllCriteria[] = {1, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20
 struct Rated {
     std::string subset;
     double value;
+    bool operator==(const Rated&) const = default;
 };
 using RatedSubsets = std::vector<Rated>;
 
@@ -170,11 +172,10 @@ class RankingSearch : public InProcess {
   protected:
     ~RankingSearch() override { BealsIncludeOpt = sqrtDissimOpt_RaoTraits = true; }
 
-    Report Search(
-        const RankingCase& in, const std::function<void()>& set = [] {}) {
+    Report Search(const RankingCase& in, char eachSubset = 'n', int digits = 10) {
         OpenRanking(in);
-        sDigits = 10;
-        set();
+        sDigits = digits;
+        printRankIntermedResults = eachSubset;
         const ConsoleRun run = Typed("", [] { CriterionOf(opt_struct).search(); });
         EXPECT_EQ(run.raised, 0);
         return ParseReport(folder_.Read("Ranking.txt"));
@@ -215,7 +216,12 @@ void ExpectSameRanking(const RankingCase& in, const Report& report) {
     for (const Rated& rated : all)
         if (key(rated.value) > tolerance) expected.push_back(key(rated.value));
     std::ranges::sort(expected, std::greater<>());
+    if (expected.size() > 100) expected.resize(100);
     ASSERT_GE(report.ranked.size(), expected.size());
+    if (IsNiche(in.criterion)) {
+        EXPECT_EQ(report.ranked.size(), 100U);
+        EXPECT_EQ(report.ranked, report.rankedTwin);
+    }
     std::set<std::string> met;
     for (std::size_t place = 0; place < expected.size(); place++) {
         const Rated& rated = report.ranked[place];
@@ -236,8 +242,249 @@ TEST_F(RankingSearch, AgreesWithBruteForce) {
                     SCOPED_TRACE(testing::Message()
                                  << "seed " << seed << " criterion " << criterion << " measure "
                                  << measure << " fuzzy " << fuzzyTypes);
-                    ExpectSameRanking(in, Search(in));
+                    ExpectSameRanking(in, Search(in, seed % 2 == 0 ? 'y' : 'n'));
                 }
+}
+
+TEST_F(RankingSearch, WithoutEcologicalVariables) {
+    for (const int criterion : {9, 10, 17, 18, 19, 20, 21, 22, 23})
+        for (const int measure : {1, 2, 3}) {
+            RankingCase in = RandomCase(2, criterion, measure, true);
+            in.E.assign(in.W.size(), {});
+            SCOPED_TRACE(testing::Message() << "criterion " << criterion << " measure " << measure);
+            ExpectSameRanking(in, Search(in));
+        }
+}
+
+TEST_F(RankingSearch, OneHundredBestOfMore) {
+    for (const int criterion : {1, 9, 15}) {
+        RankingCase in = RandomCase(6, criterion, 3, true);
+        for (std::size_t i = 0; i < in.B.size(); i++)
+            for (const int factor : {7, 5}) in.B[i].push_back(double(i * i * factor % 11));
+        in.traitTypes.insert(in.traitTypes.end(), 2, 3);
+        in.weights.insert(in.weights.end(), 2, 1);
+        const Report report = Search(in);
+        ExpectSameRanking(in, report);
+        EXPECT_EQ(report.ranked.size(), 100U);
+    }
+}
+
+/// The lines of subsets, written as the search meets them.
+RatedSubsets RatedAsMet(const std::string& text) {
+    RatedSubsets met;
+    std::istringstream lines(text.substr(text.find("Trait subset used:")));
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line) && !line.empty())
+        if (!line.starts_with("Ranking")) met.push_back(ParseLine(line));
+    return met;
+}
+
+// The list by its rule: 101 places of value 0; a value above that of place 0 takes it, and all
+// places are brought into ascending order by the sort, whose order of equal values shows.
+TEST_F(RankingSearch, EqualValuesStandAsTheSortLeavesThem) {
+    for (const int traits : {3, 7}) {
+        RankingCase in = RandomCase(3, 1, 3, true);
+        in.traitTypes.assign(traits, 3);
+        in.weights.assign(traits, 1);
+        for (auto& row : in.B) {
+            row.resize(traits);
+            for (int k = 0; k < traits; k++) row[k] = row[k / 2 * 2];
+        }
+        const Report report = Search(in, 'y', 17);
+        const RatedSubsets met = RatedAsMet(report.text);
+        ASSERT_EQ(met.size(), (1U << traits) - 1);
+        RatedSubsets list(101, {"", 0});
+        for (const Rated& rated : met) {
+            if (!(rated.value > list[0].value)) continue;
+            list[0] = rated;
+            std::vector<double> values(102), places(102);
+            for (int k = 1; k <= 101; k++) values[k] = list[k - 1].value, places[k] = k;
+            sort2(101, values.data(), places.data());
+            const RatedSubsets before = list;
+            for (int k = 1; k <= 101; k++) list[k - 1] = before[std::size_t(places[k]) - 1];
+        }
+        std::erase_if(list, [](const Rated& rated) { return rated.subset.empty(); });
+        if (list.size() == 101) list.erase(list.begin());
+        std::ranges::reverse(list);
+        EXPECT_EQ(report.ranked, list);
+        std::set<double> values;
+        for (const Rated& rated : list) values.insert(rated.value);
+        EXPECT_LT(values.size(), list.size());
+    }
+}
+
+/// Three communities of three OTUs, the types being {1} and {2, 3}; traits by their columns.
+RankingCase TinyCase(int criterion, int measure, bool fuzzy,
+                     const std::vector<std::vector<double>>& traits = {{0, 3, 4}}) {
+    RankingCase in;
+    in.B.resize(3);
+    for (const auto& trait : traits)
+        for (int i = 0; i < 3; i++) in.B[i].push_back(trait[i]);
+    in.W = {{1, 0, 5}, {1, 1, 0}, {1, 3, 2}};
+    in.E = {{0}, {1}, {3}};
+    in.F = {{0, 0.5, 0.75}, {0.5, 0, 0.5}, {0.75, 0.5, 0}};
+    in.traitTypes.assign(traits.size(), 3);
+    in.weights.assign(traits.size(), 1);
+    in.variableTypes = {3};
+    in.types = in.taxa = {1, 2, 2};
+    in.kindOfE = 1;
+    in.criterion = criterion;
+    in.measure = measure;
+    in.fuzzy = fuzzy;
+    return in;
+}
+
+// Worked by hand. Distances stand in the order 12, 13, 23, deviations from their means behind them.
+// E: 1 3 2, deviations -1 1 0, squares 2.
+// T: W at unit totals times (0 3 4) is (20 9 17)/6; distances as 11 3 8, deviations (11 -13 2)/3,
+//    squares 294/9; r(TE) = -8 / sqrt(294/9 * 2). As columns: T less its mean is as 14 -19 5, E as
+//    -4 -1 5, so that Procrustes is |r| = 12 / sqrt(582 * 42) and RV its square.
+// X crisp: (1 5) (1 1) (1 5); 4 0 4, deviations (4 -8 4)/3, squares 96/9; r(XE) = -4 / sqrt(192/9),
+//    r(XT) = 52/3 / sqrt(96/9 * 294/9) = 13/14. With three distances any partial is 1 or -1: that
+//    of X and E has the sign of r(XE) - r(XT) r(TE) = -0.866 + 0.919.
+// X fuzzy: similarities of OTUs 0.25 0 0.75; U = (8 1)/9 (2 7)/9 (0 9)/9; X = (8 46)/9 (10 8)/9
+//    (14 40)/9; distances as sqrt(1448) sqrt(72) sqrt(1040).
+// R: of the first two OTUs, whose shares are (1 0) (1/2 1/2) (1/4 3/4): as 0 4 3; distances 4 3 1,
+//    deviations (4 1 -5)/3, squares 42/9; r(RE) = -1 / sqrt(84/9).
+// S: the same shares against those of X, (1/6 5/6) (1/2 1/2) (1/6 5/6): 10/12 0 1/12; distances as
+//    10 9 1, deviations (10 7 -17)/3, squares 438/9; r(SE) = -1 / sqrt(876/9).
+// P: Q = (8 3)/11 (2 3)/5 (1 3)/4; P = W Q; distances sqrt(10.645) sqrt(0.405) sqrt(8.98).
+TEST_F(RankingSearch, ValuesWorkedByHand) {
+    const auto correlation = [](std::vector<double> a, std::vector<double> b) {
+        const double meanA = (a[0] + a[1] + a[2]) / 3, meanB = (b[0] + b[1] + b[2]) / 3;
+        double aa = 0, bb = 0, ab = 0;
+        for (int k = 0; k < 3; k++) {
+            aa += (a[k] - meanA) * (a[k] - meanA);
+            bb += (b[k] - meanB) * (b[k] - meanB);
+            ab += (a[k] - meanA) * (b[k] - meanB);
+        }
+        return ab / std::sqrt(aa * bb);
+    };
+    const std::vector<double> DP = {std::sqrt(10.645), std::sqrt(0.405), std::sqrt(8.98)};
+    const double TE = -8 / std::sqrt(588.0 / 9), XE = -4 / std::sqrt(192.0 / 9);
+    const double PT = correlation(DP, {11, 3, 8}), PX = correlation(DP, {4, 0, 4});
+    const double fuzzyXE =
+        correlation({std::sqrt(1448), std::sqrt(72), std::sqrt(1040)}, {1, 3, 2});
+    const struct {
+        int criterion, measure;
+        bool fuzzy;
+        double value;
+    } rows[] = {{10, 1, false, TE},
+                {10, 2, false, 12 / std::sqrt(582.0 * 42)},
+                {10, 3, false, 144 / (582.0 * 42)},
+                {1, 1, false, XE},
+                {1, 1, true, fuzzyXE},
+                {9, 1, false, 1},
+                {16, 1, false, -1 / std::sqrt(84.0 / 9)},
+                {24, 1, false, -1 / std::sqrt(876.0 / 9)},
+                {11, 1, false, PX},
+                {13, 1, false, PT},
+                {14, 1, false, PT * TE},
+                {15, 1, false, PX * XE}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.criterion << " measure " << row.measure);
+        const RankingCase in = TinyCase(row.criterion, row.measure, row.fuzzy);
+        const double tolerance = row.criterion == 9 ? 1e-5 : 1e-6;
+        EXPECT_NEAR(PlainRanking(in)({1}), row.value, tolerance);
+        EXPECT_NEAR(Search(in).bestOfSize[0].value, row.value, tolerance);
+    }
+}
+
+TEST_F(RankingSearch, TwoCommunities) {
+    // T: (20 9)/6 at unit length, distance 11/sqrt(481); X: (1 5) and (1 1), distance 4; E: 1.
+    for (const auto& [criterion, value] :
+         {std::pair(10, 11 / std::sqrt(481)), {1, 0.25}, {16, 0.0}, {24, 0.0}}) {
+        RankingCase in = TinyCase(criterion, 1, false);
+        in.W.pop_back();
+        in.E.pop_back();
+        EXPECT_NEAR(Search(in).bestOfSize[0].value, value, 1e-6) << criterion;
+    }
+}
+
+TEST_F(RankingSearch, FirstOfEqualSubsets) {
+    const Report equal = Search(TinyCase(10, 2, true, {{0, 3, 4}, {0, 3, 4}}));
+    EXPECT_EQ(equal.table[0].subset, "a");
+    // Crisp types are the same for all subsets.
+    const Report crisp = Search(TinyCase(1, 2, false, {{1, 2, 9}, {0, 3, 4}, {4, 1, 1}}));
+    for (const char* first : {"a", "ab", "abc"})
+        EXPECT_EQ(crisp.table[std::strlen(first) - 1].subset, first);
+    EXPECT_EQ(crisp.ranked.size(), 7U);
+}
+
+TEST_F(RankingSearch, ValuesThatAreDropped) {
+    // All OTUs alike by trait a: no entropy anywhere, and RV divides 0 by 0.
+    const Report undefined = Search(TinyCase(16, 3, true, {{2, 2, 2}, {0, 3, 4}}));
+    EXPECT_EQ(undefined.table[0].subset, "b");
+    EXPECT_EQ(undefined.ranked.size(), 2U);
+    const Report never = Search(TinyCase(16, 3, true, {{2, 2, 2}}), 'y');
+    EXPECT_TRUE(Contains(never.text, "r(RE)=\tnan\tTraits:\ta") ||
+                Contains(never.text, "r(RE)=\t-nan\tTraits:\ta"));
+    EXPECT_EQ(never.table[0], (Rated{"", -HUGE_VAL}));
+    // Negative values stand in the table per size alone.
+    const Report negative = Search(TinyCase(10, 1, true));
+    EXPECT_TRUE(negative.ranked.empty());
+    EXPECT_EQ(negative.table[0].subset, "a");
+    EXPECT_LT(negative.table[0].value, -0.9);
+}
+
+TEST_F(RankingSearch, OneTypeGivesNoValue) {
+    for (const int criterion : kAllCriteria) {
+        if (criterion == 10) continue;
+        RankingCase in = TinyCase(criterion, 1, true);
+        in.types = {4, 4, 4};
+        const Report report = Search(in, 'y');
+        EXPECT_EQ(report.bestOfSize[0],
+                  IsByMagnitude(criterion) ? (Rated{"none", 0}) : (Rated{"", -HUGE_VAL}))
+            << criterion;
+        EXPECT_FALSE(Contains(report.text, "Traits:\t")) << criterion;
+        EXPECT_EQ(report.ranked.size(), IsNiche(criterion) ? 100U : 0U) << criterion;
+    }
+}
+
+TEST_F(RankingSearch, HeadOverwrittenByTheSummary) {
+    const Report report = Search(TinyCase(14, 1, true, {{0, 3, 4}, {5, 1, 2}}));
+    EXPECT_TRUE(
+        report.text.starts_with(report.bestOfSize[0].subset + " \t\na \tb \t\n\n2    \t2    \t\n"))
+        << report.text;
+    EXPECT_TRUE(Contains(report.text, "Session:"));
+}
+
+// The statistics in the line of a subset, each against the criterion that it is the value of.
+TEST_F(RankingSearch, StatisticsOfEachSubset) {
+    const std::map<std::string, int> criteria = {
+        {"ro(XE)", 1},    {"ro(XE.T)", 9}, {"ro(TE)", 10},      {"ro(PX)", 11},
+        {"ro(PX.T)", 12}, {"ro(PT)", 13},  {"roBetaNiche", 14}, {"roAlphaBetaNiche", 15}};
+    for (const auto& [criterion, measure] : {std::pair(9, 1), {12, 1}, {12, 2}, {12, 3}, {14, 1}}) {
+        RankingCase in = RandomCase(4, criterion, measure, true);
+        const Report report = Search(in, 'y');
+        int compared = 0;
+        for (const Rated& rated : RateAll(in)) {
+            std::string labels = "Traits:\t";
+            std::vector<int> selected(in.weights.size());
+            for (const char letter : rated.subset) {
+                labels += std::string(1, letter) + " \t";
+                selected[std::size_t(letter - 'a')] = 1;
+            }
+            std::istringstream lines(report.text);
+            for (std::string line, name, value; std::getline(lines, line);) {
+                const std::size_t at = line.find(labels + (criterion == 14 ? "Group" : ""));
+                if (at == std::string::npos ||
+                    (criterion != 14 && at + labels.size() != line.size()))
+                    continue;
+                std::istringstream fields(line);
+                while (std::getline(fields, name, '=') && fields >> value) {
+                    fields.ignore();
+                    if (!criteria.contains(name)) continue;
+                    RankingCase other = in;
+                    other.criterion = criteria.at(name);
+                    EXPECT_NEAR(std::stod(value), PlainRanking(other)(selected), 1e-5) << line;
+                    compared++;
+                }
+            }
+        }
+        EXPECT_EQ(compared, int(RateAll(in).size()) * (criterion == 14 ? 8 : 3)) << criterion;
+    }
 }
 
 }  // namespace
