@@ -174,6 +174,11 @@ bool IsListed(const char* accepted, double number) {
 
 }  // namespace
 
+void TellUnopened(const char* name, const char* prefix) {
+    std::fprintf(stderr, "\ncan't open %s%s \n", prefix != nullptr ? prefix : "", name);
+    RingBell();
+}
+
 FILE* fopenck(const char* name, const char* prefix, const char* mode) {
     const std::string fullName = std::string(prefix != nullptr ? prefix : "") + name;
     FILE* stream = std::fopen(fullName.c_str(), mode);
@@ -183,10 +188,7 @@ FILE* fopenck(const char* name, const char* prefix, const char* mode) {
         std::fclose(stream);
         stream = nullptr;
     }
-    if (stream == nullptr) {
-        std::fprintf(stderr, "\ncan't open %s \n", fullName.c_str());
-        RingBell();
-    }
+    if (stream == nullptr) TellUnopened(name, prefix);
     return stream;
 }
 

@@ -15,6 +15,9 @@
 /// to standard output and returns null. Raises nothing.
 FILE* fopenck(const char* name, const char* prefix, const char* mode);
 
+/// The message of fopenck about a file that does not open, and the bell.
+void TellUnopened(const char* name, const char* prefix);
+
 /// Marks the standard input as ended or readable again (a harness that puts another stream in its
 /// place calls it with false), and tells.
 void SetInputFinished(bool finished);

@@ -1,5 +1,7 @@
 #include "TSLGLOB/settings.h"
 
+const char* const TESSELPrefsName = "TESSEL.prf";
+const char* const versionPref = "18Nov2016";
 int sDigits = 6;
 char saveRndData = 'n';
 char saveStruct = 'n';

@@ -6,6 +6,9 @@
 
 #include "mxlibRes/congruence.h"
 
+extern const char* const TESSELPrefsName;  ///< "TESSEL.prf": the preferences file
+extern const char* const versionPref;      ///< its version word
+
 // Preferences (defaults in InitGlobals)
 extern int sDigits;                   ///< significant digits in reports, 6
 extern char saveRndData;              ///< 'y': save the tables of randomization
@@ -60,5 +63,5 @@ extern int nMaxCSTGroupsChRank, nMinCSTGroupsChRank, nMinTraitsChRank, nMaxTrait
 extern int rankingAlgorithm;           ///< 2, all subsets of the traits
 extern char printRankIntermedResults;  ///< 'y': a line for each subset in the results file
 extern int nKeepTrack;                 ///< subsets in the ranked list, 100
-extern std::time_t time0;  ///< wall clock at the start of a test
+extern std::time_t time0;              ///< wall clock at the start of a test
 extern int cohe, reseTypeOrd, reseTypeClus, reseTypeEv, reseTypeRnd, reseTypeERank, reseCstOpt;

@@ -2,10 +2,8 @@
 
 #include <gsl/gsl_errno.h>
 
-#include <cctype>
 #include <cstdio>
 #include <cstring>
-#include <span>
 
 #include "TSLCHORD/ranking.h"
 #include "TSLGLOB/session_files.h"
@@ -15,6 +13,7 @@
 #include "TSLIF/settings_dialogue.h"
 #include "TSLIF/simulation.h"
 #include "TSLIF2/console.h"
+#include "TSLIF2/letter_menu.h"
 #include "TSLIF2/preferences.h"
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFM2/track.h"
@@ -27,19 +26,6 @@
 namespace {
 
 constexpr int kSpareBlock = 20480;  // bytes
-
-/// What a letter of a menu starts; null leaves the menu.
-struct MenuEntry {
-    char letter;
-    void (*run)();
-};
-
-struct LetterMenu {
-    const char* options;
-    const char* accepted;
-    const char* afterAnswer;
-    std::span<const MenuEntry> entries;
-};
 
 void StartNewSession();
 void AttachOldSession();
@@ -76,24 +62,6 @@ constexpr LetterMenu kCommunityMenu = {
     "   K  ranking traits (find optimal trait subset) \n"
     "   C  return to session menu \n",
     "H K C", "\n", kCommunityEntries};
-
-/// Asks for a letter of the menu and gives it in upper case.
-int AskLetter(const LetterMenu& menu) {
-    std::fputs("Type option: ", out);
-    const int letter = std::toupper(ReadCharIn(menu.accepted));
-    std::fputs(menu.afterAnswer, out);
-    return letter;
-}
-
-/// Runs the entry of a letter; false for the entry that leaves the menu.
-bool RunEntry(const LetterMenu& menu, int letter) {
-    for (const MenuEntry& entry : menu.entries)
-        if (entry.letter == letter && entry.run != nullptr) {
-            entry.run();
-            return true;
-        }
-    return false;
-}
 
 void NameStructuresFile() {
     if (saveStruct == 'y') MakeSessionFileName(whichStructures, sessionName, structExt);

@@ -10,8 +10,8 @@
 /// OpenFormda find everything in order.
 void OpenFormda(int mode);
 
-/// Writes a formatted data file from the arguments and the other globals. A phylogeny made for
-/// fewer OTUs is filled up with zeros. Raises kFailedOutput when the file cannot be opened or a
-/// field cannot be written, except in B and W, in phylogeny data and at the end of the file.
+/// Replaces a formatted data file, from the arguments and the other globals. A phylogeny made for
+/// fewer OTUs is filled up with zeros. Raises kFailedOutput when the file cannot be opened or any
+/// of it cannot be written; the old file stays then.
 void WriteFormda(int nOTUs, const char* name, const char* title, const float* const* B,
                  const float* const* W);

@@ -6,33 +6,21 @@
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFM2/formda_versions.h"
 #include "iflibG/iflibG.h"
-#include "mxlibDim/reading.h"
-#include "mxlibDim/with_stream.h"
+#include "mxlibDim/failure.h"
+#include "mxlibDim/replacement.h"
 #include "mxlibOut/mxlibOut.h"
 
 namespace {
 
 constexpr int kDigits = 6;
 
-/// A tested field.
+/// A field whose failure ends the writing at once; that of the others comes to light at the end.
 __attribute__((format(printf, 2, 3))) void Put(FILE* stream, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     const int written = std::vfprintf(stream, format, arguments);
     va_end(arguments);
     if (written < 0) RaiseError(kFailedOutput);
-}
-
-/// Ends a stretch of tested fields. What a full disk refuses comes to light only here, where the
-/// buffer is emptied.
-void Settle(FILE* stream) {
-    if (std::fflush(stream) != 0) RaiseError(kFailedOutput);
-}
-
-/// Ends a stretch whose failure is not to be noticed.
-void Overlook(FILE* stream) {
-    std::fflush(stream);
-    std::clearerr(stream);
 }
 
 void EndLine(FILE* stream) {
@@ -72,7 +60,6 @@ void WriteHead(FILE* stream, int nOTUs, const char* title) {
     PutZeros(stream, ncsm);
     PutZeros(stream, kCaCodes);
     Put(stream, "\n%s \n", kFormdaVersion);
-    Settle(stream);
 }
 
 void WriteQuantities(FILE* stream, int nOTUs, const float* const* B, const float* const* W) {
@@ -80,7 +67,6 @@ void WriteQuantities(FILE* stream, int nOTUs, const float* const* B, const float
     EndLine(stream);
     PrintMatrixTab(stream, nOTUs, ncsm, W, kDigits);
     EndLine(stream);
-    Overlook(stream);
 }
 
 void WriteEnvironment(FILE* stream) {
@@ -114,7 +100,6 @@ void WritePhylogenyMatrix(FILE* stream, int nOTUs) {
             Put(stream, "%g\t", i < known && j < known ? phylogenyRese[i][j] : 0.0);
         EndLine(stream);
     }
-    Settle(stream);
 }
 
 void WritePhylogenyData(FILE* stream, int nOTUs) {
@@ -129,13 +114,11 @@ void WritePhylogenyData(FILE* stream, int nOTUs) {
                          i < known ? static_cast<double>(phylogenyData[i][j]) : 0.0);
         EndLine(stream);
     }
-    Overlook(stream);
 }
 
 void WritePhylogeny(FILE* stream, int nOTUs) {
     Put(stream, "%d\n", hasPhylogeny);
     if (hasPhylogeny != 0) Put(stream, "%d\n", phylogenyMatrixType);
-    Settle(stream);
     if (hasPhylogeny == 0) return;
     switch (phylogenyMatrixType) {
         case kPhylogenySimilarities:
@@ -152,10 +135,8 @@ void WritePhylogeny(FILE* stream, int nOTUs) {
 
 void WriteTraitGroups(FILE* stream) {
     std::fprintf(stream, "%d\n", hasTraitGroups);
-    Overlook(stream);
     if (hasTraitGroups == 0) return;
     for (int i = 0; i < nch; i++) Put(stream, "%d\t", traitGroups[i]);
-    Settle(stream);
     EndLine(stream);
 }
 
@@ -163,16 +144,15 @@ void WriteTraitGroups(FILE* stream) {
 
 void WriteFormda(int nOTUs, const char* name, const char* title, const float* const* B,
                  const float* const* W) {
-    FILE* const stream = fopenck(name, volumeName, "w");
-    if (stream == nullptr) RaiseError(kFailedOutput);
-    WithStream(stream, [&] {
-        WriteHead(stream, nOTUs, title);
-        WriteQuantities(stream, nOTUs, B, W);
-        WriteEnvironment(stream);
-        WriteSpecies(stream, nOTUs);
-        Put(stream, "%s %d\n", kWindowMarker, SMWSize);
-        WritePhylogeny(stream, nOTUs);
-        WriteTraitGroups(stream);
-        TimeStamp(stream);
-    });
+    FileReplacement file(name, volumeName);
+    if (file == nullptr) RaiseError(kFailedOutput);
+    WriteHead(file, nOTUs, title);
+    WriteQuantities(file, nOTUs, B, W);
+    WriteEnvironment(file);
+    WriteSpecies(file, nOTUs);
+    Put(file, "%s %d\n", kWindowMarker, SMWSize);
+    WritePhylogeny(file, nOTUs);
+    WriteTraitGroups(file);
+    TimeStamp(file);
+    if (!file.Commit()) RaiseError(kFailedOutput);
 }

@@ -9,6 +9,7 @@
 #include "TSLGLOB/shell.h"
 #include "TSLIFFM2/data_fields.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/replacement.h"
 #include "mxlibDim/with_stream.h"
 
 namespace {
@@ -194,28 +195,31 @@ void ReadRecord(const DataFile& file) {
     SelectPartitions();
 }
 
-/// Opens the track file, runs `body` on it and closes it.
-template <class Body>
-void WithTrackFile(const char* mode, const Body& body) {
-    trackFp = fopenck(whichTrack, volumeName, mode);
-    if (trackFp == nullptr) RaiseError(kFailedOpening);
-    struct Forget {
-        ~Forget() { trackFp = nullptr; }
-    } const forget;
-    WithStream(trackFp, body);
-}
+/// The track file as the open one, for the length of a scope.
+class OpenTrack {
+  public:
+    explicit OpenTrack(FILE* stream) {
+        if (stream == nullptr) RaiseError(kFailedOpening);
+        trackFp = stream;
+    }
+    ~OpenTrack() { trackFp = nullptr; }
+    OpenTrack(const OpenTrack&) = delete;
+    OpenTrack& operator=(const OpenTrack&) = delete;
+};
 
 }  // namespace
 
 void WriteTrack(char full) {
-    WithTrackFile("w", [full] {
-        const Writer writer{trackFp};
-        std::fprintf(trackFp, "%s\n%s\n", whichFormda, versionTrack);
-        if (full != 0) Walk(writer);
-    });
+    FileReplacement file(whichTrack, volumeName);
+    const OpenTrack open(file);
+    std::fprintf(file, "%s\n%s\n", whichFormda, versionTrack);
+    if (full != 0) Walk(Writer{file});
+    // The session goes on with what it has in memory.
+    if (!file.Commit()) std::fprintf(stderr, "\ncan't write %s%s \n\a", volumeName, whichTrack);
 }
 
 int ReadTrack() {
-    WithTrackFile("r", [] { ReadRecord({trackFp, whichTrack}); });
+    const OpenTrack open(fopenck(whichTrack, volumeName, "r"));
+    WithStream(trackFp, [] { ReadRecord({trackFp, whichTrack}); });
     return 1;
 }

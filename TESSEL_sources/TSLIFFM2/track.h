@@ -2,8 +2,9 @@
 /// \file
 /// The track file: the session's memory of its data file and of the last analysis.
 
-/// Writes the track file: its first two lines, or with `full` the whole record. Raises
-/// kFailedOpening.
+/// Replaces the track file: its first two lines, or with `full` the whole record. Raises
+/// kFailedOpening. Output that fails leaves the old file and raises nothing: a line on standard
+/// error tells.
 void WriteTrack(char full);
 
 /// Reads it. A file of two lines, or of another version, leaves everything but whichFormda as it
