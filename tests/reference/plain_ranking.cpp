@@ -289,12 +289,12 @@ Grid<float> SimilaritiesOfOTUs(const Subset<Real>& s) {
     const Fixed<Real>& f = s.f;
     Grid<float> S(f.n, f.n);
     for (int i = 0; i < f.n; i++)
-        for (int j = 0; j < f.n; j++) {
+        for (int j = i; j < f.n; j++) {
             double sum = 0, count = 0;
             for (int k = 0; k < f.p; k++)
                 if (s.selected[k] == 1 && f.cube[i][j][k] != -999)
                     sum += double(f.cube[i][j][k]), count++;
-            S[i][j] = i == j ? 1 : count > 0 ? float(sum) / float(count) : -999;
+            S[i][j] = S[j][i] = i == j ? 1 : count > 0 ? float(sum) / float(count) : -999;
         }
     return S;
 }
@@ -385,11 +385,12 @@ double PartialOfTables(char a, char b, bool withR, Subset<double>* s) {
     const Fixed<double>& f = s->f;
     const Grid<double>& A = Of(a, s).m;
     const Grid<double>& B = Of(b, s).m;
+    const Grid<double>& T = Of('T', s).m;
     Grid<double> C(f.c, f.p + 1), rA(f.c, A.cols), rB(f.c, B.cols);
     int used = 0;
     for (int k = 0; k < f.p; k++) {
         if (s->selected[k] != 1) continue;
-        for (int i = 0; i < f.c; i++) C[i][used] = Of('T', s).m[i][k];
+        for (int i = 0; i < f.c; i++) C[i][used] = T[i][k];
         used++;
     }
     for (int i = 0; i < f.c && withR; i++) C[i][used] = Of('R', s).m[i][0];
