@@ -105,9 +105,10 @@ void ForgetRun() {
     free1D(gSpareBlockPtr);
     gSpareBlockPtr = nullptr;
     FreeGlobals1();
-    for (auto* name : {&whichTrack, &whichFormda, &whichPrinda, &whichHier, &whichStructures,
-                       &whichRndData, &whichChorder})
+    for (auto* name :
+         {&whichTrack, &whichFormda, &whichPrinda, &whichHier, &whichStructures, &whichRndData})
         std::strcpy(*name, "NULL");
+    std::strcpy(whichChorder, "NULL");
     sessionName[0] = sessionShortName[0] = tempName[0] = tempSession[0] = '\0';
     optmain = optmain1 = dirtyOrig = 0;
     temEnvQuant = temEnvQual = temEnvBin = hasTraitGroups = 0;

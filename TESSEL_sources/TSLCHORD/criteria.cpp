@@ -1,9 +1,11 @@
 #include "TSLCHORD/criteria.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "TSLCHORD/searches.h"
 #include "TSLGLOB/dataset.h"
+#include "TSLGLOB/session_files.h"
 #include "mxlib/belonging.h"
 
 namespace {
@@ -61,6 +63,9 @@ constexpr RankingCriterion kCriteria[] = {
     {23, nullptr, nullptr, kHidden, false, "ChRank_roXY_T.txt", Divergence<kTraitDivergenceY>},
     {24, nullptr, nullptr, kHidden, true, "ChRank_DarkDiversity.txt", Divergence<kDarkDiversity>},
 };
+static_assert(std::ranges::all_of(
+    kCriteria, [](std::string_view suffix) { return suffix.size() <= kRankingSuffixLength; },
+    &RankingCriterion::suffix));
 
 }  // namespace
 

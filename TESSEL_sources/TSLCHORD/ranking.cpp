@@ -14,7 +14,7 @@
 void IFChOrderSearch() {
     SettingsChRank();
     const RankingCriterion& criterion = CriterionOf(opt_struct);
-    MakeSessionFileName(whichChorder, sessionName, criterion.suffix);
+    std::snprintf(whichChorder, sizeof whichChorder, "%s%s", sessionName, criterion.suffix);
     criterion.search();
     free1D(partition_OTUs_Phyl);
     partition_OTUs_Phyl = nullptr;

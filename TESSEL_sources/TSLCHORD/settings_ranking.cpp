@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr int kTrait = 10;  // r(TE), the criterion without types
-constexpr int kDivergence = 16;
 constexpr int kAllCombinations = 2;
 constexpr int kEuclideanOption = 6;
 
@@ -38,14 +36,16 @@ int ReadCriterion() {
     return ReadOption("\nType option no.: ", accepted.c_str());
 }
 
-/// Nominal traits have no averages: r(XE.T) and r(TE) need E, the more so with them.
+/// r(XE.T) and r(TE) pass without E unless a trait is nominal; with E a nominal trait only takes
+/// their lines off the menu.
 bool IsPossible(const RankingCriterion& criterion) {
     if (nenv == 0 && criterion.needsSites) return false;
     if (nenv == 0 && criterion.shown.noNominalTrait && criterion.shown.sites &&
         HasQualitTrait(nch, chtype))
         return false;
     if (ComparesWithPhylogeny(criterion.option) && hasPhylogeny == 0) {
-        std::fputs("\nThis criterion needs a phylogeny, and the data set has none.\n", out);
+        std::fputs("\nThis criterion needs a phylogeny, and the session's data set has none.\n",
+                   out);
         return false;
     }
     return true;
@@ -89,11 +89,11 @@ void SettingsChRank() {
         includePhylogeny = ComparesWithPhylogeny(opt_struct) ? 1 : 0;
         SettingsHierarchy();
     } while (!HasTraitsToSearch());
-    if (opt_struct == kTrait || opt_struct == kDivergence) rese_opt = kEuclideanOption;
+    if (opt_struct == kRankTE || opt_struct == kRankRE) rese_opt = kEuclideanOption;
     if (traitBasedOpt != 1) whichObj = 'r';
     optUnitTotalAdjust1 = true;
     CountGroupsNew(tcst, partition_OTUs, &nMinCSTGroupsChRank, nullptr);
-    nMaxCSTGroupsChRank = opt_struct == kTrait ? tcst : nMinCSTGroupsChRank;
+    nMaxCSTGroupsChRank = opt_struct == kRankTE ? tcst : nMinCSTGroupsChRank;
     ReadSizes();
     printRankIntermedResults =
         ReadYesNo("\nPrint intermediate results of the ranking process?  y/n ") ? 'y' : 'n';

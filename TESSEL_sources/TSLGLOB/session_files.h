@@ -16,8 +16,10 @@ extern const char* const rndDataExt;    ///< "RDa.txt"
 extern const char* const versionTrack;  ///< version word of the track file
 
 // Names: the session's name and a suffix; "NULL" until set
-extern FileName whichTrack, whichFormda, whichPrinda, whichHier, whichStructures, whichRndData,
-    whichChorder;
+extern FileName whichTrack, whichFormda, whichPrinda, whichHier, whichStructures, whichRndData;
+/// Results of the trait ranking, whose suffixes are longer than those of the other files.
+inline constexpr int kRankingSuffixLength = 32;
+extern char whichChorder[kSessionNameLength + kRankingSuffixLength + 1];
 /// Names that the track file carries and nothing sets
 extern FileName whichEnvRese, whichEnvScores, whichEnvRank, whichCstRese, whichNRese, whichPRese,
     whichRo, whichProbRo, whichScores, whichProbN, whichReClus, whichCstClus, whichAOCScor,

@@ -29,6 +29,8 @@ extern char drawProfPtsOpt, showMemory;
 
 // Settings of the functional analysis
 enum FuzzyOption : int { kCrisp = 0, kFuzzyTypes = 3 };
+/// The criteria of the trait ranking whose settings differ from those of the others.
+enum RankingOption : int { kRankTE = 10, kRankRE = 16 };
 
 extern int part;                        ///< data partition type, 1 mixed
 extern int traitBasedOpt;               ///< 1 composition of types, 2 trait averages

@@ -21,10 +21,6 @@
 
 namespace {
 
-// Criteria of the trait ranking that take settings of their own.
-constexpr int kTraitAverageCriterion = 10;
-constexpr int kDivergenceCriterion = 16;
-
 constexpr double kLargestInt = 2147483647.0;
 constexpr unsigned kLargestSeed = 4294967295U;
 
@@ -119,8 +115,7 @@ void SettingsCongruence() {
 void SettingsCommunityResemblance() {
     if (opt_ro != kMantel) return;
     whichObj = 'r';
-    if (IsRanking() && (opt_struct == kTraitAverageCriterion || opt_struct == kDivergenceCriterion))
-        return;
+    if (IsRanking() && (opt_struct == kRankTE || opt_struct == kRankRE)) return;
     std::fputs("\nSpecify resemblance function between communities:", out);
     SettingsRese();
 }
@@ -230,7 +225,7 @@ void SettingsHierarchy() {
     optWeightedNullModel = false;
     Menu("FUNCTIONAL ANALYSIS SETTINGS");
     part = 1;
-    if (IsRanking() && opt_struct == kTraitAverageCriterion) {
+    if (IsRanking() && opt_struct == kRankTE) {
         traitBasedOpt = 2;
         poolCSTopt = 0;
     } else {

@@ -49,7 +49,8 @@ FilesByName OtherFiles(const TempFolder& folder) {
 /// What the session `new` wrote, less times.
 FilesByName Results(const TempFolder& folder) {
     FilesByName results;
-    for (const char* suffix : {"Trk.txt", "Formda.txt", "Prinda.txt", "RDa.txt"})
+    for (const char* suffix :
+         {"Trk.txt", "Formda.txt", "Prinda.txt", "RDa.txt", "ChRank_PSAP_X_T.txt"})
         results[suffix] = Masked(folder.Read(std::string("new") + suffix));
     return results;
 }
@@ -124,6 +125,10 @@ TEST(BadInput, MistakesAtEachPromptLeaveNoTrace) {
     struct Mistake {
         std::string prompt, typed, complaint;
     };
+    // Rankings before the analyses, of other criteria and of the same.
+    const std::string types = "n\nk\n1 2 3 1 2\n0\n", rest = "1\nn\n1\n3\nn\nK\n";
+    const std::string rankings = "K\n10\n1\n1\n2\n2\nn\nK\n15\n" + types + "1\n6\n" + rest +
+                                 "21\n" + types + "3\n" + rest + "12\n" + types + "2\n" + rest;
     // Blanks, and what is not in the list.
     std::vector<Mistake> mistakes;
     for (const auto& [prompt, accepted, answer] : GoodSession()) {
@@ -157,6 +162,7 @@ TEST(BadInput, MistakesAtEachPromptLeaveNoTrace) {
                               {"main menu again", "N\nfolder", "folderTrk.txt"}})
         mistakes.push_back({prompt, typed, CannotOpen(name)});
     const std::vector<Mistake> others = {
+        {"community menu", rankings.substr(0, rankings.size() - 3), ""},
         {"main menu", std::string(200, 'q'), Repeated(Wrong("q", "N O S A X"), 200)},
         {"data option", "99999999999999999999", Wrong("1e+20", "1 2 3 4")},
         {"data option", std::string(200, '9'), Wrong("1e+200", "1 2 3 4")},
@@ -258,8 +264,10 @@ TEST(BadInput, OutputThatFindsNoPlace) {
         {"newFormda.txt", kFolder, CannotOpen("newFormda.txt") + kFailedOutput, 1},
         {"newFormda.txt", kFull, kFailedOutput, 1},
         {"newPrinda.txt", kFolder, CannotOpen("newPrinda.txt") + kFailedOpening, 1,
-         Replaced(raw, "y\ny\nC\nC\nX\n", "y\ny\nw\nC\nC\nX\n")},
+         Replaced(raw, "y\ny\nK\n", "y\ny\nw\nK\n")},
         {"newRDa.txt", kFolder, CannotOpen("newRDa.txt"), 1},
+        {"newChRank_PSAP_X_T.txt", kFolder, CannotOpen("newChRank_PSAP_X_T.txt") + kFailedOpening,
+         1},
         {"oldTrk.txt", kFolder, Repeated(CannotOpen("oldTrk.txt"), 2), 0, "O\nold\nN\nold\nX\n"},
     });
     // The report holds what came before the test.

@@ -1,6 +1,6 @@
 #pragma once
 /// \file
-/// A whole session without a fault: raw entry of everything, the functional analysis, the way out.
+/// A whole session without a fault: raw entry of everything, both analyses, the way out.
 /// Tests put one fault into it, or cut it short.
 
 #include <map>
@@ -52,7 +52,13 @@ inline std::vector<Step> GoodSession() {
         "restriction [0 1]: 1; source of nesting [f k]: k; nesting []: 1 1 2 2 2; "
         "seed option [1 2]: 2; seed [0 to 4.29497e+09]: 7; congruence [1 2 3]: 1; "
         "resemblance [6 7 8 9 10]: 10; trait option [1 2]: 2; select traits [0 1]: 1 1 1; "
-        "standardize [y n]: y; details [y n]: y; community menu again [H K C]: C; "
+        "standardize [y n]: y; details [y n]: y; community menu again [H K C]: K; "
+        "criterion [1 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24]: 12; "
+        "species as types again [y n]: n; source of groups again [f k]: k; "
+        "groups []: 1 1 2 2 3; fuzzy again [0 1]: 1; congruence again [1 2 3]: 1; "
+        "resemblance again [6 7 8 9 10]: 6; trait option again [1 2]: 1; "
+        "standardize again [y n]: n; smallest subset [1 to 3]: 1; largest subset [1 to 3]: 2; "
+        "lines of subsets [y n]: y; community menu at last [H K C]: C; "
         "session menu again [V S C]: C; main menu again [N O S A X]: X;");
     std::vector<Step> steps;
     Step step;
