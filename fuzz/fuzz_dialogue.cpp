@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <filesystem>
@@ -67,15 +68,18 @@ void ExpectRawFilesUnharmed() {
 }
 
 /// The keystrokes with every number made small, so that a run asks for bounded work: at most two
-/// digits, no exponent, no hexadecimal digits, nothing above 19.
+/// digits, no exponent, no hexadecimal digits, nothing above 24, the last criterion of the ranking.
 std::string Bounded(const std::uint8_t* data, std::size_t size) {
     std::string keys;
     int digits = 0;
     for (std::size_t i = 0; i < size && i < kLongestScript; i++) {
-        const char c = static_cast<char>(data[i]);
+        char c = static_cast<char>(data[i]);
         if (std::isdigit(data[i])) {
             if (++digits > 2) continue;
-            if (digits == 2 && keys.back() > '1') keys.back() = '1';
+            if (digits == 2 && keys.back() >= '2') {
+                keys.back() = '2';
+                c = std::min(c, '4');
+            }
             keys.push_back(c);
             continue;
         }
