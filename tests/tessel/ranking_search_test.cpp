@@ -9,6 +9,7 @@
 #include <set>
 #include <sstream>
 
+#include "TSLCHORD/searches.h"
 #include "in_process.h"
 #include "nrutilMX/nrutilMX.h"
 #include "reference/ranking_session.h"
@@ -485,6 +486,30 @@ TEST_F(RankingSearch, StatisticsOfEachSubset) {
         }
         EXPECT_EQ(compared, int(RateAll(in).size()) * (criterion == 14 ? 8 : 3)) << criterion;
     }
+}
+
+// The phylogeny opens the file, and each subset leaves the residuals of DP on DT to the next: with
+// DP and DT as worked by hand, slope of DP on DT s, r(PX) of the second subset is that of DP - s
+// DT.
+TEST_F(RankingSearch, StructuresOfThePhylogeneticSearch) {
+    OpenRanking(TinyCase(11, 1, false, {{0, 3, 4}, {0, 3, 4}}));
+    saveStruct = printRankIntermedResults = 'y';
+    Typed("", [] { ChRankPhylogenyAssembly(); });
+    saveStruct = 'n';
+    const std::string structures = folder_.Read("IntermediateRankResults.txt");
+    EXPECT_TRUE(structures.starts_with("\nDissimilarity matrix between 3 OTUs:\n0"));
+    EXPECT_LT(structures.find("DP"), structures.find("\nTrait matrix with 3 populations"));
+    EXPECT_TRUE(Contains(structures, "\t2 groups\tTraits:\ta \tGroup sizes:\t1\t2\t\n"));
+    const double DP[] = {std::sqrt(10.645), std::sqrt(0.405), std::sqrt(8.98)};
+    const double slope = (DP[0] * 11 - DP[1] * 13 + DP[2] * 2) / (294.0 / 3);
+    const double e[] = {DP[0] - slope * 11, DP[1] - slope * 3, DP[2] - slope * 8};
+    const double mean = (e[0] + e[1] + e[2]) / 3;
+    double squares = 0;
+    for (const double x : e) squares += (x - mean) * (x - mean);
+    const double PX = (4 * e[0] - 8 * e[1] + 4 * e[2]) / 3 / std::sqrt(squares * 96 / 9);
+    const std::string report = folder_.Read("Ranking.txt");
+    const std::size_t second = report.find("ro(PX)=\t", report.find("Traits:\ta"));
+    EXPECT_NEAR(std::strtod(report.c_str() + second + 8, nullptr), PX, 1e-4);
 }
 
 }  // namespace
