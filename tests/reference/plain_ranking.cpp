@@ -5,7 +5,9 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include "mxlibDim/scoped.h"
@@ -28,9 +30,8 @@ struct Grid {
     ScopedMatrix<Real> cells;
 };
 
-template <class Real>
-bool IsMissing(Real x) {
-    return x == Real(-999);
+bool IsMissing(auto x) {
+    return x == -999;
 }
 
 template <class Real, class Other>
@@ -45,10 +46,9 @@ Grid<Real> Product(const Grid<Real>& a, const Grid<Other>& b, const Selected* co
     return c;
 }
 
-template <class Real>
-void ToUnitTotals(const Grid<Real>& a) {
+void ToUnitTotals(const auto& a) {
     for (int i = 0; i < a.rows; i++) {
-        Real total = 0;
+        auto total = a[i][0] * 0;
         for (int j = 0; j < a.cols; j++)
             if (!IsMissing(a[i][j])) total += a[i][j];
         for (int j = 0; j < a.cols; j++)
@@ -56,20 +56,14 @@ void ToUnitTotals(const Grid<Real>& a) {
     }
 }
 
-/// Brings the numbers at(0) to at(n - 1) to unit length.
-template <class At>
-void ToUnitLength(int n, const At& at) {
+/// Brings at(0) to at(n - 1) to unit length.
+void ToUnitLength(int n, const auto& at) {
     double squares = 0;
     for (int i = 0; i < n; i++)
         if (!IsMissing(at(i))) squares += double(at(i) * at(i));
     for (int i = 0; i < n; i++)
         if (!IsMissing(at(i)) && squares > 0)
-            at(i) = std::remove_reference_t<decltype(at(i))>(at(i) / std::sqrt(squares));
-}
-
-template <class Real>
-void ToUnitColumns(const Grid<Real>& a) {
-    for (int j = 0; j < a.cols; j++) ToUnitLength(a.rows, [&](int i) -> Real& { return a[i][j]; });
+            at(i) = std::decay_t<decltype(at(i))>(double(at(i)) / std::sqrt(squares));
 }
 
 template <class Real>
@@ -141,20 +135,20 @@ std::vector<float> Column(const RankingCase::Rows& rows, int j) {
 }
 
 double Correlation(const Grid<double>& a, const Grid<double>& b) {
-    double count = 0, meanA = 0, meanB = 0, squaresA = 0, squaresB = 0, products = 0;
-    for (int pass = 0; pass < 2; pass++) {
-        for (int i = 0; i < a.rows; i++)
-            for (int j = i + 1; j < a.rows; j++) {
-                if (pass == 0) count++, meanA += a[i][j], meanB += b[i][j];
-                if (pass == 0) continue;
-                squaresA += (a[i][j] - meanA) * (a[i][j] - meanA);
-                squaresB += (b[i][j] - meanB) * (b[i][j] - meanB);
-                products += (a[i][j] - meanA) * (b[i][j] - meanB);
-            }
-        if (pass == 0) meanA /= count, meanB /= count;
+    std::vector<double> x, y;
+    for (int i = 0; i < a.rows; i++) {
+        x.insert(x.end(), a[i] + i + 1, a[i] + a.rows);
+        y.insert(y.end(), b[i] + i + 1, b[i] + a.rows);
     }
-    if (squaresA == 0 || squaresB == 0) return 0;
-    return products / std::sqrt(squaresA * squaresB);
+    const double meanX = std::accumulate(x.begin(), x.end(), 0.0) / double(x.size());
+    const double meanY = std::accumulate(y.begin(), y.end(), 0.0) / double(x.size());
+    double xx = 0, yy = 0, xy = 0;
+    for (std::size_t k = 0; k < x.size(); k++) {
+        xx += (x[k] - meanX) * (x[k] - meanX);
+        yy += (y[k] - meanY) * (y[k] - meanY);
+        xy += (x[k] - meanX) * (y[k] - meanY);
+    }
+    return xx == 0 || yy == 0 ? 0 : xy / std::sqrt(xx * yy);
 }
 
 template <class Real>
@@ -200,36 +194,34 @@ Letter<Real> Sites(const RankingCase& in, int c) {
     Grid<Real> E(in.E, c, q);
     const bool mixed =
         in.kindOfE == 3 || (in.kindOfE == 5 && std::ranges::count(in.variableTypes, 2) > 0);
-    const auto compared = [&] {
-        Grid<double> d = Distances(E, false, in.criterion == 14 || in.criterion == 15);
-        return Letter<Real>{std::move(E), std::move(d)};
-    };
-    if (in.kindOfE == 1) return compared();
     Grid<double> total(c, c), count(c, c);
-    for (int k = 0; k < q; k++) {
-        const std::vector<float> x = Column(in.E, k);
-        double present = 0, mean = 0, squares = 0;
-        for (const float value : x)
-            if (!IsMissing(value)) present++, mean += double(value);
-        mean /= present;
-        for (const float value : x)
-            if (!IsMissing(value)) squares += (double(value) - mean) * (double(value) - mean);
-        for (int i = 0; i < c && !mixed; i++)
-            if (!IsMissing(x[i]))
-                E[i][k] =
-                    Real(float((double(x[i]) - mean) / (squares > 0 ? std::sqrt(squares) : 1)));
-        if (!mixed) continue;
-        for (int i = 0; i < c && in.variableTypes[k] == 4; i++) E[i][k] = Real(Ranks(x)[i]);
+    for (int k = 0; k < q && in.kindOfE != 1; k++) {
+        std::vector<float> x = Column(in.E, k);
+        if (!mixed) {
+            std::vector<double> present;
+            std::ranges::copy_if(x, std::back_inserter(present),
+                                 [](float y) { return !IsMissing(y); });
+            const double mean =
+                std::accumulate(present.begin(), present.end(), 0.0) / double(present.size());
+            double squares = 0;
+            for (const double y : present) squares += (y - mean) * (y - mean);
+            for (float& y : x)
+                if (!IsMissing(y))
+                    y = float((double(y) - mean) / (squares > 0 ? std::sqrt(squares) : 1));
+        }
+        if (mixed && in.variableTypes[k] == 4) x = Ranks(x);
+        for (int i = 0; i < c; i++) E[i][k] = Real(x[i]);
         const Grid<double> s = Similarities(x, in.variableTypes[k], in.doubleAbsences, false);
         for (int i = 0; i < c; i++)
             for (int j = i + 1; j < c; j++)
                 if (s[i][j] != -999) total[i][j] += s[i][j], count[i][j] += 1;
     }
-    if (!mixed) return compared();
     for (int i = 0; i < c; i++)
         for (int j = i + 1; j < c; j++)
             total[i][j] = 1 - (count[i][j] > 0 ? total[i][j] / count[i][j] : 0);
-    return {std::move(E), std::move(total)};
+    if (mixed) return {std::move(E), std::move(total)};
+    Grid<double> distances = Distances(E, false, in.criterion == 14 || in.criterion == 15);
+    return {std::move(E), std::move(distances)};
 }
 
 template <class Real>
@@ -255,7 +247,8 @@ Letter<double> Smoothed(const Fixed<double>& f) {
 }
 
 template <class Real>
-Fixed<Real> Prepare(const RankingCase& in, bool held) {
+Fixed<Real> Prepare(const RankingCase& in) {
+    const bool held = std::set{9, 14, 15, 17, 18, 19, 20, 21, 22, 23}.contains(in.criterion);
     const int c = int(in.W.size()), n = int(in.B.size()), p = int(in.B[0].size());
     const int K = int(std::set<int>(in.types.begin(), in.types.end()).size());
     Fixed<Real> f{in,           c,  n, p, K, held, Grid<Real>(in.W, c, n), Grid<Real>(in.W, c, n),
@@ -284,9 +277,8 @@ struct Subset {
     std::map<char, Letter<Real>> letters = {};
 };
 
-template <class Real>
-Grid<float> SimilaritiesOfOTUs(const Subset<Real>& s) {
-    const Fixed<Real>& f = s.f;
+Grid<float> SimilaritiesOfOTUs(const auto& s) {
+    const auto& f = s.f;
     Grid<float> S(f.n, f.n);
     for (int i = 0; i < f.n; i++)
         for (int j = i; j < f.n; j++) {
@@ -299,9 +291,8 @@ Grid<float> SimilaritiesOfOTUs(const Subset<Real>& s) {
     return S;
 }
 
-template <class Real>
-Grid<float> Belonging(const Subset<Real>& s) {
-    const Fixed<Real>& f = s.f;
+Grid<float> Belonging(const auto& s) {
+    const auto& f = s.f;
     const std::set<int> labels(f.in.types.begin(), f.in.types.end());
     Grid<float> U(f.n, f.K);
     for (int i = 0; i < f.n; i++)
@@ -335,7 +326,7 @@ Letter<Real> MakeOfSubset(char letter, Subset<Real>* s) {
     const Fixed<Real>& f = s->f;
     if (letter == 'T') {
         Grid<Real> T = Product(f.WUnit, f.B, &s->selected);
-        ToUnitColumns(T);
+        for (int k = 0; k < f.p; k++) ToUnitLength(f.c, [&](int i) -> Real& { return T[i][k]; });
         return MakeLetter(f.in, std::move(T), f.in.criterion >= 16 ? kEuclidean : f.in.resemblance);
     }
     if (letter == 'X') return MakeLetter(f.in, Product(f.W, Belonging(*s)), f.in.resemblance);
@@ -360,16 +351,14 @@ const Letter<Real>& Of(char letter, Subset<Real>* s) {
     return s->letters.at(letter);
 }
 
-template <class Real>
-double Coefficient(const RankingCase& in, const Grid<Real>& a, const Grid<Real>& b) {
+double Coefficient(const RankingCase& in, const auto& a, const auto& b) {
     if (in.measure == 2) return double(PlainProcrustes(a.rows, a.cols, b.cols, a.cells, b.cells));
     return PlainRV(a.rows, a.cols, b.cols, a.cells, b.cells);
 }
 
-template <class Real>
-double Pair(char a, char b, Subset<Real>* s) {
-    const Letter<Real>& A = Of(a, s);
-    const Letter<Real>& B = Of(b, s);
+double Pair(char a, char b, auto* s) {
+    const auto& A = Of(a, s);
+    const auto& B = Of(b, s);
     double r = 0;
     if (!ByResemblance(s->f.in))
         r = Coefficient(s->f.in, A.m, B.m);
@@ -411,36 +400,20 @@ double Statistic(const std::string& name, Subset<Real>* s) {
     return s->f.held ? PartialOf(float(ab), float(ac), float(bc)) : PartialOf(ab, ac, bc);
 }
 
-struct Criterion {
-    std::vector<std::string> factors;
-    bool isFloat = false;  ///< tables in single precision
-    bool held = false;
-};
-const std::map<int, Criterion> kCriteria = {{1, {{"XE"}, true}},
-                                            {9, {{"XE.T"}, false, true}},
-                                            {10, {{"TE"}, true}},
-                                            {11, {{"PX"}}},
-                                            {12, {{"PX.T"}}},
-                                            {13, {{"PT"}}},
-                                            {14, {{"PT", "TE"}, true, true}},
-                                            {15, {{"PX", "XE"}, true, true}},
-                                            {16, {{"RE"}}},
-                                            {17, {{"XE.TR"}, false, true}},
-                                            {18, {{"XZ"}, false, true}},
-                                            {19, {{"TZ"}, false, true}},
-                                            {20, {{"XZ.T"}, false, true}},
-                                            {21, {{"XZ"}, false, true}},
-                                            {22, {{"TZ"}, false, true}},
-                                            {23, {{"XZ.T"}, false, true}},
-                                            {24, {{"SE"}}}};
+/// What is rated, products of two with a blank between.
+const std::map<int, std::string> kStatistics = {
+    {1, "XE"},     {9, "XE.T"},   {10, "TE"}, {11, "PX"},    {12, "PX.T"}, {13, "PT"},
+    {14, "PT TE"}, {15, "PX XE"}, {16, "RE"}, {17, "XE.TR"}, {18, "XZ"},   {19, "TZ"},
+    {20, "XZ.T"},  {21, "XZ"},    {22, "TZ"}, {23, "XZ.T"},  {24, "SE"}};
 
 template <class Real>
-auto Rating(const RankingCase& in, const Criterion& criterion) {
-    const auto fixed = std::make_shared<Fixed<Real>>(Prepare<Real>(in, criterion.held));
-    return [fixed, factors = criterion.factors](const Selected& selected) {
+auto Rating(const RankingCase& in) {
+    const auto fixed = std::make_shared<Fixed<Real>>(Prepare<Real>(in));
+    return [fixed, statistics = kStatistics.at(in.criterion)](const Selected& selected) {
         Subset<Real> subset{*fixed, selected};
+        std::istringstream names(statistics);
         Real value = 1;
-        for (const std::string& name : factors) value *= Real(Statistic(name, &subset));
+        for (std::string name; names >> name;) value *= Real(Statistic(name, &subset));
         return double(value);
     };
 }
@@ -448,7 +421,6 @@ auto Rating(const RankingCase& in, const Criterion& criterion) {
 }  // namespace
 
 std::function<double(const Selected&)> PlainRanking(const RankingCase& in) {
-    const Criterion& criterion = kCriteria.at(in.criterion);
-    if (criterion.isFloat) return Rating<float>(in, criterion);
-    return Rating<double>(in, criterion);
+    if (std::set{1, 10, 14, 15}.contains(in.criterion)) return Rating<float>(in);
+    return Rating<double>(in);
 }
