@@ -45,3 +45,12 @@ void swap(T** table, int i, int j) {
     table[i] = table[j];
     table[j] = kept;
 }
+
+/// Releases and nulls the rows from `begin` up to `end` of a table, which may be null.
+template <class T>
+void ReleaseRows(T** table, int begin, int end) {
+    for (int i = begin; table != nullptr && i < end; i++) {
+        free1D(table[i]);
+        table[i] = nullptr;
+    }
+}

@@ -20,6 +20,7 @@ class ScopedVector {
     ScopedVector& operator=(const ScopedVector&) = delete;
     operator T*() const { return data_; }
     T* get() const { return data_; }
+    T* release() { return std::exchange(data_, nullptr); }  ///< to a new owner
 
   private:
     T* data_;
@@ -38,6 +39,7 @@ class ScopedMatrix {
     ScopedMatrix& operator=(const ScopedMatrix&) = delete;
     operator T**() const { return data_; }
     T** get() const { return data_; }
+    T** release() { return std::exchange(data_, nullptr); }  ///< to a new owner
 
   private:
     int rows_;

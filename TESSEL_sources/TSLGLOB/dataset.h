@@ -83,8 +83,12 @@ extern char*** grCstLabelP;    ///< 10 x tcst x 5
 extern int* whichLevelGrCstP;  ///< 10
 extern int* partition_OTUs;    ///< tcst: the current partition into types
 extern int** cstTrack;         ///< nch x tcst; not released by FreeGlobals2
-extern int cstTrackRows;       ///< rows of cstTrack (owner: OpenFormda)
+extern int cstTrackRows;       ///< rows of cstTrack (owner: RenewPartitions)
 extern float ca_code[kCaCodes];
+
+/// Puts zeroed memberships and labels of all partitions, relSelect, partition_OTUs and cstTrack for
+/// that many communities and OTUs in the place of those in memory, which are for ncsm and tcst.
+void RenewPartitions(int communities, int otus);
 
 // Current selections, derived by ReadTrack; they point into the arrays above
 extern int nGroups, nPart, nCstGroups, nPartCst;

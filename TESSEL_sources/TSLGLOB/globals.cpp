@@ -109,3 +109,25 @@ void RenewPhylogeny() {
     phylogenyOTUs = tcst;
     phylogenyRese = dim2Double(tcst, tcst);
 }
+
+void RenewPartitions(int communities, int otus) {
+    Release(groupRelP, kPartitions);
+    groupRelP = dim2Dint(kPartitions, communities);
+    Release(grLabelP, kPartitions, ncsm);
+    grLabelP = dim3Dchar(kPartitions, communities, kGroupLabelLength + 1);
+    Release(relSelect);
+    relSelect = dim1Dint(communities);
+    Release(groupCstP, kPartitions);
+    groupCstP = dim2Dint(kPartitions, otus);
+    Release(grCstLabelP, kPartitions, tcst);
+    grCstLabelP = dim3Dchar(kPartitions, otus, kGroupLabelLength + 1);
+    Release(partition_OTUs);
+    partition_OTUs = dim1Dint(otus);
+    Release(cstTrack, cstTrackRows);
+    cstTrackRows = nch;
+    cstTrack = dim2Dint(nch, otus);
+    groupCst = groupCstP[0];
+    grCstLabel = grCstLabelP[0];
+    grLabel = nullptr;
+    groupRel = nullptr;
+}

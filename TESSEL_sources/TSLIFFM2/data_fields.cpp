@@ -77,6 +77,15 @@ void ReadLabels(const DataFile& file, char* const* labels, int n, int length) {
     ReadWords(file, labels, n, length);
 }
 
+void ReadRestOfLine(const DataFile& file, char* text, int length) {
+    freadlineckTEMP(file.stream, length, text, file.name);
+    std::size_t end = std::strlen(text);
+    if (end == static_cast<std::size_t>(length))
+        for (int c = std::fgetc(file.stream); c != EOF && c != '\n';) c = std::fgetc(file.stream);
+    while (end > 0 && text[end - 1] == ' ') end--;
+    text[end] = '\0';
+}
+
 int ReadIntWithin(const DataFile& file, int lowest, int highest) {
     const int value = ReadInt(file);
     if (value < lowest || value > highest) FailAtEnd(file.stream, file.name);

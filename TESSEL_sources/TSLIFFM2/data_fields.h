@@ -23,6 +23,10 @@ void ReadWords(const DataFile& file, char* const* words, int n, int length);
 /// words.
 void ReadLabels(const DataFile& file, char* const* labels, int n, int length);
 
+/// The rest of the line, less trailing blanks; of one of more than `length` characters the end is
+/// dropped.
+void ReadRestOfLine(const DataFile& file, char* text, int length);
+
 /// An integer that must lie from `lowest` to `highest`.
 int ReadIntWithin(const DataFile& file, int lowest, int highest);
 

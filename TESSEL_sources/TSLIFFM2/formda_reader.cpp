@@ -45,14 +45,6 @@ void ReadCommunities(const DataFile& file) {
     ReadLabels(file, reLabel, ncsm, kLabelLength);
 }
 
-/// The table that the last analysis leaves: FreeGlobals2 keeps it.
-void RenewCstTrack() {
-    free2D(cstTrack, cstTrackRows);
-    cstTrack = nullptr;
-    cstTrackRows = nch;
-    cstTrack = dim2Dint(nch, tcst);
-}
-
 void AllocateWorkingArrays() {
     nchor = dim1Dint(nch);
     weight = dim1Dfloat(nch);
@@ -60,18 +52,10 @@ void AllocateWorkingArrays() {
     nGrPoly = dim1Dint(nch);
     partLabel = dim2Dchar(kPartitions, kPartitionLabelLength + 1);
     nGroupsP = dim1Dint(kPartitions);
-    groupRelP = dim2Dint(kPartitions, ncsm);
-    grLabelP = dim3Dchar(kPartitions, ncsm, kGroupLabelLength + 1);
-    relSelect = dim1Dint(ncsm);
     partCstLabel = dim2Dchar(kPartitions, kPartitionLabelLength + 1);
     nGroupsCstP = dim1Dint(kPartitions);
-    groupCstP = dim2Dint(kPartitions, tcst);
-    grCstLabelP = dim3Dchar(kPartitions, tcst, kGroupLabelLength + 1);
-    partition_OTUs = dim1Dint(tcst);
     whichLevelGrCstP = dim1Dint(kPartitions);
-    groupCst = groupCstP[0];
-    grCstLabel = grCstLabelP[0];
-    RenewCstTrack();
+    RenewPartitions(ncsm, tcst);
 }
 
 void ReadTable(const DataFile& file, float** table, int rows, int cols) {
@@ -100,17 +84,6 @@ bool ReadQuantities(const DataFile& file) {
     return false;
 }
 
-/// The rest of the line, less trailing blanks; of a longer one the end is dropped.
-void ReadEnvName(const DataFile& file) {
-    constexpr int kRoom = sizeof(envName) - 1;
-    freadlineckTEMP(file.stream, kRoom, envName, file.name);
-    std::size_t length = std::strlen(envName);
-    if (length == kRoom)
-        for (int c = std::fgetc(file.stream); c != EOF && c != '\n';) c = std::fgetc(file.stream);
-    while (length > 0 && envName[length - 1] == ' ') length--;
-    envName[length] = '\0';
-}
-
 void ReadEnvLabels(const DataFile& file) {
     char word[kLabelLength + 1];
     freadckWord(file.stream, word, kLabelLength, file.name);
@@ -135,7 +108,7 @@ void ReadEnvironment(const DataFile& file) {
     envLabel = dim2Dchar(nenv, kLabelLength + 1);
     env = dim2Dfloat(ncsm, nenv);
     ReadEnvLabels(file);
-    ReadEnvName(file);
+    ReadRestOfLine(file, envName, sizeof(envName) - 1);
     for (int j = 0; j < nenv; j++)
         for (int k = 0; k < ncsm; k++) ReadFloats(file, &env[k][j], 1);
     for (int j = 0; j < nenv; j++) {

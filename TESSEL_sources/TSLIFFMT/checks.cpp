@@ -119,15 +119,6 @@ bool MeetsSpecies(int otu, int species) {
     return false;
 }
 
-template <class T>
-void ReleaseRows(T** table, int begin, int end) {
-    if (table == nullptr) return;
-    for (int i = begin; i < end; i++) {
-        free1D(table[i]);
-        table[i] = nullptr;
-    }
-}
-
 }  // namespace
 
 void CheckSpecies(int option) {

@@ -9,18 +9,11 @@
 #include "TSLIF2/console.h"
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFMT/checks.h"
+#include "TSLIFFMT/dialogue_data.h"
 #include "TSLIFFMT/raw_tables.h"
 #include "mxlibDim/text.h"
 
 namespace {
-
-/// Releases the data set that the dialogue builds, on every way out of it.
-struct DataSetOfDialogue {
-    DataSetOfDialogue() = default;
-    ~DataSetOfDialogue() { FreeGlobals2(); }
-    DataSetOfDialogue(const DataSetOfDialogue&) = delete;
-    DataSetOfDialogue& operator=(const DataSetOfDialogue&) = delete;
-};
 
 /// The files that the user has; one that was not given is not open.
 struct RawFiles {
