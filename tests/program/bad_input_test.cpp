@@ -234,6 +234,17 @@ TEST(BadInput, DamagedSessionFiles) {
          {std::string("oldFormda.txt\n"), track + "NULL\nNULL\n", track + Garbage(4, 300)})
         rows.push_back({"oldTrk.txt", text, Unreadable("oldTrk.txt"), 1});
     for (Damage& row : rows) row.answers = attach;
+    // Sources of a derived and of a merged data set. A record of settings that cannot be read is
+    // done without.
+    const std::string derive = "N\nnew\n2\nold\n2\n1 1 1 1 n\nC\nX\n";
+    const std::string merge = "N\nnew\n3\nold\nold\n4\nX\n";
+    rows.insert(rows.end(),
+                {{"oldTrk.txt", "", "", 0, derive},
+                 {"oldTrk.txt", track + Garbage(4, 300), "\nfile oldTrk.txt ", 0, derive},
+                 {"oldFormda.txt", Garbage(3, 5000), Unreadable("oldFormda.txt"), 1, derive},
+                 {"oldFormda.txt", Garbage(3, 5000), Unreadable("oldFormda.txt"), 1, merge},
+                 {"newFormda.txt", kFolder, CannotOpen("newFormda.txt") + kFailedOutput, 1, derive},
+                 {"newFormda.txt", kFull, kFailedOutput, 1, derive}});
     ExpectTakenAsTold(rows);
 }
 
