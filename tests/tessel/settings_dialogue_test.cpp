@@ -136,20 +136,3 @@ TEST_F(SettingsDialogue, TaxaOfThePhylogenyAreTheTypes) {
     EXPECT_EQ(Entries(partition_OTUs_Phyl, tcst), (Ints{6, 6, 2, 4}));
     EXPECT_EQ(Ints({includePhylogeny, nTaxa, fuzzyPhyl}), Ints({1, 3, 1}));
 }
-
-TEST_F(SettingsDialogue, RankingAsksForNoTestsAndNoReport) {
-    optmain = 'K';
-    opt_struct = 9;
-    const ConsoleRun divergence = Answer("k\n1 1 2 2\n1\n1\n6\n1\ny\n");
-    EXPECT_EQ(divergence.raised, 0);
-    EXPECT_FALSE(optRndTests);
-    EXPECT_TRUE(optUnitTotalAdjust2);
-    for (const char* question : {"Trait-based scaling-up", "iterations", "printout"})
-        EXPECT_FALSE(Contains(divergence.out, question));
-    opt_struct = 10;
-    const ConsoleRun convergence = Answer("1\n1\n");
-    EXPECT_EQ(convergence.raised, 0);
-    EXPECT_EQ(Ints({traitBasedOpt, fuzzy}), Ints({2, kFuzzyTypes}));
-    EXPECT_FALSE(optUnitTotalAdjust2);
-    EXPECT_FALSE(Contains(convergence.out, "?"));
-}
