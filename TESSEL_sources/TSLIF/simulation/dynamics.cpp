@@ -1,51 +1,87 @@
 #include "TSLIF/simulation/dynamics.h"
 
-#include <gsl/gsl_cdf.h>
 #include <gsl/gsl_rng.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include "TSLIF/simulation/chi_square_table.h"
 #include "TSLIF/simulation/preparation.h"
 #include "iflibG/iflibG.h"
 #include "mxlib/random_lists.h"
+#include "mxlibRes/missing.h"
 #include "mxlibRes/products.h"
 #include "mxlibRes/standardisation.h"
-#include "mxlibRes/totals.h"
+
+// A step costs what changed in it. What follows from the ecosystem and the crowding of a site is
+// made again where they changed; a probability is made when a candidate or an individual asks for
+// it. Every number takes the same operations in the same order as over full tables.
 
 namespace {
 
-constexpr int kTableSize = 10000;
 constexpr double kAlmostNothing = 1e-19;  // stands for an exact 0 of a weight or of free space
+constexpr double kUnknown = 2;            // no probability and no logarithm of one
 
+/// What a step carries over to the next, S sites by N OTUs.
 struct Assembly {
-    explicit Assembly(World& w)
-        : world(w),
-          distances(w.answers.nSites, w.answers.nOTUs),
-          survival(w.answers.nSites, w.answers.nOTUs),
-          table(kTableSize),
-          siteMeans(w.answers.nSites, w.answers.nTraits),
-          meansBefore(w.answers.nTraits, w.answers.nSites),
-          change(w.answers.nTraits, w.answers.nSites),
-          effect(w.answers.nFactors, w.answers.nSites),
-          stepsToGo(w.answers.maxIterations) {}
+    explicit Assembly(World& w);
 
     World& world;
-    ScopedMatrix<double> distances;
-    ScopedMatrix<double> survival;
-    ScopedVector<double> table;
-    double tableStep = 0;
-    double tableEnd = 0;
-    ScopedMatrix<double> siteMeans;
-    ScopedMatrix<double> meansBefore;
-    ScopedMatrix<double> change;
-    ScopedMatrix<double> effect;
     bool recording = false;
-    int stepsToGo;
-    int gain = 0;
+    bool full = false;  ///< the target is reached and nobody has died since
+    int stepsToGo;      ///< estimate of the steps until the sites are full
+    int gain = 0;       ///< of the step, individuals
     bool anyDied = false;
-    bool full = false;
+
+    ChiSquareTable table;
+    ScopedVector<int> flagged;          ///< the traits that count for distances
+    ScopedMatrix<double> logFilter;     ///< S x N, logarithm of the tail, or unknown
+    ScopedMatrix<double> survival;      ///< S x N, probability, or unknown
+    ScopedVector<double> largestBound;  ///< S, at least the largest distance of the site
+    ScopedVector<double> logFree;       ///< S, weighted logarithm of the free space
+    ScopedVector<bool> moved;           ///< S, the site's ecosystem changed in the step before
+    ScopedVector<bool> changed;         ///< S, its community changed in the step before or in this
+    ScopedMatrix<int> standing;         ///< S x N, the OTUs of the site, ascending
+    ScopedVector<int> nStanding;        ///< S
+    bool finite;  ///< traits and effects are numbers: what did not change has no effect
+
+    // The tables' columns of one site
+    ScopedVector<double*> E;         ///< Q
+    ScopedVector<double*> expected;  ///< T
+    ScopedMatrix<double> change;     ///< T x 1, of the means
+    ScopedMatrix<double> effect;     ///< F x 1, of that
 };
+
+template <class T>
+bool AllFinite(int rows, int cols, ConstMatrix<T> table) {
+    for (int i = 0; i < rows; i++)
+        if (!std::all_of(table[i], table[i] + cols, [](T x) { return std::isfinite(x); }))
+            return false;
+    return true;
+}
+
+Assembly::Assembly(World& w)
+    : world(w),
+      stepsToGo(w.answers.maxIterations),
+      flagged(w.nTraitsFlagged),
+      logFilter(w.answers.nSites, w.answers.nOTUs),
+      survival(w.answers.nSites, w.answers.nOTUs),
+      largestBound(w.answers.nSites),
+      logFree(w.answers.nSites),
+      moved(w.answers.nSites),
+      changed(w.answers.nSites),
+      standing(w.answers.nSites, w.answers.nOTUs),
+      nStanding(w.answers.nSites),
+      finite(AllFinite<float>(w.answers.nOTUs, w.answers.nTraits, w.B) &&
+             AllFinite<double>(w.answers.nFactors, w.answers.nTraits, w.effects)),
+      E(w.answers.nPredictors),
+      expected(w.answers.nTraits),
+      change(w.answers.nTraits, 1),
+      effect(w.answers.nFactors, 1) {
+    int k = 0;
+    for (int t = 0; t < w.answers.nTraits; t++)
+        if (w.traitFlags[t] == 1) flagged[k++] = t;
+}
 
 void ReportProgress(const World& world) {
     char text[80];
@@ -54,154 +90,250 @@ void ReportProgress(const World& world) {
     HandleEventInfoWhere2(text);
 }
 
-void ExpectMeans(World& world) {
-    const SimulationAnswers& a = world.answers;
-    MatrixProdMV(a.nTraits, a.nPredictors, a.nPredictors, a.nSites, world.responses, world.E,
-                 world.expected);
-    ZStandardizationRowsMV(a.nTraits, a.nSites, world.traitMean, world.traitSd, world.expected,
-                           world.expected);
-}
-
-void MeasureDistances(Assembly& now) {
+double Distance(const Assembly& now, int s, int j) {
     const World& world = now.world;
-    for (int s = 0; s < world.answers.nSites; s++)
-        for (int j = 0; j < world.answers.nOTUs; j++) {
-            double sum = 0;
-            for (int t = 0; t < world.answers.nTraits; t++) {
-                if (world.traitFlags[t] != 1) continue;
-                const double d = static_cast<double>(world.B[j][t]) - world.expected[t][s];
-                sum += d * d;
-            }
-            now.distances[s][j] = sum;
-        }
-}
-
-void RenewTable(Assembly& now) {
-    World& world = now.world;
-    const double max = MatrixMax(world.answers.nSites, world.answers.nOTUs, now.distances);
-    if (world.step > 1 && !(max > now.tableEnd)) return;
-    now.tableEnd = 5 * max;
-    now.tableStep = now.tableEnd / kTableSize;
-    double x = 0;
-    for (int k = 0; k < kTableSize; k++) {
-        now.table[k] = gsl_cdf_chisq_Q(x, world.nTraitsFlagged);
-        x += now.tableStep;
+    double sum = 0;
+    for (int k = 0; k < world.nTraitsFlagged; k++) {
+        const int t = now.flagged[k];
+        const double d = static_cast<double>(world.B[j][t]) - world.expected[t][s];
+        sum += d * d;
     }
-    world.chiSquareCalls += kTableSize;
+    return sum;
 }
 
-void FilterOTUs(Assembly& now) {
-    for (int s = 0; s < now.world.answers.nSites; s++)
-        for (int j = 0; j < now.world.answers.nOTUs; j++) {
-            const double place = std::floor(now.distances[s][j] / now.tableStep);
-            // A place past the table, or none at all, is that of its last entry.
-            now.survival[s][j] =
-                now.table[place < kTableSize ? static_cast<int>(place) : kTableSize - 1];
-        }
+/// The distance that an OTU would have with the farther extreme of each trait. Its operations are
+/// those of the distance, and rounding keeps their order: no distance of the site is above it.
+double DistanceOfExtremes(const Assembly& now, int s) {
+    const World& world = now.world;
+    double sum = 0;
+    for (int k = 0; k < world.nTraitsFlagged; k++) {
+        const int t = now.flagged[k];
+        const double low = world.traitMin[t] - world.expected[t][s];
+        const double high = world.traitMax[t] - world.expected[t][s];
+        sum += low * low > high * high ? low * low : high * high;
+    }
+    return sum;
 }
 
-void WeighByDensity(Assembly& now) {
+void ForgetFilter(Assembly& now, int s) {
+    const int N = now.world.answers.nOTUs;
+    std::fill(now.logFilter[s], now.logFilter[s] + N, kUnknown);
+}
+
+/// The trait means that the ecosystem of the site favours, on the scale of the traits.
+void ExpectMeans(Assembly& now, int s) {
     World& world = now.world;
-    double& w = world.answers.densityWeight;
-    for (int j = 0; j < world.answers.nOTUs; j++)
-        for (int s = 0; s < world.answers.nSites; s++) {
-            double f = 1.0 - static_cast<double>(world.abundance[s]) / world.answers.maxIndividuals;
-            if (f == 0) f = kAlmostNothing;
-            if (w == 0) w = kAlmostNothing;
-            now.survival[s][j] =
-                std::exp((1.0 - w) * std::log(now.survival[s][j]) + w * std::log(f));
-        }
+    const SimulationAnswers& a = world.answers;
+    for (int q = 0; q < a.nPredictors; q++) now.E[q] = &world.E[q][s];
+    for (int t = 0; t < a.nTraits; t++) now.expected[t] = &world.expected[t][s];
+    double** const means = now.expected;
+    MatrixProdMV(a.nTraits, a.nPredictors, a.nPredictors, 1, world.responses, now.E.get(), means);
+    ZStandardizationRowsMV(a.nTraits, 1, world.traitMean, world.traitSd, means, means);
+    now.largestBound[s] = DistanceOfExtremes(now, s);
+    ForgetFilter(now, s);
+}
+
+/// The largest distance among the sites that can have one above `limit`; not below 0.
+double LargestDistance(const Assembly& now, double limit) {
+    double largest = 0;
+    for (int s = 0; s < now.world.answers.nSites; s++) {
+        if (now.largestBound[s] <= limit) continue;
+        for (int j = 0; j < now.world.answers.nOTUs; j++)
+            largest = std::max(largest, Distance(now, s, j));
+    }
+    return largest;
+}
+
+/// A table for the distances of the step, when one is beyond the table's end.
+void FitTable(Assembly& now) {
+    World& world = now.world;
+    const bool isFirst = world.step == 1;
+    const double largest = LargestDistance(now, isFirst ? -1.0 : now.table.end);
+    if (!isFirst && !(largest > now.table.end)) return;
+    RenewTable(largest, world.nTraitsFlagged, &now.table);
+    world.chiSquareCalls += kChiSquareEntries;
+    for (int s = 0; s < world.answers.nSites; s++) {
+        ForgetFilter(now, s);
+        now.changed[s] = true;
+    }
+}
+
+/// The free space of the site where the step before left it.
+void MeasureFreeSpace(Assembly& now, int s) {
+    const SimulationAnswers& a = now.world.answers;
+    double f = 1.0 - static_cast<double>(now.world.abundance[s]) / a.maxIndividuals;
+    if (f == 0) f = kAlmostNothing;
+    now.logFree[s] = a.densityWeight * std::log(f);
+    std::fill(now.survival[s], now.survival[s] + a.nOTUs, kUnknown);
+}
+
+/// Expectations, distances and free space of the sites where the step before changed them.
+void FilterSites(Assembly& now) {
+    const int S = now.world.answers.nSites;
+    for (int s = 0; s < S; s++)
+        if (now.moved[s]) ExpectMeans(now, s);
+    FitTable(now);
+    for (int s = 0; s < S; s++) {
+        if (now.moved[s] || now.changed[s]) MeasureFreeSpace(now, s);
+        now.moved[s] = now.changed[s] = false;
+    }
+}
+
+/// Probability of survival: the geometric mean of filter and free space. Without free space it is
+/// no number and survives no comparison.
+double Survival(Assembly& now, int s, int j) {
+    double& p = now.survival[s][j];
+    if (p == kUnknown) {
+        double& filter = now.logFilter[s][j];
+        if (filter == kUnknown) filter = LogTail(Distance(now, s, j), &now.table);
+        p = std::exp((1.0 - now.world.answers.densityWeight) * filter + now.logFree[s]);
+    }
+    return p;
 }
 
 void StartRecording(Assembly& now) {
     World& world = now.world;
     const SimulationAnswers& a = world.answers;
-    if (now.recording ||
-        !(world.total > a.threshold * world.target || world.step > a.threshold * a.maxIterations))
-        return;
+    const bool isReached =
+        world.total > a.threshold * world.target || world.step > a.threshold * a.maxIterations;
+    if (now.recording || !isReached) return;
     now.recording = true;
     world.onset = world.step;
-    for (int s = 0; s < a.nSites; s++)
-        world.richness[s] = static_cast<int>(
-            std::count_if(world.W[s], world.W[s] + a.nOTUs, [](double n) { return n > 0; }));
+    std::copy(now.nStanding.get(), now.nStanding + a.nSites, world.richness.get());
 }
 
-void AddIndividuals(World& world, int s, int j, int count) {
-    const int S = world.answers.nSites;
+void AddIndividuals(Assembly& now, int s, int j, int count) {
+    World& world = now.world;
     world.W[s][j] += count;
-    world.W[S][j] += count;
+    world.W[world.answers.nSites][j] += count;
     world.abundance[s] += count;
     world.total += count;
+    now.gain += count;
+    now.changed[s] = true;
 }
 
+void SettleNewOTU(Assembly& now, int s, int j) {
+    int* const first = now.standing[s];
+    int* const last = first + now.nStanding[s]++;
+    int* const place = std::upper_bound(first, last, j);
+    std::copy_backward(place, last, last + 1);
+    *place = j;
+    if (now.recording) now.world.colonizations[s]++;
+}
+
+/// Whether the dispersal lets the candidate try: the weight is the chance of an OTU of the site,
+/// the rest that of an immigrant.
 bool IsAccepted(const World& world, int s, int j) {
     const double u = gsl_rng_uniform(r);
     return world.W[s][j] > 0 ? world.answers.dispersalWeight > u
                              : u > world.answers.dispersalWeight;
 }
 
+/// One attempt per site, while there is room for individuals at all.
 void Colonize(Assembly& now) {
     World& world = now.world;
-    for (int s = 0; s < world.answers.nSites; s++) {
-        if (world.total >= world.target) continue;
-        const int j = static_cast<int>(gsl_rng_uniform_int(r, world.answers.nOTUs));
-        if (IsAccepted(world, s, j) && now.survival[s][j] > gsl_rng_uniform(r)) {
-            AddIndividuals(world, s, j, 1);
-            now.gain++;
-            if (now.recording && world.W[s][j] == 1) world.colonizations[s]++;
+    const auto N = static_cast<unsigned long>(world.answers.nOTUs);
+    for (int s = 0; s < world.answers.nSites && world.total < world.target; s++) {
+        const int j = static_cast<int>(gsl_rng_uniform_int(r, N));
+        if (IsAccepted(world, s, j) && Survival(now, s, j) > gsl_rng_uniform(r)) {
+            AddIndividuals(now, s, j, 1);
+            if (world.W[s][j] == 1) SettleNewOTU(now, s, j);
         }
         now.full = world.total == world.target;
     }
 }
 
-void TestIndividuals(Assembly& now, int s, int j, int horizon) {
+/// Mortality among the individuals of an OTU. Each death is one test less.
+void TestIndividuals(Assembly& now, int s, int j, double risk) {
     World& world = now.world;
-    const double risk = (1.0 - now.survival[s][j]) * (1.0 / horizon);
     for (int i = 1;; i++) {
         if (risk > gsl_rng_uniform(r)) {
-            AddIndividuals(world, s, j, -1);
-            now.gain--;
+            AddIndividuals(now, s, j, -1);
             now.full = false;
             now.anyDied = true;
-            if (now.recording && world.W[s][j] == 0) world.extinctions[s]++;
         }
         if (!(world.W[s][j] > i)) return;
     }
 }
 
-void Die(Assembly& now) {
+void DieAtSite(Assembly& now, int s, double riskPerStep) {
     World& world = now.world;
+    int* const standing = now.standing[s];
+    int left = 0;
+    for (int k = 0; k < now.nStanding[s]; k++) {
+        const int j = standing[k];
+        TestIndividuals(now, s, j, (1.0 - Survival(now, s, j)) * riskPerStep);
+        if (world.W[s][j] > 0) {
+            standing[left++] = j;
+        } else {
+            world.shares[s][j] = 0;
+            if (now.recording) world.extinctions[s]++;
+        }
+    }
+    now.nStanding[s] = left;
+}
+
+/// The risk of an individual spreads over the steps until the sites are full.
+void Die(Assembly& now) {
+    const World& world = now.world;
     const int I = world.answers.maxIterations;
     const bool fills = now.stepsToGo >= 1 && now.stepsToGo < I - world.step;
-    const int horizon = fills ? world.step + now.stepsToGo : I;
-    for (int s = 0; s < world.answers.nSites; s++) {
-        if (world.abundance[s] <= 0) continue;
-        for (int j = 0; j < world.answers.nOTUs; j++)
-            if (world.W[s][j] > 0) TestIndividuals(now, s, j, horizon);
-    }
+    const double riskPerStep = 1.0 / (fills ? world.step + now.stepsToGo : I);
+    for (int s = 0; s < world.answers.nSites; s++) DieAtSite(now, s, riskPerStep);
     if (now.gain > 0) now.stepsToGo = (world.target - world.total) / now.gain;
 }
 
-void AverageTraits(Assembly& now) {
+/// Shares of the OTUs at the site and its trait means; `change` is what the means gained.
+void AverageTraits(Assembly& now, int s) {
     World& world = now.world;
     const SimulationAnswers& a = world.answers;
-    UnitSumRowsAdjMV(a.nSites, a.nOTUs, world.shares, world.W);
-    MatrixProdMV(a.nSites, a.nOTUs, a.nOTUs, a.nTraits, world.shares, world.B, now.siteMeans);
-    TransposeMatrix(a.nSites, a.nTraits, now.siteMeans, world.means);
+    const double individuals = world.abundance[s] == 0 ? 1.0 : world.abundance[s];
+    for (int t = 0; t < a.nTraits; t++) now.change[t][0] = -world.means[t][s];
+    for (int t = 0; t < a.nTraits; t++) world.means[t][s] = 0;
+    const int n = now.finite ? now.nStanding[s] : a.nOTUs;
+    for (int k = 0; k < n; k++) {
+        const int j = now.finite ? now.standing[s][k] : k;
+        const double share = world.shares[s][j] = world.W[s][j] / individuals;
+        for (int t = 0; t < a.nTraits; t++)
+            if (!IsMissing(world.B[j][t]))
+                world.means[t][s] += share * static_cast<double>(world.B[j][t]);
+    }
+    for (int t = 0; t < a.nTraits; t++) now.change[t][0] += world.means[t][s];
 }
 
-void FeedBack(Assembly& now) {
+/// The change of the means moves the factors of the site.
+void FeedBack(Assembly& now, int s) {
     World& world = now.world;
     const SimulationAnswers& a = world.answers;
-    if (world.step > 1) {
-        MatrixSum(a.nTraits, a.nSites, a.nTraits, a.nSites, world.means, now.meansBefore,
-                  now.change, -1);
-        MatrixProdMV(a.nFactors, a.nTraits, a.nTraits, a.nSites, world.effects, now.change,
-                     now.effect);
-        MatrixSum(a.nFactors, a.nSites, a.nFactors, a.nSites, world.E, now.effect, world.E, 1);
+    MatrixProdMV(a.nFactors, a.nTraits, a.nTraits, 1, world.effects, now.change.get(),
+                 now.effect.get());
+    for (int f = 0; f < a.nFactors; f++) {
+        const double before = world.E[f][s];
+        world.E[f][s] = before + now.effect[f][0];
+        if (!(world.E[f][s] == before)) now.moved[s] = true;
     }
-    CopyMatrix(a.nTraits, a.nSites, world.means, now.meansBefore);
-    FormInteractions(world);
+    FormInteractions(world, s, s + 1);
+}
+
+/// In the first two steps all sites count as changed: the means and the effects begin.
+void FollowChanges(Assembly& now) {
+    const bool all = now.world.step <= 2 || !now.finite;
+    for (int s = 0; s < now.world.answers.nSites; s++) {
+        if (!all && !now.changed[s]) continue;
+        AverageTraits(now, s);
+        if (now.world.step > 1) FeedBack(now, s);
+    }
+}
+
+void PrintFilter(Assembly& now, const StepFiles& files) {
+    const SimulationAnswers& a = now.world.answers;
+    ScopedMatrix<double> distances(a.nSites, a.nOTUs);
+    for (int s = 0; s < a.nSites; s++)
+        for (int j = 0; j < a.nOTUs; j++) {
+            distances[s][j] = Distance(now, s, j);
+            Survival(now, s, j);
+        }
+    PrintStepFilter(files, now.world, distances, now.survival);
 }
 
 void Step(Assembly& now, const StepFiles* files) {
@@ -209,20 +341,17 @@ void Step(Assembly& now, const StepFiles* files) {
     now.gain = 0;
     now.anyDied = false;
     ReportProgress(world);
-    ExpectMeans(world);
-    MeasureDistances(now);
-    RenewTable(now);
-    FilterOTUs(now);
-    WeighByDensity(now);
+    FilterSites(now);
     StartRecording(now);
     Colonize(now);
     if (files != nullptr) PrintStepCommunities(*files, world, Mortality::kBefore);
     Die(now);
-    if (files != nullptr && now.anyDied) PrintStepCommunities(*files, world, Mortality::kAfter);
-    if (files != nullptr) PrintStepFilter(*files, world, now.distances, now.survival);
-    AverageTraits(now);
+    if (files != nullptr) {
+        if (now.anyDied) PrintStepCommunities(*files, world, Mortality::kAfter);
+        PrintFilter(now, *files);
+    }
+    FollowChanges(now);
     if (files != nullptr) PrintStepMeans(*files, world);
-    FeedBack(now);
 }
 
 /// Above the largest and below the smallest trait alike the amount is taken from the largest.
@@ -239,7 +368,10 @@ void MeasureExtrapolation(World& world) {
 }  // namespace
 
 void AssembleCommunities(World& world, const StepFiles* files) {
+    if (world.answers.densityWeight == 0) world.answers.densityWeight = kAlmostNothing;
     Assembly now(world);
+    const int S = world.answers.nSites;
+    std::fill(now.moved.get(), now.moved + S, true);
     world.step = 0;
     do {
         world.step++;

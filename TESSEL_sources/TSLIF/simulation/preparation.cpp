@@ -59,7 +59,7 @@ void StandardizeTraits(World& world) {
 
 void StandardizeFactors(World& world) {
     ZStandardizationRowsMV(world.answers.nFactors, world.answers.nSites, world.E, world.E);
-    FormInteractions(world);
+    FormInteractions(world, 0, world.answers.nSites);
 }
 
 void DrawTraits(World& world) {
@@ -79,7 +79,9 @@ void DrawFactors(World& world) {
 
 void EmptySites(World& world) {
     const int S = world.answers.nSites;
-    for (int s = 0; s <= S; s++) std::fill(world.W[s], world.W[s] + world.answers.nOTUs, 0.0);
+    const int N = world.answers.nOTUs;
+    for (int s = 0; s <= S; s++) std::fill(world.W[s], world.W[s] + N, 0.0);
+    for (int s = 0; s < S; s++) std::fill(world.shares[s], world.shares[s] + N, 0.0);
     for (int* counts : {world.abundance.get(), world.richness.get(), world.extinctions.get(),
                         world.colonizations.get()})
         std::fill(counts, counts + S, 0);
@@ -121,10 +123,9 @@ void PrepareDataSet(World& world) {
     EmptySites(world);
 }
 
-void FormInteractions(World& world) {
+void FormInteractions(World& world, int from, int to) {
     if (!HasInteractionRows(world.answers)) return;
     const int F = world.answers.nFactors;
     for (int i = 0; i < F - 1; i++)
-        for (int s = 0; s < world.answers.nSites; s++)
-            world.E[F + i][s] = world.E[i][s] * world.E[F - 1][s];
+        for (int s = from; s < to; s++) world.E[F + i][s] = world.E[i][s] * world.E[F - 1][s];
 }

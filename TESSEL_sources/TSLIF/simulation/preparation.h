@@ -16,5 +16,6 @@ void PrepareEnvironment(World& world);
 /// Draws what comes from correlations, restores what does not, empties the sites.
 void PrepareDataSet(World& world);
 
-/// Forms the rows of interactions of E. Row F + i is the product of factor i and the last factor.
-void FormInteractions(World& world);
+/// Forms the rows of interactions of E at the sites from..to. Row F + i is the product of factor i
+/// and the last factor; the rows behind those stay 0.
+void FormInteractions(World& world, int from, int to);
