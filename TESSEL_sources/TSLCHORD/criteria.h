@@ -13,11 +13,11 @@ struct ShownWith {
 
 struct RankingCriterion {
     int option;
+    ShownWith shown;
+    bool needsSites;          ///< never accepted without matrix E
     const char* menuLine;     ///< null: accepted, but not in the menu
     const char* explanation;  ///< under the menu
-    ShownWith shown;
-    bool needsSites;     ///< never accepted without matrix E
-    const char* suffix;  ///< of the results file, behind the session's name
+    const char* suffix;       ///< of the results file, behind the session's name
     void (*search)();
 };
 
