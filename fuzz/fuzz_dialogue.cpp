@@ -28,6 +28,8 @@ namespace {
 FilesByName MadeFiles() {
     FilesByName files = GoodFiles();
     files["g.txt"] = files["types.txt"];
+    files["a.txt"] = "1 0 .5 .8 0 0 .3 -1 0\n";
+    files["c.txt"] = "1 .4 .2 .4 1 .3 .2 .3 1\n";
     files["odd.txt"] = "nan inf -inf 1e38 1e-42 0 -999 x 1e400\n";
     files["short.txt"] = "1\n";
     files["mTrk.txt"] = "mFormda.txt\n07Jul17\n";
