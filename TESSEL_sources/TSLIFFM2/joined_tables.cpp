@@ -85,8 +85,9 @@ const char* CompareTraits(const DataFile& file) {
 bool MakeLabelDiffer(char* label) {
     for (int i = 0; i < ncsm; i++) {
         if (std::strcmp(label, reLabel[i]) != 0) continue;
-        if (std::strlen(label) >= kLabelLength) return false;
-        std::strcat(label, "b");
+        const std::size_t length = std::strlen(label);
+        if (length >= kLabelLength) return false;
+        CopyText(label + length, 1, "b");
     }
     return true;
 }
