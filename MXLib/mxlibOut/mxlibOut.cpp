@@ -1,5 +1,6 @@
 #include "mxlibOut/mxlibOut.h"
 
+#include <algorithm>
 #include <climits>
 
 #include "iflibG/iflibG.h"
@@ -10,8 +11,13 @@ namespace {
 
 // Report numbers are printed with "%g", which takes a double: both element types print alike.
 
+/// No double has more significant digits. The user may ask for up to two thousand million, which
+/// printf would take its time to look for.
+constexpr int kMostDigits = 767;
+
 template <class T>
 void PrintRows(FILE* stream, int rows, int cols, ConstMatrix<T> matrix, int digits) {
+    digits = std::min(digits, kMostDigits);
     for (int i = 0; i < rows; i++) {
         for (int j = 0; j < cols; j++)
             std::fprintf(stream, "%.*g\t", digits, static_cast<double>(matrix[i][j]));
@@ -21,6 +27,7 @@ void PrintRows(FILE* stream, int rows, int cols, ConstMatrix<T> matrix, int digi
 
 template <class T>
 int WidestElement(int rows, int cols, ConstMatrix<T> matrix, int digits) {
+    digits = std::min(digits, kMostDigits);
     HandleEventInfoWhere("GetWidthMax");
     int widest = 0;
     for (int i = 0; i < rows; i++)
@@ -34,6 +41,7 @@ int WidestElement(int rows, int cols, ConstMatrix<T> matrix, int digits) {
 
 template <class T>
 int PrintAligned(FILE* stream, int rows, int cols, ConstMatrix<T> matrix, int digits, int width) {
+    digits = std::min(digits, kMostDigits);
     HandleEventInfoWhere("PrintMatrix");
     if (width == 0) width = WidestElement(rows, cols, matrix, digits);
     for (int i = 0; i < rows; i++) {
@@ -65,6 +73,7 @@ T Ordered(const T* values, const int* order, int i) {
 
 template <class T>
 void PrintNumbers(FILE* stream, int n, const T* values, int digits, const int* order) {
+    digits = std::min(digits, kMostDigits);
     HandleEventInfoWhere("PrintVectorTab");
     for (int i = 0; i < n; i++)
         std::fprintf(stream, "%.*g\t", digits, static_cast<double>(Ordered(values, order, i)));

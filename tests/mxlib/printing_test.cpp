@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cfloat>
+#include <climits>
+#include <cmath>
 #include <functional>
 #include <string>
 
@@ -42,6 +45,11 @@ TEST(Printing, HalvesAndVectors) {
     EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 2, groups, order); }), "6\t5\t\n");
     EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 2, values, 3, order); }), "0.667\t0.125\t\n");
     EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 0, groups, order); }), "\n");
+    // No number of digits that a user can ask for takes long; this double has the most, 767.
+    const double longest[] = {std::nextafter(2 * DBL_MIN, 0.0)};
+    char all[800];
+    std::snprintf(all, sizeof(all), "%.780g\t\n", longest[0]);
+    EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 1, longest, INT_MAX, nullptr); }), all);
 }
 
 TEST(ProgressLine, TakesEightyColumnsAndIsTakenOff) {

@@ -233,6 +233,10 @@ TEST(BadInput, DamagedSessionFiles) {
     for (const std::string& text :
          {std::string("oldFormda.txt\n"), track + "NULL\nNULL\n", track + Garbage(4, 300)})
         rows.push_back({"oldTrk.txt", text, Unreadable("oldTrk.txt"), 1});
+    rows.push_back({"TESSEL.prf", "", ""});
+    rows.push_back({"TESSEL.prf", kFolder, ""});
+    for (const char* text : {"18Nov2016", "18Nov2016\n0\n0.0\nwide"})
+        rows.push_back({"TESSEL.prf", text, Unreadable("TESSEL.prf"), 1});
     for (Damage& row : rows) row.answers = attach;
     // Sources of a derived and of a merged data set. A record of settings that cannot be read is
     // done without.
@@ -279,6 +283,8 @@ TEST(BadInput, OutputThatFindsNoPlace) {
         {"newRDa.txt", kFolder, CannotOpen("newRDa.txt"), 1},
         {"newChRank_PSAP_X_T.txt", kFolder, CannotOpen("newChRank_PSAP_X_T.txt") + kFailedOpening,
          1},
+        {"TESSEL.prf", kFolder, CannotOpen("TESSEL.prf") + kFailedOutput, 1, "S\nC\nx\n"},
+        {"TESSEL.prf", kFull, kFailedOutput, 1, "O\nold\nS\nC\nx\n"},
         {"oldTrk.txt", kFolder, Repeated(CannotOpen("oldTrk.txt"), 2), 0, "O\nold\nN\nold\nX\n"},
     });
     // The report holds what came before the test.

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <regex>
 #include <thread>
@@ -26,24 +27,26 @@ namespace {
 
 }  // namespace
 
-ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, double seconds) {
+ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, double seconds,
+                      int stopSignal) {
     TempFolder streams;
     streams.Write("in", answers);
     const pid_t child = fork();
     if (child == 0) BecomeProgram(folder, streams);
     ProgramRun run;
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    const auto limit = std::chrono::steady_clock::now() +
+                       std::chrono::nanoseconds(static_cast<long long>(seconds * 1e9));
     int status = 0;
     rusage used = {};
     while (wait4(child, &status, WNOHANG, &used) == 0) {
         if (std::chrono::steady_clock::now() > limit) {
             run.timedOut = true;
-            // An orderly stop first, so that buffered output is lost as it would be for a user.
-            kill(child, SIGTERM);
+            kill(child, stopSignal);
             wait4(child, &status, 0, &used);
             break;
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        std::this_thread::sleep_until(
+            std::min(limit, std::chrono::steady_clock::now() + std::chrono::milliseconds(2)));
     }
     if (!run.timedOut && WIFEXITED(status)) run.status = WEXITSTATUS(status);
     if (!run.timedOut && WIFSIGNALED(status)) run.signal = WTERMSIG(status);

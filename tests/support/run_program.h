@@ -2,6 +2,8 @@
 /// \file
 /// The built program as a user runs it: keystrokes in, screen and files out, with a time limit.
 
+#include <signal.h>
+
 #include <string>
 
 #include "support/temp_folder.h"
@@ -15,8 +17,10 @@ struct ProgramRun {
     double cpuSeconds = 0;  ///< processor time that it took
 };
 
-/// Runs the program in `folder` with `answers` on its standard input.
-ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, double seconds = 60);
+/// Runs the program in `folder` with `answers` on its standard input. The time limit stops it in an
+/// orderly way first, so that buffered output is lost as it would be for a user.
+ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, double seconds = 60,
+                      int stopSignal = SIGTERM);
 
 /// The text with what changes from run to run masked: time stamps, elapsed times, the progress
 /// line and the backspaces that take it off the screen.

@@ -73,6 +73,9 @@ class InProcess : public testing::Test {
         tcst = nch = ncsm = nSpp = nenv = 0;
         hasPhylogeny = phylogenyMatrixType = hasTraitGroups = includePhylogeny = temEnvQual = 0;
         sessionName[0] = sessionShortName[0] = '\0';
+        InitGlobals();
+        BealsIncludeOpt = twoTailedTestMantel = true;
+        overfitFactorPCARegr = 2.0;
     }
 
     /// Reads the text as the data file dataFormda.txt.
