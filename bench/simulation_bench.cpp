@@ -75,7 +75,8 @@ void DataSets(benchmark::State& state, Assemble assemble, bool evaluates) {
     InitRndNumberGenerator(1);
     for (auto _ : state) {
         const std::clock_t start = std::clock();
-        PrepareDataSet(*world);
+        RenewTraits(*world);
+        RenewSites(*world);
         assemble(*world);
         if (evaluates) EvaluateDataSet(*world, &evaluation);
         state.SetIterationTime(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);

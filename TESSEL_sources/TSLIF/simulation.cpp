@@ -68,8 +68,9 @@ void StartFiles(World& world, std::optional<StepFiles>* files) {
 
 /// One data set: communities, files, test.
 void SimulateDataSet(World& world, const StepFiles* files, Evaluation* evaluation, bool reports) {
-    PrepareDataSet(world);
+    RenewTraits(world);
     if (files != nullptr && world.answers.traits.fromCorrelations) AppendStandardizedTraits(world);
+    RenewSites(world);
     AssembleCommunities(world, files);
     if (files != nullptr) TellStepFiles();
     if (reports) AppendDataSet(world);

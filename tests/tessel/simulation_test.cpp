@@ -62,7 +62,8 @@ struct OneRun {
         EXPECT_TRUE(ReadWorld(*world));
         PrepareTraits(*world);
         PrepareEnvironment(*world);
-        PrepareDataSet(*world);
+        RenewTraits(*world);
+        RenewSites(*world);
         InitRndNumberGenerator(3);
     }
     SimulationAnswers answers;
@@ -305,6 +306,17 @@ TEST_F(Simulation, RunsThatComeToNothingLeaveNoFile) {
     const ConsoleRun blocked = RunWhole(run);
     EXPECT_EQ(blocked.exitStatus, 1);
     EXPECT_TRUE(Contains(blocked.err, "\nFAIL TO OPEN FILE !!!\n"));
+}
+
+TEST_F(Simulation, DrawnTraitsAreTakenDownBeforeTheEcosystemFails) {
+    folder_.Write("T.txt", "1 .5 .5 1\n");
+    for (const char* name : {"E.txt", "A.txt", "G.txt"}) folder_.Write(name, "1 1 1 1\n");
+    const ConsoleRun run = RunWhole(
+        "A\n3\n4\n2\nc\nT.txt\nn\n2\nc\nE.txt\nn\nn\nA.txt\nG.txt\n2\n0\n.5\n0\n4\n"
+        "n\n2\n1\ny\n");
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_TRUE(Contains(run.out, " saved on file TraitData.txt\n\ncholdc failed"));
+    EXPECT_TRUE(Contains(folder_.Read("TraitData.txt"), "Trait means (2 traits):"));
 }
 
 namespace {

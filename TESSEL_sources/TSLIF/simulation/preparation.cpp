@@ -62,12 +62,6 @@ void StandardizeFactors(World& world) {
     FormInteractions(world, 0, world.answers.nSites);
 }
 
-void DrawTraits(World& world) {
-    const SimulationAnswers& a = world.answers;
-    CorrToData_New(a.nOTUs, a.nTraits, world.traitCorrelations, world.B, a.traits.distribution);
-    StandardizeTraits(world);
-}
-
 void DrawFactors(World& world) {
     const SimulationAnswers& a = world.answers;
     ScopedMatrix<double> drawn(a.nSites, a.nFactors);
@@ -114,8 +108,14 @@ void PrepareEnvironment(World& world) {
     CopyMatrix(world.answers.nPredictors, world.answers.nSites, world.E, world.EInitial);
 }
 
-void PrepareDataSet(World& world) {
-    if (world.answers.traits.fromCorrelations) DrawTraits(world);
+void RenewTraits(World& world) {
+    const SimulationAnswers& a = world.answers;
+    if (!a.traits.fromCorrelations) return;
+    CorrToData_New(a.nOTUs, a.nTraits, world.traitCorrelations, world.B, a.traits.distribution);
+    StandardizeTraits(world);
+}
+
+void RenewSites(World& world) {
     if (world.answers.environment.fromCorrelations)
         DrawFactors(world);
     else

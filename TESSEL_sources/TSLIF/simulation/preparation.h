@@ -13,8 +13,10 @@ bool ReadWorld(World& world);
 void PrepareTraits(World& world);
 void PrepareEnvironment(World& world);
 
-/// Draws what comes from correlations, restores what does not, empties the sites.
-void PrepareDataSet(World& world);
+/// A fresh start of a data set. The traits are drawn when they come from correlations; the
+/// ecosystem is drawn or restored, and the sites are empty.
+void RenewTraits(World& world);
+void RenewSites(World& world);
 
 /// Forms the rows of interactions of E at the sites from..to. Row F + i is the product of factor i
 /// and the last factor; the rows behind those stay 0.
