@@ -31,7 +31,3 @@ bool ComparesWithPhylogeny(int option);
 
 /// Whether the criterion stands in the menu for the present data set.
 bool IsShown(const RankingCriterion& criterion);
-
-/// Asks for the criterion, its settings and the sizes of the subsets, and stores them in
-/// TSLGLOB/settings.h.
-void SettingsChRank();

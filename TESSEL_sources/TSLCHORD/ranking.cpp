@@ -7,6 +7,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
+#include "TSLIF/settings_dialogue.h"
 #include "iflibG/iflibG.h"
 #include "mxlibDim/dim.h"
 #include "mxlibDim/reading.h"

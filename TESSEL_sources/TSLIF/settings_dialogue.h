@@ -10,6 +10,10 @@ void IFHierarchicalAccum();
 /// and partition_OTUs_Phyl are allocated afresh; the analysis that asked releases them.
 void SettingsHierarchy();
 
+/// Asks for the criterion of the trait ranking, the settings of an analysis and the sizes of the
+/// subsets, and stores them there too.
+void SettingsChRank();
+
 /// Asks for the resemblance between communities and stores it in rese_opt.
 void SettingsRese();
 

@@ -15,6 +15,7 @@
 #include "TSLGLOB/shell.h"
 #include "TSLIF/menus.h"
 #include "TSLIFFM2/formda.h"
+#include "iflibG/iflibG.h"
 #include "mxlibDim/dim.h"
 #include "support/console.h"
 #include "support/formda_text.h"
@@ -72,6 +73,7 @@ class InProcess : public testing::Test {
         }
         tcst = nch = ncsm = nSpp = nenv = 0;
         hasPhylogeny = phylogenyMatrixType = hasTraitGroups = includePhylogeny = temEnvQual = 0;
+        is40CharLine = is80CharLine = 0;
         sessionName[0] = sessionShortName[0] = '\0';
         InitGlobals();
         BealsIncludeOpt = twoTailedTestMantel = true;

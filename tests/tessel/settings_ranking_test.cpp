@@ -1,5 +1,6 @@
 #include "TSLCHORD/criteria.h"
 #include "TSLGLOB/info_texts.h"
+#include "TSLIF/settings_dialogue.h"
 #include "tessel/in_process.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -64,6 +64,17 @@ int ReadSize(const char* question, int smallest, int largest) {
     return ReadIntegerIn("%d", "-", smallest, largest);
 }
 
+void TellNumberOfSubsets(double subsets) {
+    if (std::isfinite(subsets))
+        std::fprintf(out, "\nThese are %.15g trait subsets, more than can be searched (%.10g).\n",
+                     subsets, kMostSubsets);
+    else
+        std::fprintf(out,
+                     "\nThese are more than 1e308 trait subsets, more than can be searched "
+                     "(%.10g).\n",
+                     kMostSubsets);
+}
+
 /// Asked until the subsets can be counted.
 void ReadSizes() {
     const int traits = CountTraitsInUse();
@@ -72,8 +83,7 @@ void ReadSizes() {
         nMaxTraitsChRank = ReadSize("Maximum", nMinTraitsChRank, traits);
         const double subsets = CountSubsetsOfSizes(nch, nMinTraitsChRank, nMaxTraitsChRank);
         if (subsets <= kMostSubsets) return;
-        std::fprintf(out, "\nThese are %.15g trait subsets, more than can be searched (%.10g).\n",
-                     subsets, kMostSubsets);
+        TellNumberOfSubsets(subsets);
     }
 }
 
