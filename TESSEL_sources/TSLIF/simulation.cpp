@@ -25,6 +25,8 @@ constexpr int kDataSetsWithRawFiles = 2;
 class DataSetScratch {
   public:
     DataSetScratch(int traits, int OTUs) {
+        RequireRoomForTable(traits, kLabelLength + 1, sizeof(char));
+        RequireRoomForTable(OTUs, traits, sizeof(float));
         FreeGlobals2();
         hasTraitGroups = hasPhylogeny = includePhylogeny = 0;
         temEnvQuant = temEnvQual = temEnvBin = 0;

@@ -306,6 +306,9 @@ TEST_F(Simulation, RunsThatComeToNothingLeaveNoFile) {
     const ConsoleRun blocked = RunWhole(run);
     EXPECT_EQ(blocked.exitStatus, 1);
     EXPECT_TRUE(Contains(blocked.err, "\nFAIL TO OPEN FILE !!!\n"));
+    const ConsoleRun huge =
+        RunWhole(RunOfFiles({"3", "4", "2147483647", "2", "n"}, "2\n0\n.5\n0\n4", "n\n2\n1\ny"));
+    EXPECT_TRUE(Contains(huge.err, "OUT OF MEMORY"));
 }
 
 TEST_F(Simulation, DrawnTraitsAreTakenDownBeforeTheEcosystemFails) {
