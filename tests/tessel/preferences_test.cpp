@@ -3,7 +3,8 @@
 #include <signal.h>
 #include <sys/resource.h>
 
-#include <climits>
+#include <memory>
+#include <tuple>
 
 #include "TSLIFFM2/track.h"
 #include "mxlibOut/mxlibOut.h"
@@ -27,17 +28,13 @@ const std::string kScreen =
 struct Preferences : InProcess {
     ConsoleRun Read(const std::string& text) {
         folder_.Write(TESSELPrefsName, text);
-        return Typed("", [] { ReadPreferences(); });
+        return Typed("", ReadPreferences);
     }
 
     /// The file less its time stamp.
     std::string Written() {
         const std::string text = folder_.Read(TESSELPrefsName);
         return text.substr(0, text.find_last_of('\n', text.size() - 2) + 1);
-    }
-
-    std::size_t Files() {
-        return std::size_t(std::distance(fs::directory_iterator("."), fs::directory_iterator()));
     }
 };
 
@@ -48,23 +45,19 @@ TEST_F(Preferences, AnswersHoldAtOnceAndInTheFile) {
         Typed("f\n3\ny\nm\ng\nn\nr\nn\ny\nb\nn\no\n0.5 1.5\nt\ny\nc\n", SetPreferences);
     EXPECT_EQ(run.err, "\nIncorrect input = 0.5. Reenter.\nAccepted input: 1 to 3.40282e+38\n");
     EXPECT_EQ(Count(run.out, kScreen), 8);
-    EXPECT_EQ(Ints({sDigits, countDoubleAbsence, sqrtDissimOpt_RaoTraits, sqrtDissimOpt_RaoPhyl,
-                    BealsIncludeOpt, twoTailedTestMantel}),
-              Ints({3, 0, 0, 1, 0, 1}));
+    EXPECT_EQ(Ints({sDigits, BealsIncludeOpt, twoTailedTestMantel}), Ints({3, 0, 1}));
     EXPECT_EQ(Written(), kFile);
     Typed("F 0 n G y R y n B y O 2 T n C", SetPreferences);
-    EXPECT_EQ(Written(), Replaced(kFile, "\n3\n2147483647\n6\nn\ny\nn\n0\n0\n1\n0\n1.5\n1",
-                                  "\n6\n2147483647\n6\nn\nn\nn\n1\n1\n0\n1\n2\n0"));
+    EXPECT_EQ(Written(), Replaced(kFile, "3\n2147483647\n6\nn\ny\nn\n0\n0\n1\n0\n1.5\n1",
+                                  "6\n2147483647\n6\nn\nn\nn\n1\n1\n0\n1\n2\n0"));
 }
 
 TEST_F(Preferences, EveryFieldComesBackButTheTest) {
     const std::string other =
         "18Nov2016\n11\n1.500000\n2.500000\n12\n3.500000\n4.500000\n13\ny\n14\n5.500000\n6.500000\n"
         "15\n16\n17\ny\ny\ny\n0\n0\n1\n0\n2.25\n1\n18\n";
-    twoTailedTestMantel = true;
     ASSERT_EQ(Read(other + "no stamp").err, "");
-    EXPECT_EQ(Ints({sDigits, maxColsPrint, BealsIncludeOpt}), Ints({15, 16, 0}));
-    EXPECT_FALSE(twoTailedTestMantel);
+    EXPECT_EQ(Ints({sDigits, maxColsPrint, twoTailedTestMantel}), Ints({15, 16, 0}));
     WritePreferences();
     EXPECT_EQ(Written(), Replaced(other, "2.25\n1", "2.25\n0"));
     // What cannot be a letter is skipped.
@@ -74,10 +67,9 @@ TEST_F(Preferences, EveryFieldComesBackButTheTest) {
 }
 
 TEST_F(Preferences, FilesThatAreNoneOfThisVersionAndCuts) {
-    EXPECT_EQ(Typed("", ReadPreferences).err, "");
     for (const std::string text : {"", "18Nov2015\n1\n", "18Nov20167\n1\n", "\n\n"})
         EXPECT_EQ(Read(text).raised, 0) << text;
-    EXPECT_EQ(Ints({sDigits, maxColsPrint, isHierarchicalPref}), Ints({6, INT_MAX, 0}));
+    EXPECT_EQ(Ints({sDigits, isHierarchicalPref}), Ints({6, 0}));
     for (std::size_t cut = kFile.find('\n'); cut + 2 < kFile.size();
          cut = kFile.find('\n', cut + 1)) {
         const ConsoleRun run = Read(kFile.substr(0, cut));
@@ -91,37 +83,37 @@ TEST_F(Preferences, FilesThatAreNoneOfThisVersionAndCuts) {
 TEST_F(Preferences, OutputThatFailsLeavesTheOldFiles) {
     std::strcpy(whichTrack, "plotsTrk.txt");
     ASSERT_EQ(Open(FormdaOf({Rows(4, {1, 2}), Rows(4, {1, 2, 3})})).raised, 0);
-    void (*const writers[])() = {
-        WritePreferences, [] { WriteFormda(tcst, "dataFormda.txt", dataName, csm_Float, cadat); },
-        [] { WriteTrack(1); }};
-    const char* const names[] = {TESSELPrefsName, "dataFormda.txt", whichTrack};
+    const auto writeData = [] { WriteFormda(tcst, whichFormda, dataName, csm_Float, cadat); };
+    const std::tuple<const char*, void (*)(), int, const char*> cases[] = {
+        {TESSELPrefsName, WritePreferences, 3, ""},
+        {whichFormda, writeData, 3, ""},
+        {whichTrack, [] { WriteTrack(1); }, 0, "\ncan't write plotsTrk.txt \n\a"}};
     signal(SIGXFSZ, SIG_IGN);
-    for (int k = 0; k < 3; k++) {
-        folder_.Write(names[k], "old");
-        const std::size_t files = Files();
-        rlimit room;
-        getrlimit(RLIMIT_FSIZE, &room);
-        const rlimit full{100, room.rlim_max};
+    rlimit room;
+    getrlimit(RLIMIT_FSIZE, &room);
+    const rlimit full{100, room.rlim_max};
+    for (const auto& [name, write, raised, message] : cases) {
+        folder_.Write(name, "old");
+        const auto body = write;
         const ConsoleRun run = Typed("", [&] {
             setrlimit(RLIMIT_FSIZE, &full);
-            struct Restore {
-                const rlimit& room;
-                ~Restore() { setrlimit(RLIMIT_FSIZE, &room); }
-            } const restore{room};
-            writers[k]();
+            const std::shared_ptr<void> restore(nullptr,
+                                                [&](void*) { setrlimit(RLIMIT_FSIZE, &room); });
+            body();
         });
-        EXPECT_EQ(run.raised, k == 2 ? 0 : 3) << names[k];
-        EXPECT_EQ(run.err, k == 2 ? "\ncan't write plotsTrk.txt \n\a" : "") << names[k];
-        EXPECT_EQ(folder_.Read(names[k]), "old") << names[k];
-        EXPECT_EQ(Files(), files);
+        EXPECT_EQ(run.raised, raised) << name;
+        EXPECT_EQ(run.err, message);
+        EXPECT_EQ(folder_.Read(name), "old");
+        EXPECT_FALSE(folder_.Has(std::string(name) + ".tmp"));
         // With room again the file is replaced; a link and the permissions stay.
-        fs::rename(names[k], "real");
-        fs::permissions("real", fs::perms::owner_read | fs::perms::owner_write);
-        fs::create_symlink("real", names[k]);
-        writers[k]();
-        EXPECT_TRUE(fs::is_symlink(names[k]));
+        const auto mode = fs::perms::owner_read | fs::perms::owner_write;
+        fs::rename(name, "real");
+        fs::permissions("real", mode);
+        fs::create_symlink("real", name);
+        write();
+        EXPECT_TRUE(fs::is_symlink(name));
         EXPECT_GT(fs::file_size("real"), 100U);
-        EXPECT_EQ(fs::status("real").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+        EXPECT_EQ(fs::status("real").permissions(), mode);
         fs::remove("real");
     }
 }
