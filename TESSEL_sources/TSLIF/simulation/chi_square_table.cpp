@@ -26,7 +26,7 @@ void RenewTable(double largest, int freedom, ChiSquareTable* table) {
 }
 
 double LogTail(double distance, ChiSquareTable* table) {
-    const double place = std::floor(distance / table->step);
+    const double place = distance / table->step;  // not negative: the cast takes its floor
     const int k = place < kChiSquareEntries ? static_cast<int>(place) : kChiSquareEntries - 1;
     if (!table->known[k]) {
         table->logTail[k] = std::log(gsl_cdf_chisq_Q(Argument(k, table), table->freedom));
