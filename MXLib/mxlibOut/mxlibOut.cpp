@@ -11,10 +11,6 @@ namespace {
 
 // Report numbers are printed with "%g", which takes a double: both element types print alike.
 
-/// No double has more significant digits. The user may ask for up to two thousand million, which
-/// printf would take its time to look for.
-constexpr int kMostDigits = 767;
-
 template <class T>
 void PrintRows(FILE* stream, int rows, int cols, ConstMatrix<T> matrix, int digits) {
     digits = std::min(digits, kMostDigits);

@@ -10,6 +10,10 @@
 /// Print width in characters after which a row of PrintMatrix breaks; a preference of the user.
 extern int maxColsPrint;
 
+/// No double has more significant digits. The user may ask for up to two thousand million, which
+/// printf would take its time to look for.
+constexpr int kMostDigits = 767;
+
 /// One line per row, each value with "%.*g\t".
 void PrintMatrixTab(FILE* stream, int rows, int cols, ConstMatrix<float> matrix, int digits);
 void PrintMatrixTab(FILE* stream, int rows, int cols, ConstMatrix<double> matrix, int digits);

@@ -12,10 +12,9 @@
 #include "mxlib/random_lists.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibOut/mxlibOut.h"
 
 namespace {
-
-constexpr int kValueMargin = 6;  // columns of a value beyond its digits
 
 /// Where the best of a size starts: no subset has to be better than nothing.
 double StartOf(Keeping keeping) {
@@ -102,7 +101,7 @@ void PrintRankedSubsets(FILE* results, const SubsetSearch& search, const RankedL
         std::fputs(search.rankedHeading, results);
     else
         std::fprintf(results, "\n\nTrait subsets with maximum rank:\n%-*s\tSubset of traits\n",
-                     sDigits + kValueMargin, "TRC");
+                     ValueWidth(), "TRC");
     const KeptSubsets& kept = Kept(list);
     for (int place = list.places - 1; place > 0; place--) {
         if (kept.size[place] == 0) continue;
@@ -116,10 +115,10 @@ void PrintBestOfEachSize(FILE* results, const SubsetSearch& search, const KeptSu
     std::fprintf(results,
                  "\n\nTrait subsets with maximum rank for each number of traits:\n"
                  "%-*s\tSubset of traits\n",
-                 sDigits + kValueMargin, "TRC");
+                 ValueWidth(), "TRC");
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++) {
         const double value = best.value[size - 1];
-        std::fprintf(results, "%-13.*g\t", sDigits, value);
+        std::fprintf(results, "%-13.*g\t", ValueDigits(), value);
         if (IsNone(search.keeping, value))
             std::fprintf(results, "none");
         else
@@ -173,6 +172,15 @@ void PrintElapsedTime(FILE* results) {
     std::fprintf(results, "Elapsed time: %g seconds\n", std::difftime(std::time(nullptr), time0));
 }
 
+int ValueDigits() {
+    return std::clamp(sDigits, -kMostDigits, kMostDigits);
+}
+
+int ValueWidth() {
+    constexpr int kMargin = 6;
+    return ValueDigits() + kMargin;
+}
+
 void PrintValue(FILE* results, double value) {
-    std::fprintf(results, "%-*.*g\t", sDigits + kValueMargin, sDigits, value);
+    std::fprintf(results, "%-*.*g\t", ValueWidth(), ValueDigits(), value);
 }

@@ -56,5 +56,9 @@ void PrintKeptLabels(FILE* stream, const KeptSubsets& kept, int place);
 /// "Elapsed time" since time0.
 void PrintElapsedTime(FILE* results);
 
-/// A value in the column that the tables give it.
+/// Significant digits of the values, and the columns that the tables give a value.
+int ValueDigits();
+int ValueWidth();
+
+/// A value in its column.
 void PrintValue(FILE* results, double value);

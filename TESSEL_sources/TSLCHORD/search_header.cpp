@@ -1,5 +1,6 @@
 #include "TSLCHORD/search_header.h"
 
+#include "TSLCHORD/search_frame.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/info_texts.h"
 #include "TSLGLOB/session_files.h"
@@ -150,8 +151,7 @@ void TraitsOfSimilarity(FILE* results) {
 
 void RatingHeading(FILE* results, const char* columns) {
     if (printRankIntermedResults != 'y') return;
-    constexpr int kMargin = 6;
-    std::fprintf(results, "\n%-*s\t%s\n", sDigits + kMargin, "TRC", columns);
+    std::fprintf(results, "\n%-*s\t%s\n", ValueWidth(), "TRC", columns);
 }
 
 void HeadingOfRatings(FILE* results) {

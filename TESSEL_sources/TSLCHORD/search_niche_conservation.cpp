@@ -128,7 +128,7 @@ void OverwriteHead(FILE* results, const KeptSubsets& best) {
         std::fprintf(results, "%-5d\t", best.groups[size - 1]);
     std::fprintf(results, "\n");
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++)
-        std::fprintf(results, "%-13.*g\t", sDigits, best.value[size - 1]);
+        std::fprintf(results, "%-13.*g\t", ValueDigits(), best.value[size - 1]);
     std::fprintf(results, "\n");
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <climits>
 #include <cmath>
 #include <map>
 #include <random>
@@ -378,6 +379,15 @@ TEST_F(RankingSearch, TwoCommunities) {
         in.W.pop_back();
         in.E.pop_back();
         EXPECT_NEAR(Search(in).bestOfSize[0].value, value, 1e-6) << criterion;
+    }
+}
+
+// The columns were as wide as the digits asked for: gigabytes of blanks.
+TEST_F(RankingSearch, DigitsBeyondThoseOfAnyNumber) {
+    for (const int digits : {INT_MAX, INT_MIN}) {
+        const Report report = Search(TinyCase(10, 2, true), 'y', digits);
+        EXPECT_LT(report.text.size(), 10000U);
+        EXPECT_EQ(report.table, report.bestOfSize);
     }
 }
 
