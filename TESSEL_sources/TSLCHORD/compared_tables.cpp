@@ -1,6 +1,7 @@
 #include "TSLCHORD/compared_tables.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
@@ -8,11 +9,18 @@
 
 namespace {
 
-constexpr int kMostPairs = 8;
+constexpr int kMostPairs = 5 * kMostTogether;
+constexpr int kMostCellsTogether = 1 << 18;  // beyond, memory counts for more
 constexpr int kChordDistance = 10;
 
 bool IsOfOneColumn(Table table) {
     return table == Table::R || table == Table::S;
+}
+
+/// Tables that stand for all subsets; crisp types give every subset the same composition.
+bool IsShared(Table table) {
+    const bool ofSubset = table == Table::T || table == Table::X || IsOfOneColumn(table);
+    return !ofSubset || (table == Table::X && fuzzy != kFuzzyTypes);
 }
 
 /// With two communities there is one distance and no correlation.
@@ -34,12 +42,24 @@ const CongruenceSide<Real>& SideOf(ComparedTable<Real>* table) {
 
 }  // namespace
 
+int SubsetsTogether() {
+    const bool one =
+        opt_ro != kMantel || saveStruct == 'y' || CountCellsAbove(ncsm) > kMostCellsTogether;
+    return one ? 1 : kMostTogether;
+}
+
 template <class Real>
 void AddTable(Table table, int columns, ComparedTables<Real>* t) {
     std::unique_ptr<ComparedTable<Real>>& added = t->tables[static_cast<int>(table)];
-    added.reset(new ComparedTable<Real>{columns, ScopedMatrix<Real>(ncsm, columns), nullptr,
-                                        MakeColumnTable<Real>(ncsm, columns), MakeMantelSide(ncsm),
-                                        true, nullptr, true});
+    added.reset(new ComparedTable<Real>{columns,
+                                        ScopedMatrix<Real>(ncsm, columns),
+                                        nullptr,
+                                        MakeColumnTable<Real>(ncsm, columns),
+                                        {},
+                                        nullptr,
+                                        true});
+    const int lanes = IsShared(table) ? 1 : SubsetsTogether();
+    for (int lane = 0; lane < lanes; lane++) added->resemblances.push_back({MakeMantelSide(ncsm)});
     added->values = added->rows;
     if (opt_ro != kMantel)
         added->side =
@@ -70,16 +90,22 @@ ComparedTable<Real>& Of(Table table, ComparedTables<Real>* t) {
 }
 
 template <class Real>
+Resemblance& ResemblanceBy(Table table, int lane, ComparedTables<Real>* t) {
+    std::vector<Resemblance>& resemblances = Of(table, t).resemblances;
+    return resemblances[resemblances.size() == 1 ? 0 : static_cast<size_t>(lane)];
+}
+
+template <class Real>
 void MarkChanged(ComparedTable<Real>* table) {
-    table->resemblanceIsNew = table->sideIsNew = true;
+    table->sideIsNew = true;
 }
 
 template <class Real>
 void CompareColumns(int p, const Real* const* columns, int option, Table table,
                     ComparedTables<Real>* t) {
-    ComparedTable<Real>& compared = Of(table, t);
-    DistanceCells(ncsm, p, columns, option, t->unitRows.get(), compared.resemblance.cells);
-    compared.resemblanceIsNew = true;
+    Resemblance& resemblance = ResemblanceBy(table, t->lane, t);
+    DistanceCells(ncsm, p, columns, option, t->unitRows.get(), resemblance.side.cells);
+    resemblance.isNew = true;
 }
 
 template <class Real>
@@ -94,7 +120,7 @@ void CompareRows(int option, Table table, ComparedTables<Real>* t) {
 template <class Real>
 ScopedMatrix<double> ResemblanceMatrix(Table table, ComparedTables<Real>* t) {
     ScopedMatrix<double> d(ncsm, ncsm);
-    const double* cell = Of(table, t).resemblance.cells;
+    const double* cell = ResemblanceBy(table, t->lane, t).side.cells;
     for (int i = 0; i < ncsm; i++)
         for (int j = i + 1; j < ncsm; j++) d[i][j] = d[j][i] = *cell++;
     return d;
@@ -102,28 +128,31 @@ ScopedMatrix<double> ResemblanceMatrix(Table table, ComparedTables<Real>* t) {
 
 template <class Real>
 void TakeResemblance(ConstMatrix<double> d, Table table, ComparedTables<Real>* t) {
-    CellsAbove<double>(ncsm, d, Of(table, t).resemblance.cells);
-    Of(table, t).resemblanceIsNew = true;
+    Resemblance& resemblance = ResemblanceBy(table, t->lane, t);
+    CellsAbove<double>(ncsm, d, resemblance.side.cells);
+    resemblance.isNew = true;
 }
 
 template <class Real>
-void CorrelateResemblances(std::span<const TablePair> pairs, double* results,
+void CorrelateResemblances(std::span<const TablePair> pairs, int lanes, double* results,
                            ComparedTables<Real>* t) {
     MantelSide* moving[2 * kMostPairs] = {};
     MantelPair sides[kMostPairs] = {};
     int nMoving = 0;
     int nPairs = 0;
-    for (const TablePair& pair : pairs) {
-        sides[nPairs++] = {&Of(pair.a, t).resemblance, &Of(pair.b, t).resemblance};
-        for (const Table table : {pair.a, pair.b}) {
-            if (!Of(table, t).resemblanceIsNew) continue;
-            moving[nMoving++] = &Of(table, t).resemblance;
-            Of(table, t).resemblanceIsNew = false;
+    for (int lane = 0; lane < lanes; lane++)
+        for (const TablePair& pair : pairs) {
+            Resemblance* const compared[] = {&ResemblanceBy(pair.a, lane, t),
+                                             &ResemblanceBy(pair.b, lane, t)};
+            sides[nPairs++] = {&compared[0]->side, &compared[1]->side};
+            for (Resemblance* resemblance : compared)
+                if (std::exchange(resemblance->isNew, false))
+                    moving[nMoving++] = &resemblance->side;
         }
-    }
     CorrelateMantelSides(nMoving, moving, nPairs, sides, results);
     for (int k = 0; k < nPairs; k++)
-        if (IsSmallSample(pairs[k])) results[k] = SmallSample(*sides[k].a, *sides[k].b);
+        if (IsSmallSample(pairs[static_cast<size_t>(k) % pairs.size()]))
+            results[k] = SmallSample(*sides[k].a, *sides[k].b);
 }
 
 template <class Real>
@@ -134,9 +163,10 @@ void CompareTables(std::span<const TablePair> pairs, double* results, ComparedTa
 }
 
 template <class Real>
-void FindCongruences(std::span<const TablePair> pairs, double* results, ComparedTables<Real>* t) {
+void FindCongruences(std::span<const TablePair> pairs, int lanes, double* results,
+                     ComparedTables<Real>* t) {
     if (opt_ro == kMantel)
-        CorrelateResemblances(pairs, results, t);
+        CorrelateResemblances(pairs, lanes, results, t);
     else
         CompareTables(pairs, results, t);
 }
@@ -145,16 +175,18 @@ void FindCongruences(std::span<const TablePair> pairs, double* results, Compared
     template void AddTable<Real>(Table, int, ComparedTables<Real>*);                               \
     template void FinishTables<Real>(ComparedTables<Real>*);                                       \
     template ComparedTable<Real>& Of<Real>(Table, ComparedTables<Real>*);                          \
+    template Resemblance& ResemblanceBy<Real>(Table, int, ComparedTables<Real>*);                  \
     template void MarkChanged<Real>(ComparedTable<Real>*);                                         \
     template void CompareColumns<Real>(int, const Real* const*, int, Table,                        \
                                        ComparedTables<Real>*);                                     \
     template void CompareRows<Real>(int, Table, ComparedTables<Real>*);                            \
     template ScopedMatrix<double> ResemblanceMatrix<Real>(Table, ComparedTables<Real>*);           \
     template void TakeResemblance<Real>(ConstMatrix<double>, Table, ComparedTables<Real>*);        \
-    template void CorrelateResemblances<Real>(std::span<const TablePair>, double*,                 \
+    template void CorrelateResemblances<Real>(std::span<const TablePair>, int, double*,            \
                                               ComparedTables<Real>*);                              \
     template void CompareTables<Real>(std::span<const TablePair>, double*, ComparedTables<Real>*); \
-    template void FindCongruences<Real>(std::span<const TablePair>, double*, ComparedTables<Real>*);
+    template void FindCongruences<Real>(std::span<const TablePair>, int, double*,                  \
+                                        ComparedTables<Real>*);
 TESSEL_OF_PRECISION(float)
 TESSEL_OF_PRECISION(double)
 #undef TESSEL_OF_PRECISION

@@ -6,6 +6,7 @@
 #include <array>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "mxlibDim/scoped.h"
 #include "mxlibRes/congruence_kernels.h"
@@ -17,6 +18,16 @@
 enum class Table { E, Z, P, T, X, R, S };
 inline constexpr int kTables = 7;
 
+/// Subsets that are rated together take a lane each: under the matrix correlation the sums of
+/// several cost little more than those of one. The structures file is written one by one.
+inline constexpr int kMostTogether = 4;
+int SubsetsTogether();
+
+struct Resemblance {
+    MantelSide side;    ///< cells above the diagonal
+    bool isNew = true;  ///< not yet made ready for correlations
+};
+
 /// In the comments c stands for the communities.
 template <class Real>
 struct ComparedTable {
@@ -24,8 +35,7 @@ struct ComparedTable {
     ScopedMatrix<Real> rows;                     ///< c x columns
     ConstMatrix<Real> values;                    ///< these rows, or others that hold the values
     ColumnTable<Real> byColumn;                  ///< the values once more
-    MantelSide resemblance;                      ///< cells above the diagonal
-    bool resemblanceIsNew;                       ///< not yet made ready for correlations
+    std::vector<Resemblance> resemblances;       ///< by lane, or one that all subsets share
     std::unique_ptr<CongruenceSide<Real>> side;  ///< under Procrustes and RV
     bool sideIsNew;                              ///< not yet made from the values
 };
@@ -35,6 +45,7 @@ struct ComparedTables {
     std::array<std::unique_ptr<ComparedTable<Real>>, kTables> tables;  ///< null: takes no part
     std::unique_ptr<CongruenceScratch<Real>> scratch;
     std::unique_ptr<ColumnTable<Real>> unitRows;  ///< room of the chord distance
+    int lane = 0;                                 ///< of the subset whose tables are made
 };
 
 /// Takes a table into the comparisons.
@@ -47,6 +58,10 @@ void FinishTables(ComparedTables<Real>* t);
 /// A table that takes part.
 template <class Real>
 ComparedTable<Real>& Of(Table table, ComparedTables<Real>* t);
+
+/// The resemblance by a table, that of the subset in the lane where each has its own.
+template <class Real>
+Resemblance& ResemblanceBy(Table table, int lane, ComparedTables<Real>* t);
 
 /// The values of a table have changed.
 template <class Real>
@@ -72,14 +87,15 @@ struct TablePair {
     Table b;
 };
 
-/// Matrix correlations of the resemblances by the pairs of tables; with two communities the
-/// congruence of their distances, but for R and S.
+/// Matrix correlations of the resemblances by the pairs of tables, pair after pair for one lane
+/// after the other; with two communities the congruence of their distances, but for R and S.
 template <class Real>
-void CorrelateResemblances(std::span<const TablePair> pairs, double* results,
+void CorrelateResemblances(std::span<const TablePair> pairs, int lanes, double* results,
                            ComparedTables<Real>* t);
 /// Procrustes or RV coefficients of the tables themselves.
 template <class Real>
 void CompareTables(std::span<const TablePair> pairs, double* results, ComparedTables<Real>* t);
-/// The one or the other by opt_ro.
+/// The one or the other by opt_ro; the coefficients have one lane.
 template <class Real>
-void FindCongruences(std::span<const TablePair> pairs, double* results, ComparedTables<Real>* t);
+void FindCongruences(std::span<const TablePair> pairs, int lanes, double* results,
+                     ComparedTables<Real>* t);

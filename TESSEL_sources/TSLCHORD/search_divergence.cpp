@@ -109,11 +109,13 @@ void MeasureDarkDiversity(SubsetTables<double>* t) {
 }
 
 /// Congruences with Z are held in single precision.
-double RatePair(const DivergenceCriterion& criterion, SubsetTables<double>* t) {
+void RatePair(const DivergenceCriterion& criterion, int lanes, double* values,
+              SubsetTables<double>* t) {
     const TablePair pair[] = {{criterion.a, criterion.b}};
-    double value = 0.0;
-    FindCongruences<double>(pair, &value, t);
-    return criterion.b == Table::Z ? static_cast<double>(static_cast<float>(value)) : value;
+    FindCongruences<double>(pair, lanes, values, t);
+    if (criterion.b != Table::Z) return;
+    for (int lane = 0; lane < lanes; lane++)
+        values[lane] = static_cast<double>(static_cast<float>(values[lane]));
 }
 
 void AddTables(const DivergenceCriterion& criterion, SubsetTables<double>* t) {
@@ -159,14 +161,15 @@ void MakeTables(const TraitSubset& subset, const Needs& needs, FirstOTUs* room,
 }
 
 /// Under the matrix correlation the entropy is not removed: r(XE.TR) is r(XE.T).
-double RateSubset(const TraitSubset& subset, const DivergenceCriterion& criterion,
-                  TraitDivergence* divergence, PartialCorrelationRoom* withEntropy,
-                  SubsetTables<double>* t) {
-    if (criterion.form == Form::pair) return RatePair(criterion, t);
-    if (withEntropy != nullptr)
-        return PartialOfTables(criterion.a, criterion.b, true, subset, withEntropy, t);
-    RateTraitDivergence(subset, false, divergence, t);
-    return divergence->partial;
+void RateSubsets(std::span<const TraitSubset> subsets, const DivergenceCriterion& criterion,
+                 TraitDivergence* divergence, PartialCorrelationRoom* withEntropy, double* values,
+                 SubsetTables<double>* t) {
+    if (criterion.form == Form::pair)
+        RatePair(criterion, static_cast<int>(subsets.size()), values, t);
+    else if (withEntropy != nullptr)
+        values[0] = PartialOfTables(criterion.a, criterion.b, true, subsets[0], withEntropy, t);
+    else
+        RateTraitDivergence(subsets, false, divergence, values, t);
 }
 
 void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* withE,
@@ -175,8 +178,9 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* w
                            "\nResemblance matrix DR comparing communities based on their Rao "
                            "entropy expressed as equivalent numbers of OTUs (Jost 2007): \n",
                            ResemblanceMatrix<double>(Table::R, t));
-    RateTraitDivergence(subset, false, withE, t);
-    PrintTraitDivergence(stream, subset, *withE, t);
+    double value = 0.0;
+    RateTraitDivergence({&subset, 1}, false, withE, &value, t);
+    PrintTraitDivergence(stream, subset, withE->ratings[0], t);
 }
 
 }  // namespace
@@ -211,14 +215,17 @@ void ChRankAlphaBetaDivergence(int mode) {
         .sizeLine = "Ranking criterion value, groups and optimal subset",
         .namesGroups = true,
         .rankedHeading = heading.c_str()};
-    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+    search.make = [&](const TraitSubset& subset, int lane) {
+        t.lane = lane;
         MakeTables(subset, needs, &room, &t);
-        if (t.K < 2) return std::nullopt;
-        const double value = RateSubset(subset, criterion, &divergence, withEntropy.get(), &t);
-        if (structures != nullptr) PrintStructures(structures, subset, &withE, &t);
-        return value;
     };
-    search.printRating = [&](FILE* results, double value) {
+    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
+        if (t.K < 2) return false;
+        RateSubsets(subsets, criterion, &divergence, withEntropy.get(), values, &t);
+        if (structures != nullptr) PrintStructures(structures, subsets[0], &withE, &t);
+        return true;
+    };
+    search.printRating = [&](FILE* results, int, double value) {
         std::fprintf(results, "r(%s)=\t%g\tTraits:\t", criterion.statistic, value);
     };
     RunSearch(search);

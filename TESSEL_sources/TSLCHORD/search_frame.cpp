@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <ctime>
 #include <limits>
+#include <utility>
 
+#include "TSLCHORD/compared_tables.h"
 #include "TSLCHORD/subset_counts.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
@@ -30,8 +32,13 @@ bool IsNone(Keeping keeping, double best) {
 struct Walk {
     int iteration = 0;
     int iterations = 0;
-    ScopedVector<int> list{nch};      ///< members first
-    ScopedVector<int> selected{nch};  ///< 1 for a member
+    ScopedVector<int> list{nch};  ///< members first
+
+    int together = SubsetsTogether();
+    int waiting = 0;  ///< subsets to be rated, by lane
+    TraitSubset subsets[kMostTogether] = {};
+    ScopedMatrix<int> members{together, nch};
+    ScopedMatrix<int> selected{together, nch};  ///< 1 for a member
 };
 
 void ReportProgress(const Walk& walk, int size) {
@@ -41,33 +48,44 @@ void ReportProgress(const Walk& walk, int size) {
     HandleEventInfoWhere2(text);
 }
 
-/// False for a subset with a trait that is not in use.
-bool SelectMembers(int size, Walk* walk) {
-    std::fill_n(walk->selected.get(), nch, 0);
+/// Makes the tables of the subset under way, but for one with a trait that is not in use.
+void MakeSubset(const SubsetSearch& search, int size, Walk* walk) {
+    const int lane = walk->waiting;
+    int* selected = walk->selected[lane];
+    std::fill_n(selected, nch, 0);
     for (int j = 0; j < size; j++) {
         const int trait = walk->list[j] - 1;
-        if (!(weight[trait] > 0.0F)) return false;
-        walk->selected[trait] = 1;
+        if (!(weight[trait] > 0.0F)) return;
+        selected[trait] = 1;
     }
-    return true;
+    std::copy_n(walk->list.get(), size, walk->members[lane]);
+    walk->subsets[lane] = {size, walk->members[lane], selected};
+    search.make(walk->subsets[lane], lane);
+    walk->waiting++;
 }
 
-void RateSubset(const SubsetSearch& search, const TraitSubset& subset, FILE* results,
-                SearchOutcome* outcome) {
-    const std::optional<double> rated = search.rate(subset);
-    if (!rated) return;
+void TakeRating(const SubsetSearch& search, const TraitSubset& subset, int lane, double value,
+                FILE* results, SearchOutcome* outcome) {
     if (printRankIntermedResults == 'y') {
-        search.printRating(results, *rated);
+        search.printRating(results, lane, value);
         PrintLabels(results, subset);
         if (search.printBehindLabels) search.printBehindLabels(results);
         std::fprintf(results, "\n");
     }
     if (search.keeping == Keeping::enteredBySign)
-        EnterRankedList(subset, *rated, search.groups, search.keeping, &outcome->whileRating);
-    if (!IsBetter(search.keeping, *rated, StartOf(search.keeping))) return;
-    if (IsBetter(search.keeping, *rated, outcome->best.value[subset.size - 1]))
-        Keep(subset, *rated, search.groups, subset.size - 1, &outcome->best);
-    EnterRankedList(subset, *rated, search.groups, search.keeping, &outcome->ranked);
+        EnterRankedList(subset, value, search.groups, search.keeping, &outcome->whileRating);
+    if (!IsBetter(search.keeping, value, StartOf(search.keeping))) return;
+    if (IsBetter(search.keeping, value, outcome->best.value[subset.size - 1]))
+        Keep(subset, value, search.groups, subset.size - 1, &outcome->best);
+    EnterRankedList(subset, value, search.groups, search.keeping, &outcome->ranked);
+}
+
+void RateWaiting(const SubsetSearch& search, FILE* results, Walk* walk, SearchOutcome* outcome) {
+    const int count = std::exchange(walk->waiting, 0);
+    double values[kMostTogether] = {};
+    if (count == 0 || !search.rate({walk->subsets, walk->subsets + count}, values)) return;
+    for (int lane = 0; lane < count; lane++)
+        TakeRating(search, walk->subsets[lane], lane, values[lane], results, outcome);
 }
 
 void PrintSizeLine(FILE* results, const SubsetSearch& search, int size, const KeptSubsets& best) {
@@ -90,9 +108,10 @@ void SearchSize(const SubsetSearch& search, int size, FILE* results, Walk* walk,
         walk->iteration++;
         ReportProgress(*walk, size);
         PermuteArray(nch, size, walk->list, c == 0);
-        if (SelectMembers(size, walk))
-            RateSubset(search, {size, walk->list, walk->selected}, results, outcome);
+        MakeSubset(search, size, walk);
+        if (walk->waiting == walk->together) RateWaiting(search, results, walk, outcome);
     }
+    RateWaiting(search, results, walk, outcome);
     PrintSizeLine(results, search, size, outcome->best);
 }
 

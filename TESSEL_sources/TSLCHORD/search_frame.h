@@ -1,11 +1,11 @@
 #pragma once
 /// \file
-/// What all searches share: the walk over the subsets in lexicographic order, size after size, the
-/// keeping of the best, and the results file. A search tells what it does its own way.
+/// What all searches share: the walk over the subsets in lexicographic order, size after size, up
+/// to SubsetsTogether of them at a time, the keeping of the best, and the results file. A search
+/// tells what it does its own way.
 
 #include <cstdio>
 #include <functional>
-#include <optional>
 #include <span>
 
 #include "TSLCHORD/ranked_list.h"
@@ -26,11 +26,13 @@ struct SubsetSearch {
     Keeping keeping;
     int groups;  ///< types that each subset is rated with
 
-    /// The value of a subset; none where the subset cannot be rated.
-    std::function<std::optional<double>(const TraitSubset&)> rate = nullptr;
+    /// Makes the tables of a subset, in its lane.
+    std::function<void(const TraitSubset&, int lane)> make = nullptr;
+    /// The values of the subsets made, lane after lane; false where subsets cannot be rated.
+    std::function<bool(std::span<const TraitSubset>, double* values)> rate = nullptr;
 
     /// The line of a subset just rated, up to the labels of its traits, and what follows them.
-    std::function<void(FILE* results, double value)> printRating = nullptr;
+    std::function<void(FILE* results, int lane, double value)> printRating = nullptr;
     std::function<void(FILE* results)> printBehindLabels = nullptr;
 
     const char* sizeLine = "Ranking criterion value and optimal subset";  ///< how it begins

@@ -37,7 +37,7 @@ void FindPartials(NicheRating* r) {
 float Correlation(Table a, Table b, SubsetTables<float>* t) {
     const TablePair pair[] = {{a, b}};
     double r = 0.0;
-    CorrelateResemblances<float>(pair, &r, t);
+    CorrelateResemblances<float>(pair, 1, &r, t);
     return static_cast<float>(r);
 }
 
@@ -58,22 +58,25 @@ void MakeTables(const TraitSubset& subset, const Needs& needs, SubsetTables<floa
     }
 }
 
-void Rate(const Needs& needs, NicheRating* r, SubsetTables<float>* t) {
+void RateLanes(const Needs& needs, int lanes, NicheRating* ratings, SubsetTables<float>* t) {
     constexpr TablePair kPairs[] = {{Table::P, Table::T},
                                     {Table::T, Table::E},
                                     {Table::P, Table::X},
                                     {Table::X, Table::E},
                                     {Table::T, Table::X}};
-    float* const results[] = {&r->PT, &r->TE, &r->PX, &r->XE, &r->XT};
     const int first = needs.T ? 0 : 2;
     const int last = needs.T && needs.X ? 5 : first + 2;
-    double values[5];
-    CorrelateResemblances<float>({kPairs + first, kPairs + last}, values, t);
-    for (int k = first; k < last; k++) *results[k] = static_cast<float>(values[k - first]);
-    if (needs.T && needs.X) FindPartials(r);
-    r->betaNiche = r->PT * r->TE;
-    r->alphaBetaNiche = r->PX * r->XE;
-    r->alphaNiche = r->XE_T * r->PX_T;
+    double values[5 * kMostTogether];
+    CorrelateResemblances<float>({kPairs + first, kPairs + last}, lanes, values, t);
+    const double* value = values;
+    for (NicheRating* r = ratings; r < ratings + lanes; r++) {
+        float* const results[] = {&r->PT, &r->TE, &r->PX, &r->XE, &r->XT};
+        for (int k = first; k < last; k++) *results[k] = static_cast<float>(*value++);
+        if (needs.T && needs.X) FindPartials(r);
+        r->betaNiche = r->PT * r->TE;
+        r->alphaBetaNiche = r->PX * r->XE;
+        r->alphaNiche = r->XE_T * r->PX_T;
+    }
 }
 
 void PrintStatistic(FILE* stream, const char* name, float value) {
@@ -167,27 +170,36 @@ void ChRank_Phylogeny_x_Trait_Assembly() {
 
     const bool all = structures != nullptr || printRankIntermedResults == 'y';
     const Needs needs = {all || opt_struct == kBetaNiche, all || opt_struct != kBetaNiche};
-    NicheRating rating{};
-    rating.PE = Correlation(Table::P, Table::E, &t);
+    NicheRating ratings[kMostTogether] = {};
+    const float PE = Correlation(Table::P, Table::E, &t);
+    for (NicheRating& rating : ratings) rating.PE = PE;
     SubsetSearch search{.header = kHeaderNicheConservation,
                         .keeping = Keeping::enteredBySign,
                         .groups = t.K,
                         .sizeLine = "Ranking criterion values, groups and optimal subset",
                         .namesGroups = true,
                         .printClosing = PrintClosing};
-    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+    search.make = [&](const TraitSubset& subset, int lane) {
+        t.lane = lane;
         MakeTables(subset, needs, &t);
-        if (t.K < 2) return std::nullopt;
-        Rate(needs, &rating, &t);
+    };
+    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
+        if (t.K < 2) return false;
+        const int lanes = static_cast<int>(subsets.size());
+        RateLanes(needs, lanes, ratings, &t);
         if (structures != nullptr) {
             std::fprintf(structures, "\nTrait ranking criterion:\t");
-            PrintRating(structures, rating, t.K);
-            PrintLabelLine(structures, subset);
+            PrintRating(structures, ratings[0], t.K);
+            PrintLabelLine(structures, subsets[0]);
         }
-        return static_cast<double>(opt_struct == kBetaNiche ? rating.betaNiche
-                                                            : rating.alphaBetaNiche);
+        for (int lane = 0; lane < lanes; lane++)
+            values[lane] = static_cast<double>(
+                opt_struct == kBetaNiche ? ratings[lane].betaNiche : ratings[lane].alphaBetaNiche);
+        return true;
     };
-    search.printRating = [&](FILE* results, double) { PrintRating(results, rating, t.K); };
+    search.printRating = [&](FILE* results, int lane, double) {
+        PrintRating(results, ratings[lane], t.K);
+    };
     search.printBehindLabels = [&](FILE* results) {
         std::fprintf(results, "Group sizes:\t");
         PrintSizesOfTypes(results, t.K);

@@ -44,25 +44,27 @@ void MakeTables(const TraitSubset& subset, const Needs& needs, SubsetTables<doub
 }
 
 /// Statistics that feed no value and no line stay 0.
-PhylogenyRating Rate(const TraitSubset& subset, const Needs& needs, PartialCorrelationRoom* room,
-                     SubsetTables<double>* t) {
+void RateLanes(std::span<const TraitSubset> subsets, const Needs& needs,
+               PartialCorrelationRoom* room, PhylogenyRating* ratings, SubsetTables<double>* t) {
     // Of two tables as wide as each other the first is the narrower to the coefficients.
     constexpr TablePair kPairs[] = {
         {Table::T, Table::P}, {Table::X, Table::P}, {Table::X, Table::T}};
-    PhylogenyRating rating{};
-    double r[3] = {};
+    const int lanes = static_cast<int>(subsets.size());
     const bool partial = needs.T && needs.X;
-    const bool pairsOfPartial = partial && (opt_ro == kMantel || needs.all);
-    if (pairsOfPartial)
-        FindCongruences<double>(kPairs, r, t);
-    else if (!partial)
-        FindCongruences<double>({kPairs + (needs.T ? 0 : 1), 1}, r + (needs.T ? 0 : 1), t);
-    rating = {r[0], r[1], r[2], 0.0};
-    if (partial)
-        rating.roPX_T = opt_ro == kMantel
-                            ? PartialCorrelation(rating.roPX, rating.roXT, rating.roPT)
-                            : PartialOfTables(Table::X, Table::P, false, subset, room, t);
-    return rating;
+    const int first = needs.T ? 0 : 1;
+    const int last = partial ? 3 : first + 1;
+    double values[3 * kMostTogether] = {};
+    if (!partial || opt_ro == kMantel || needs.all)
+        FindCongruences<double>({kPairs + first, kPairs + last}, lanes, values, t);
+    const double* value = values;
+    for (PhylogenyRating* rating = ratings; rating < ratings + lanes; rating++) {
+        double* const results[] = {&rating->roPT, &rating->roPX, &rating->roXT};
+        for (int k = first; k < last; k++) *results[k] = *value++;
+        if (partial && opt_ro == kMantel)
+            rating->roPX_T = PartialCorrelation(rating->roPX, rating->roXT, rating->roPT);
+    }
+    if (partial && opt_ro != kMantel)
+        ratings[0].roPX_T = PartialOfTables(Table::X, Table::P, false, subsets[0], room, t);
 }
 
 void PrintRating(FILE* stream, const PhylogenyRating& r) {
@@ -124,22 +126,26 @@ void ChRankPhylogenyAssembly() {
     const bool all = structures != nullptr || printRankIntermedResults == 'y';
     const Needs needs = {all || opt_struct != kRatePX, all || opt_struct != kRatePT, all};
     const auto room = needs.T && needs.X ? MakePartialRoom(Table::X, Table::P, false, &t) : nullptr;
-    PhylogenyRating rating{};
+    PhylogenyRating ratings[kMostTogether] = {};
     SubsetSearch search{
         .header = kHeaderPhylogeny,
         .keeping = opt_struct == kRatePX_T ? Keeping::byMagnitude : Keeping::bySign,
         .groups = t.K,
         .rankedHeading =
             "\n\nTrait subsets with maximum matrix correlation:\nTRC\toptimal subset of traits\n"};
-    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+    search.make = [&](const TraitSubset& subset, int lane) {
+        t.lane = lane;
         MakeTables(subset, needs, &t);
-        if (t.K < 2) return std::nullopt;
-        rating = Rate(subset, needs, room.get(), &t);
-        if (structures != nullptr) PrintStructures(structures, subset, rating, &t);
-        return ValueOf(rating);
     };
-    search.printRating = [&](FILE* results, double) {
-        PrintRating(results, rating);
+    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
+        if (t.K < 2) return false;
+        RateLanes(subsets, needs, room.get(), ratings, &t);
+        if (structures != nullptr) PrintStructures(structures, subsets[0], ratings[0], &t);
+        for (size_t lane = 0; lane < subsets.size(); lane++) values[lane] = ValueOf(ratings[lane]);
+        return true;
+    };
+    search.printRating = [&](FILE* results, int lane, double) {
+        PrintRating(results, ratings[lane]);
         std::fprintf(results, "Traits:\t");
     };
     RunSearch(search);

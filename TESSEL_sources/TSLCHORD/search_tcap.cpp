@@ -34,15 +34,19 @@ void ChRankTCAP() {
     TakeTraits<float>(NormalizeColsMV, &t);
 
     SubsetSearch search{.header = kHeaderTCAP, .keeping = Keeping::bySign, .groups = 0};
-    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+    search.make = [&](const TraitSubset& subset, int lane) {
+        t.lane = lane;
         ScaleTraitsUp(subset, &t);
         if (opt_ro == kMantel || structures != nullptr) CompareCommunities(Table::T, rese_opt, &t);
-        constexpr TablePair kTE[] = {{Table::E, Table::T}};
-        double value = 0.0;
-        FindCongruences<float>(kTE, &value, &t);
-        if (structures != nullptr) PrintStructure(structures, subset, value);
-        return value;
     };
-    search.printRating = [](FILE* results, double value) { std::fprintf(results, "%g\t", value); };
+    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
+        constexpr TablePair kTE[] = {{Table::E, Table::T}};
+        FindCongruences<float>(kTE, static_cast<int>(subsets.size()), values, &t);
+        if (structures != nullptr) PrintStructure(structures, subsets[0], values[0]);
+        return true;
+    };
+    search.printRating = [](FILE* results, int, double value) {
+        std::fprintf(results, "%g\t", value);
+    };
     RunSearch(search);
 }

@@ -30,7 +30,7 @@ void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
     PrintLabelLine(stream, subset);
 }
 
-void PrintRating(FILE* results, const TraitDivergence& rating) {
+void PrintRating(FILE* results, const DivergenceRating& rating) {
     std::fprintf(results, "%sTE)=\t%g\tro(XE)=\t%g\tro(XT)=\t%g\tro(XE.T)=\t%g\tTraits:\t",
                  opt_ro == kMantel ? "ro(" : "r(", static_cast<double>(rating.roTA),
                  static_cast<double>(rating.roXA), static_cast<double>(rating.roXT),
@@ -53,18 +53,21 @@ void ChRankTDAP_TCAP() {
     CompareOTUsByTrait(OTUsComparedForTypes(t), &t);
 
     SubsetSearch search{.header = kHeaderTDAP_TCAP, .keeping = Keeping::bySign, .groups = t.K};
-    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+    search.make = [&](const TraitSubset& subset, int lane) {
+        t.lane = lane;
         CompareOTUs(subset, &t);
-        if (t.K < 2) return std::nullopt;
+        if (t.K < 2) return;
         PoolIntoTypes(&t);
         if (opt_ro == kMantel || structures != nullptr) CompareCommunities(Table::X, rese_opt, &t);
-        constexpr TablePair kXE[] = {{Table::E, Table::X}};
-        double value = 0.0;
-        FindCongruences<float>(kXE, &value, &t);
-        if (structures != nullptr) PrintStructure(structures, subset, value);
-        return value;
     };
-    search.printRating = PrintValue;
+    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
+        if (t.K < 2) return false;
+        constexpr TablePair kXE[] = {{Table::E, Table::X}};
+        FindCongruences<float>(kXE, static_cast<int>(subsets.size()), values, &t);
+        if (structures != nullptr) PrintStructure(structures, subsets[0], values[0]);
+        return true;
+    };
+    search.printRating = [](FILE* results, int, double value) { PrintValue(results, value); };
     RunSearch(search);
 }
 
@@ -89,17 +92,24 @@ void ChRankTDAP() {
                         .keeping = Keeping::byMagnitude,
                         .groups = t.K,
                         .rankedHeading = kHeadings[opt_ro - 1]};
-    search.rate = [&](const TraitSubset& subset) -> std::optional<double> {
+    search.make = [&](const TraitSubset& subset, int lane) {
+        t.lane = lane;
         ScaleTraitsUp(subset, &t);
         if (opt_ro == kMantel || wantsAll) CompareCommunities(Table::T, rese_opt, &t);
         CompareOTUs(subset, &t);
-        if (t.K < 2) return std::nullopt;
+        if (t.K < 2) return;
         PoolIntoTypes(&t);
         if (opt_ro == kMantel) CompareCommunities(Table::X, rese_opt, &t);
-        RateTraitDivergence(subset, wantsAll, &divergence, &t);
-        if (structures != nullptr) PrintTraitDivergence(structures, subset, divergence, &t);
-        return divergence.partial;
     };
-    search.printRating = [&](FILE* results, double) { PrintRating(results, divergence); };
+    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
+        if (t.K < 2) return false;
+        RateTraitDivergence(subsets, wantsAll, &divergence, values, &t);
+        if (structures != nullptr)
+            PrintTraitDivergence(structures, subsets[0], divergence.ratings[0], &t);
+        return true;
+    };
+    search.printRating = [&](FILE* results, int lane, double) {
+        PrintRating(results, divergence.ratings[static_cast<size_t>(lane)]);
+    };
     RunSearch(search);
 }

@@ -130,7 +130,7 @@ void CompareCommunities(Table table, int option, SubsetTables<Real>* t) {
         heading = "Resemblance matrix between communities:\n";
     } else if (table == Table::X) {
         ComparedTable<Real>& X = Of(Table::X, t);
-        if (X.resemblanceIsNew || stream != nullptr)
+        if (fuzzy == kFuzzyTypes || ResemblanceBy(table, t->lane, t).isNew || stream != nullptr)
             CompareColumns<Real>(t->K, X.byColumn.columns, option, table, t);
         heading = t->structures.texts->resemblance;
     } else {

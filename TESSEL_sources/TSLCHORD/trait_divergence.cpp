@@ -21,42 +21,61 @@ double PartialOfTables(Table a, Table b, bool withEntropy, const TraitSubset& su
 }
 
 TraitDivergence MakeTraitDivergence(Table a, SubsetTables<double>* t) {
-    return {a, MakePartialRoom(Table::X, a, false, t), 0.0F, 0.0F, 0.0F, 0.0};
+    return {a, MakePartialRoom(Table::X, a, false, t), {}};
 }
 
-void RateTraitDivergence(const TraitSubset& subset, bool wantsAll, TraitDivergence* divergence,
-                         SubsetTables<double>* t) {
-    const Table a = divergence->a;
-    if (opt_ro == kMantel) {
-        const TablePair pairs[] = {{a, Table::T}, {a, Table::X}, {Table::T, Table::X}};
-        double r[3];
-        CorrelateResemblances<double>(pairs, r, t);
-        divergence->roTA = static_cast<float>(r[0]);
-        divergence->roXA = static_cast<float>(r[1]);
-        divergence->roXT = static_cast<float>(r[2]);
-        divergence->partial = static_cast<double>(
-            PartialCorrelation(divergence->roXA, divergence->roXT, divergence->roTA));
-        return;
+namespace {
+
+void RateByCorrelations(Table a, int lanes, DivergenceRating* ratings, SubsetTables<double>* t) {
+    const TablePair pairs[] = {{a, Table::T}, {a, Table::X}, {Table::T, Table::X}};
+    double r[kMostTogether][3];
+    CorrelateResemblances<double>(pairs, lanes, r[0], t);
+    for (int lane = 0; lane < lanes; lane++) {
+        DivergenceRating& rating = ratings[lane];
+        rating.roTA = static_cast<float>(r[lane][0]);
+        rating.roXA = static_cast<float>(r[lane][1]);
+        rating.roXT = static_cast<float>(r[lane][2]);
+        rating.partial =
+            static_cast<double>(PartialCorrelation(rating.roXA, rating.roXT, rating.roTA));
     }
+}
+
+void RateByTables(const TraitSubset& subset, bool wantsAll, TraitDivergence* divergence,
+                  SubsetTables<double>* t) {
+    DivergenceRating& rating = divergence->ratings[0];
     if (wantsAll) {
-        const TablePair pair[] = {{a, Table::T}};
+        const TablePair pair[] = {{divergence->a, Table::T}};
         double r = 0.0;
-        CorrelateResemblances<double>(pair, &r, t);
-        divergence->roTA = static_cast<float>(r);
+        CorrelateResemblances<double>(pair, 1, &r, t);
+        rating.roTA = static_cast<float>(r);
     }
-    divergence->partial = PartialOfTables(Table::X, a, false, subset, divergence->room.get(), t);
+    rating.partial =
+        PartialOfTables(Table::X, divergence->a, false, subset, divergence->room.get(), t);
 }
 
-void PrintTraitDivergence(FILE* stream, const TraitSubset& subset,
-                          const TraitDivergence& divergence, SubsetTables<double>* t) {
+}  // namespace
+
+void RateTraitDivergence(std::span<const TraitSubset> subsets, bool wantsAll,
+                         TraitDivergence* divergence, double* values, SubsetTables<double>* t) {
+    const int lanes = static_cast<int>(subsets.size());
+    if (opt_ro == kMantel)
+        RateByCorrelations(divergence->a, lanes, divergence->ratings.data(), t);
+    else
+        RateByTables(subsets[0], wantsAll, divergence, t);
+    for (int lane = 0; lane < lanes; lane++)
+        values[lane] = divergence->ratings[static_cast<size_t>(lane)].partial;
+}
+
+void PrintTraitDivergence(FILE* stream, const TraitSubset& subset, const DivergenceRating& rating,
+                          SubsetTables<double>* t) {
     std::fprintf(stream, "\nTrait ranking criterion:\t");
     if (opt_ro == kMantel)
         std::fprintf(stream, "ro(TE)=\t%g\tro(XE)=\t%g\tro(XT)=\t%g\tro(XE.T)=\t",
-                     static_cast<double>(divergence.roTA), static_cast<double>(divergence.roXA),
-                     static_cast<double>(divergence.roXT));
+                     static_cast<double>(rating.roTA), static_cast<double>(rating.roXA),
+                     static_cast<double>(rating.roXT));
     else
         std::fprintf(stream, "r(XE.T)=\t");
-    std::fprintf(stream, "%g\t%d groups\tTraits:\t", divergence.partial, t->K);
+    std::fprintf(stream, "%g\t%d groups\tTraits:\t", rating.partial, t->K);
     PrintLabelLine(stream, subset);
     if (opt_ro == kMantel)
         PrintResiduals(stream,

@@ -15,23 +15,26 @@ std::unique_ptr<PartialCorrelationRoom> MakePartialRoom(Table a, Table b, bool w
 double PartialOfTables(Table a, Table b, bool withEntropy, const TraitSubset& subset,
                        PartialCorrelationRoom* room, SubsetTables<double>* t);
 
-struct TraitDivergence {
-    Table a;
-    std::unique_ptr<PartialCorrelationRoom> room;  ///< null under the matrix correlation
+struct DivergenceRating {
     float roTA;
     float roXA;
     float roXT;
     double partial;
 };
+struct TraitDivergence {
+    Table a;
+    std::unique_ptr<PartialCorrelationRoom> room;         ///< null under the matrix correlation
+    std::array<DivergenceRating, kMostTogether> ratings;  ///< by lane
+};
 TraitDivergence MakeTraitDivergence(Table a, SubsetTables<double>* t);
 
-/// Rates a subset whose T and X are made, with their resemblances: r(TA) and r(XA) and r(XT) in
+/// Rates subsets whose T and X are made, with their resemblances: r(TA) and r(XA) and r(XT) in
 /// single precision under the matrix correlation. Otherwise roXA and roXT stay 0, and roTA, a
-/// matrix correlation, is only found if wanted.
-void RateTraitDivergence(const TraitSubset& subset, bool wantsAll, TraitDivergence* divergence,
-                         SubsetTables<double>* t);
+/// matrix correlation, is only found if wanted. The values are those of `partial`.
+void RateTraitDivergence(std::span<const TraitSubset> subsets, bool wantsAll,
+                         TraitDivergence* divergence, double* values, SubsetTables<double>* t);
 
 /// The part of the structures file behind the tables of a subset: the statistics with E, and under
 /// the matrix correlation the residuals of DX on DT, in the place of DX.
-void PrintTraitDivergence(FILE* stream, const TraitSubset& subset,
-                          const TraitDivergence& divergence, SubsetTables<double>* t);
+void PrintTraitDivergence(FILE* stream, const TraitSubset& subset, const DivergenceRating& rating,
+                          SubsetTables<double>* t);
