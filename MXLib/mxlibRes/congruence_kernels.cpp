@@ -8,8 +8,10 @@
 #include "mxlib/singular_values.h"
 #include "mxlibRes/column_products.h"
 #include "mxlibRes/kernels.h"
+#include "mxlibRes/mantel_sides.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/standardisation.h"
+#include "mxlibRes/subset_kernels.h"
 
 namespace {
 
@@ -21,65 +23,42 @@ T ProductOfPresent(int p, const T* x, const T* y) {
     return sum;
 }
 
-/// Row i of x x' from the diagonal on, in single precision four objects at a time.
-template <class T>
-void RowOfObjects(const CongruenceSide<T>& side, int i, T* row) {
-    const T* x = side.x[i];
-    const int p = side.p;
-    int j = i;
-    if constexpr (std::is_same_v<T, double>) {
-        const Kernels& kernels = KernelsOfProcessor();
-        for (; !side.hasMissing && j < side.n; j++) row[j] = kernels.dot(p, x, side.x[j]);
-    }
-    for (; !side.hasMissing && j + 4 <= side.n; j += 4) {
-        const T* y[4] = {side.x[j], side.x[j + 1], side.x[j + 2], side.x[j + 3]};
-        T sum[4] = {};
-        for (int k = 0; k < p; k++)
-            for (int t = 0; t < 4; t++) sum[t] += x[k] * y[t][k];
-        for (int t = 0; t < 4; t++) row[j + t] = sum[t];
-    }
-    for (; j < side.n; j++) {
-        if (side.hasMissing) {
-            row[j] = ProductOfPresent(p, x, side.x[j]);
-            continue;
-        }
-        row[j] = 0;
-        for (int k = 0; k < p; k++) row[j] += x[k] * side.x[j][k];
-    }
+/// Row i of x x' from the diagonal on.
+void RowOfObjects(const CongruenceSide<double>& side, int i, double* row) {
+    const Kernels& kernels = KernelsOfProcessor();
+    for (int j = i; j < side.n; j++)
+        row[j] = side.hasMissing ? ProductOfPresent(side.p, side.x[i], side.x[j])
+                                 : kernels.dot(side.p, side.x[i], side.x[j]);
 }
 
-/// Row i of x x' from the diagonal on: the row that the side keeps, or one made in `room`.
-template <class T>
-const T* ObjectsRow(const CongruenceSide<T>& side, int i, T* room) {
+/// The same: the row that the side keeps, or one made in `room`.
+const double* ObjectsRow(const CongruenceSide<double>& side, int i, double* room) {
     if (side.byObjects) return side.objects[i];
     RowOfObjects(side, i, room);
     return room;
 }
 
 /// Sum of products of the elements of the two matrices x x', whole, from their upper halves.
-template <class T>
-double VecProdByObjects(const CongruenceSide<T>& a, const CongruenceSide<T>& b, Matrix<T> rows) {
+double VecProdByObjects(const CongruenceSide<double>& a, const CongruenceSide<double>& b,
+                        Matrix<double> rows) {
     double diagonal = 0.0;
     double above = 0.0;
     for (int i = 0; i < a.n; i++) {
-        const T* x = ObjectsRow(a, i, rows[0]);
-        const T* y = ObjectsRow(b, i, rows[1]);
-        diagonal += static_cast<double>(x[i]) * static_cast<double>(y[i]);
-        for (int j = i + 1; j < a.n; j++)
-            above += static_cast<double>(x[j]) * static_cast<double>(y[j]);
+        const double* x = ObjectsRow(a, i, rows[0]);
+        const double* y = ObjectsRow(b, i, rows[1]);
+        diagonal += x[i] * y[i];
+        for (int j = i + 1; j < a.n; j++) above += x[j] * y[j];
     }
     return diagonal + 2.0 * above;
 }
 
 /// The same sum through variables: trace(A A' B B') is the sum of squares of A'B.
-template <class T>
-double VecProdByVariables(const CongruenceSide<T>& a, const CongruenceSide<T>& b,
-                          Matrix<T> product) {
+double VecProdByVariables(const CongruenceSide<double>& a, const CongruenceSide<double>& b,
+                          Matrix<double> product) {
     ColumnProducts(a.n, a.p, a.x, b.p, b.x, product, false);
     double sum = 0.0;
     for (int i = 0; i < a.p; i++)
-        for (int j = 0; j < b.p; j++)
-            sum += static_cast<double>(product[i][j]) * static_cast<double>(product[i][j]);
+        for (int j = 0; j < b.p; j++) sum += product[i][j] * product[i][j];
     return sum;
 }
 
@@ -93,15 +72,76 @@ double VecProdOfMixed(const CongruenceSide<double>& objects, const CongruenceSid
     return sum;
 }
 
-template <class T>
-double VecProd(const CongruenceSide<T>& a, const CongruenceSide<T>& b, Matrix<T> product,
-               Matrix<T> rows) {
-    if constexpr (std::is_same_v<T, double>)
-        if (a.byObjects != b.byObjects && !a.hasMissing && !b.hasMissing)
-            return a.byObjects ? VecProdOfMixed(a, b, product) : VecProdOfMixed(b, a, product);
+double VecProd(const CongruenceSide<double>& a, const CongruenceSide<double>& b,
+               Matrix<double> product, Matrix<double> rows) {
+    if (a.byObjects != b.byObjects && !a.hasMissing && !b.hasMissing)
+        return a.byObjects ? VecProdOfMixed(a, b, product) : VecProdOfMixed(b, a, product);
     if (a.byObjects || b.byObjects || a.hasMissing || b.hasMissing)
         return VecProdByObjects(a, b, rows);
     return a.p > b.p ? VecProdByVariables(a, b, product) : VecProdByVariables(b, a, product);
+}
+
+void SetObjects(CongruenceSide<double>* side) {
+    if (side->byObjects)
+        for (int i = 0; i < side->n; i++) {
+            RowOfObjects(*side, i, side->objects[i]);
+            for (int j = i + 1; j < side->n; j++) side->objects[j][i] = side->objects[i][j];
+        }
+    side->self = VecProd(*side, *side, side->variables, side->rows);
+}
+
+void SetObjects(CongruenceSide<float>* side) {
+    const int n = side->n;
+    const int p = side->p;
+    const Matrix<float> x = side->x;
+    for (int i = 0; i < n; i++)
+        side->diagonal[i] = static_cast<double>(ProductOfPresent(p, x[i], x[i]));
+    if (side->hasMissing) {
+        double* cell = side->above;
+        for (int i = 0; i < n; i++)
+            for (int j = i + 1; j < n; j++)
+                *cell++ = static_cast<double>(ProductOfPresent(p, x[i], x[j]));
+        return;
+    }
+    for (int i = 0; i < n; i++)
+        for (int k = 0; k < p; k++) side->columns.columns[k][i] = x[i][k];
+    SubsetKernelsOfProcessor().products(n, p, side->columns.columns, side->above);
+}
+
+/// VecProd of up to kMostChains pairs of sides; the sums run side by side.
+void VecProds(int pairs, const CongruenceSide<float>* const* a,
+              const CongruenceSide<float>* const* b, double* results) {
+    const auto chains = SubsetKernelsOfProcessor().chains;
+    const double* x[kMostChains];
+    const double* y[kMostChains];
+    double diagonal[kMostChains];
+    double above[kMostChains];
+    for (int c = 0; c < pairs; c++) {
+        x[c] = a[c]->diagonal;
+        y[c] = b[c]->diagonal;
+    }
+    chains(pairs, a[0]->n, x, y, diagonal);
+    for (int c = 0; c < pairs; c++) {
+        x[c] = a[c]->above;
+        y[c] = b[c]->above;
+    }
+    chains(pairs, CountCellsAbove(a[0]->n), x, y, above);
+    for (int c = 0; c < pairs; c++) results[c] = diagonal[c] + 2.0 * above[c];
+}
+
+double RVOfSides(const CongruenceSide<double>& a, const CongruenceSide<double>& b,
+                 CongruenceScratch<double>* scratch) {
+    return VecProd(a, b, scratch->product, scratch->rows) / std::sqrt(b.self * a.self);
+}
+
+/// With the sums of squares, which cost nothing beside the sum of products.
+double RVOfSides(const CongruenceSide<float>& a, const CongruenceSide<float>& b,
+                 CongruenceScratch<float>*) {
+    const CongruenceSide<float>* const x[] = {&a, &a, &b};
+    const CongruenceSide<float>* const y[] = {&b, &a, &b};
+    double sums[3];
+    VecProds(3, x, y, sums);
+    return sums[0] / std::sqrt(sums[2] * sums[1]);
 }
 
 /// Sum of the singular values of the cross-product of the two sides. Its zero-filled square form
@@ -134,8 +174,10 @@ double ProcrustesOfSides(const CongruenceSide<T>& a, const CongruenceSide<T>& b,
 
 template <class T>
 CongruenceSide<T> MakeCongruenceSide(int measure, int n, int p) {
-    // In single precision the products among objects are what the coefficient is defined on.
-    const bool byObjects = measure == kRV && (p >= n || std::is_same_v<T, float>);
+    const bool single = std::is_same_v<T, float>;
+    const int nSingle = measure == kRV && single ? n : 0;
+    const int nDouble = measure == kRV && !single ? n : 0;
+    const bool byObjects = measure == kRV && (single || p >= n);
     const int variables = measure == kRV && !byObjects ? p : 0;
     return {measure,
             n,
@@ -143,10 +185,13 @@ CongruenceSide<T> MakeCongruenceSide(int measure, int n, int p) {
             false,
             ScopedMatrix<T>(n, p),
             byObjects,
-            ScopedMatrix<T>(byObjects ? n : 0, n),
+            ScopedMatrix<T>(byObjects ? nDouble : 0, n),
             ScopedMatrix<T>(variables, variables),
-            ScopedMatrix<T>(measure == kRV ? 2 : 0, n),
-            0.0};
+            ScopedMatrix<T>(nDouble > 0 ? 2 : 0, n),
+            0.0,
+            MakeColumnTable<T>(nSingle, nSingle > 0 ? p : 0),
+            ScopedVector<double>(nSingle),
+            ScopedVector<double>(nSingle > 0 ? CountCellsAbove(n) + kOverrun : 0)};
 }
 
 template <class T>
@@ -154,13 +199,14 @@ void SetCongruenceSide(ConstMatrix<T> a, CongruenceSide<T>* side) {
     CenterColsMV(side->n, side->p, a, side->x);
     if (side->measure == kProcrustes) GowerStandardizationCols(side->n, side->p, side->x);
     side->hasMissing = HasMissing<T>(side->n, side->p, side->x);
-    if (side->measure != kRV) return;
-    if (side->byObjects)
-        for (int i = 0; i < side->n; i++) {
-            RowOfObjects(*side, i, side->objects[i]);
-            for (int j = i + 1; j < side->n; j++) side->objects[j][i] = side->objects[i][j];
-        }
-    side->self = VecProd<T>(*side, *side, side->variables, side->rows);
+    if (side->measure == kRV) SetObjects(side);
+}
+
+double SelfProduct(const CongruenceSide<float>& side) {
+    const CongruenceSide<float>* const x[] = {&side};
+    double sum;
+    VecProds(1, x, x, &sum);
+    return sum;
 }
 
 template <class T>
@@ -177,7 +223,7 @@ template <class T>
 double Congruence(const CongruenceSide<T>& a, const CongruenceSide<T>& b,
                   CongruenceScratch<T>* scratch) {
     if (a.measure == kProcrustes) return ProcrustesOfSides(a, b, scratch);
-    return VecProd<T>(a, b, scratch->product, scratch->rows) / std::sqrt(b.self * a.self);
+    return RVOfSides(a, b, scratch);
 }
 
 template CongruenceSide<float> MakeCongruenceSide<float>(int, int, int);

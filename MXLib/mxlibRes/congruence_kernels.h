@@ -7,9 +7,11 @@
 #include "mxlibDim/dim.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibRes/congruence.h"
+#include "mxlibRes/distance_cells.h"
 
 /// A matrix of n objects by p variables, its variables centred; for Procrustes also divided by one
-/// scale, so that their variances sum to 1.
+/// scale, so that their variances sum to 1. RV in single precision is defined on the products among
+/// objects, which are kept by their cells on and above the diagonal; their sums are double.
 template <class T>
 struct CongruenceSide {
     int measure;
@@ -18,10 +20,14 @@ struct CongruenceSide {
     bool hasMissing;            ///< some centred value is -999
     ScopedMatrix<T> x;          ///< n x p
     bool byObjects;             ///< RV: compared through products among objects, x x'
-    ScopedMatrix<T> objects;    ///< RV by objects: x x' (n x n)
-    ScopedMatrix<T> variables;  ///< RV by variables: room for x' x (p x p)
-    ScopedMatrix<T> rows;       ///< RV: room for a row of x x' of either side
-    double self;                ///< RV: sum of squares of all elements of x x'
+    ScopedMatrix<T> objects;    ///< RV of double by objects: x x' (n x n)
+    ScopedMatrix<T> variables;  ///< RV of double by variables: room for x' x (p x p)
+    ScopedMatrix<T> rows;       ///< RV of double: room for a row of x x' of either side
+    double self;                ///< RV of double: sum of squares of all elements of x x'
+
+    ColumnTable<T> columns;         ///< RV of float: x by column
+    ScopedVector<double> diagonal;  ///< RV of float: of x x'
+    ScopedVector<double> above;     ///< RV of float: the cells of x x' above it, row after row
 };
 
 /// Room for a matrix of n x p under `measure` (kProcrustes or kRV).
@@ -32,11 +38,14 @@ CongruenceSide<T> MakeCongruenceSide(int measure, int n, int p);
 template <class T>
 void SetCongruenceSide(ConstMatrix<T> a, CongruenceSide<T>* side);
 
+/// RV of float: sum of squares of all elements of x x'.
+double SelfProduct(const CongruenceSide<float>& side);
+
 /// Room for comparing sides of n objects and at most p1 and p2 variables, in either order.
 template <class T>
 struct CongruenceScratch {
     ScopedMatrix<T> product;        ///< variables of the wider by variables of the narrower side
-    ScopedMatrix<T> rows;           ///< RV: a row of x x' of each side
+    ScopedMatrix<T> rows;           ///< RV of double: a row of x x' of each side
     ScopedMatrix<double> core;      ///< Procrustes: the product, to be decomposed
     ScopedVector<double> singular;  ///< its singular values
     ScopedVector<double> room;

@@ -173,6 +173,22 @@ INLINE_BODY void DistancesBody(int n, int p, const T* const* columns, double* ce
     }
 }
 
+/// What the last vector of a row writes past its end is written again by the next row.
+INLINE_BODY void ProductsBody(int n, int p, const float* const* columns, double* cells) {
+    for (int i = 0; i + 1 < n; i++) {
+        for (int j = i + 1; j < n; j += kFloatLanes) {
+            FloatLanes sum{}, y;
+            for (int k = 0; k < p; k++) sum += columns[k][i] * Load(columns[k] + j, y);
+            Lanes wide;
+            Widen(__builtin_shufflevector(sum, sum, 0, 1, 2, 3), &wide);
+            Store(wide, cells + (j - i - 1));
+            Widen(__builtin_shufflevector(sum, sum, 4, 5, 6, 7), &wide);
+            Store(wide, cells + (j - i - 1) + kLanes);
+        }
+        cells += n - 1 - i;
+    }
+}
+
 // ---- sums over OTUs
 
 /// V vectors of each row of a slice.
@@ -438,6 +454,9 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
     TARGET bool Deviations(int m, double mean, const double* cells, double* deviations) {          \
         return DeviationsBody(m, mean, cells, deviations);                                         \
     }                                                                                              \
+    TARGET void Products(int n, int p, const float* const* columns, double* cells) {               \
+        ProductsBody(n, p, columns, cells);                                                        \
+    }                                                                                              \
     TARGET bool SameAsOne(int from, int to, const float* row, const int* types, int type) {        \
         return SameAsOneBody(from, to, row, types, type);                                          \
     }                                                                                              \
@@ -456,8 +475,8 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
                            float* s) {                                                             \
         AveragesBody<true>(tiles, sums, counts, 0.0F, layer, s);                                   \
     }                                                                                              \
-    constexpr SubsetKernels kKernels = {Chains,   Deviations, SameAsOne, AddLayer, AddLayerMV,     \
-                                        Averages, AveragesMV, kFloat,    kDouble};
+    constexpr SubsetKernels kKernels = {Chains,     Deviations, Products,   SameAsOne, AddLayer,   \
+                                        AddLayerMV, Averages,   AveragesMV, kFloat,    kDouble};
 // NOLINTEND(bugprone-macro-parentheses)
 
 namespace plain {

@@ -44,6 +44,10 @@ struct SubsetKernels {
     /// Deviations of m cells from their mean; whether some cell is missing.
     bool (*deviations)(int m, double mean, const double* cells, double* deviations);
 
+    /// Products between n objects described by p columns into the cells above the diagonal, row
+    /// after row; their sums in float, column after column.
+    void (*products)(int n, int p, const float* const* columns, double* cells);
+
     /// Whether, in places from to to - 1 of a row of similarities, an object of `type` has a
     /// similarity of 1 within one unit in the last place.
     bool (*sameAsOne)(int from, int to, const float* row, const int* types, int type);

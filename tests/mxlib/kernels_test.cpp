@@ -120,6 +120,7 @@ TEST(Kernels, LoopsOverSubsetsHaveTheSameDigitsInWideRegisters) {
         k->ofDouble.absolute(29, 3, chains.data(), d.data() + 500);
         k->ofFloat.euclidean(29, 3, rows.data(), d.data() + 1000);
         k->ofFloat.absolute(29, 3, rows.data(), d.data() + 1500);
+        k->products(29, 3, rows.data(), d.data() + 2500);
         k->ofDouble.memberMeans(29, 3, kMembers, rows.data(), d.data() + 2000);
         k->ofFloat.memberMeans(29, 3, kMembers, rows.data(), means.data());
         k->ofFloat.unitSums(8, 2, 8, means.data());

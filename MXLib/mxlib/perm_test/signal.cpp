@@ -1,5 +1,6 @@
 #include "mxlib/perm_test/signal.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "mxlib/perm_test/entropy.h"
@@ -49,19 +50,16 @@ void PrepareCorrelation(const TestRecord& in, SignalOfPairs* pairs) {
 /// Each pair of objects counts twice, and the diagonal once.
 void PrepareRV(const PhylogeneticSignal& signal, SignalOfPairs* pairs) {
     const int n = signal.sideB->n;
-    const ConstMatrix<float> b = signal.sideB->objects;
-    const ConstMatrix<float> scores = signal.sideScores->objects;
-    CellsAbove<float>(n, b, pairs->above);
+    std::copy_n(signal.sideB->above.get(), CountCellsAbove(n), pairs->above.get());
+    std::copy_n(signal.sideB->diagonal.get(), n, pairs->diagonal.get());
+    const double* cell = signal.sideScores->above;
     double* table = pairs->phylogeny;
     for (int i = 0; i < n; i++) {
-        pairs->diagonal[i] = b[i][i];
-        for (int j = i; j < n; j++) {
-            const double cell = scores[i][j];
-            table[static_cast<long>(i) * n + j] = i == j ? cell : 2.0 * cell;
-            table[static_cast<long>(j) * n + i] = table[static_cast<long>(i) * n + j];
-        }
+        table[static_cast<long>(i) * n + i] = signal.sideScores->diagonal[i];
+        for (int j = i + 1; j < n; j++, cell++)
+            table[static_cast<long>(i) * n + j] = table[static_cast<long>(j) * n + i] = 2.0 * *cell;
     }
-    pairs->scale = 1.0 / std::sqrt(signal.sideScores->self * signal.sideB->self);
+    pairs->scale = 1.0 / std::sqrt(SelfProduct(*signal.sideScores) * SelfProduct(*signal.sideB));
 }
 
 double SumOfLookups(int n, const SignalOfPairs& pairs, const int* at) {
