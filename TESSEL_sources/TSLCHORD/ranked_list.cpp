@@ -16,6 +16,32 @@ void CopyPlace(const KeptSubsets& from, int fromPlace, KeptSubsets* to, int toPl
     std::copy_n(from.members[fromPlace], from.size[fromPlace], to->members[toPlace]);
 }
 
+/// What the list is ordered by.
+double KeyOf(Keeping keeping, double value) {
+    return keeping == Keeping::bySign ? value : std::fabs(value);
+}
+
+/// Moves place 0 up to where it belongs among the others, which are in order: false where it equals
+/// one of them or two of them are equal, since the sorting of ties has an order of its own. Places
+/// never filled are all the same.
+bool MoveUp(Keeping keeping, int places, KeptSubsets* kept) {
+    const double key = KeyOf(keeping, kept->value[0]);
+    int first = 1;
+    while (first < places && kept->size[first] == 0) first++;
+    int to = first - 1;
+    for (int place = first; place < places; place++) {
+        const double here = KeyOf(keeping, kept->value[place]);
+        if (here == key || (place > first && here == KeyOf(keeping, kept->value[place - 1])))
+            return false;
+        if (here < key) to = place;
+    }
+    std::rotate(kept->value.get(), kept->value + 1, kept->value + to + 1);
+    std::rotate(kept->size.get(), kept->size + 1, kept->size + to + 1);
+    std::rotate(kept->groups.get(), kept->groups + 1, kept->groups + to + 1);
+    std::rotate(kept->members.get(), kept->members + 1, kept->members + to + 1);
+    return true;
+}
+
 }  // namespace
 
 KeptSubsets::KeptSubsets(int places)
@@ -48,6 +74,7 @@ void EnterRankedList(const TraitSubset& subset, double value, int groups, Keepin
     KeptSubsets& kept = list->layers[list->current];
     if (!IsBetter(keeping, value, kept.value[0])) return;
     Keep(subset, value, groups, 0, &kept);
+    if (MoveUp(keeping, list->places, &kept)) return;
     if (keeping == Keeping::bySign)
         RankVector(list->places, kept.value, list->order);
     else

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include "TSLCHORD/ranked_list.h"
+#include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
 #include "TSLRESE/gower_partial.h"
 #include "TSLRESE/similarity_layers.h"
@@ -16,6 +18,7 @@
 #include "mxlibRes/distances.h"
 #include "mxlibRes/mantel_sides.h"
 #include "mxlibRes/products.h"
+#include "mxlibRes/ranks.h"
 #include "mxlibRes/sparse_rows.h"
 #include "mxlibRes/subset_kernels.h"
 #include "mxlibRes/totals.h"
@@ -202,6 +205,32 @@ TEST(SubsetPrimitives, SparseProducts) {
                         ExpectSameProduct<float>(n, n + 4, K, share, oddW, oddU, random);
                         ExpectSameProduct<double>(n, n + 4, K, share, oddW, oddU, random);
                     }
+}
+
+TEST(SubsetPrimitives, RankedListIsThatOfSortingAllPlaces) {
+    std::mt19937 random(5);
+    nch = 1;
+    for (int distinct = 20; distinct < 1000000; distinct += distinct / 2) {
+        RankedList list;
+        std::vector<double> values(list.places, 0.0), groups = values, order = values;
+        for (int subset = 1; subset <= 400; subset++) {
+            const double value = 1.0 + double(random() % unsigned(distinct));
+            EnterRankedList({1, &nch, &nch}, value, subset, Keeping::bySign, &list);
+            if (value > values[0]) {
+                values[0] = value;
+                groups[0] = subset;
+                RankVector(list.places, values.data(), order.data());
+                const std::vector<double> from = values, ofGroups = groups;
+                for (int place = 0; place < list.places; place++) {
+                    values[place] = from[size_t(order[place]) - 1];
+                    groups[place] = ofGroups[size_t(order[place]) - 1];
+                }
+            }
+            const int* kept = Kept(list).groups;
+            ASSERT_TRUE(std::equal(groups.begin(), groups.end(), kept))
+                << distinct << " " << subset;
+        }
+    }
 }
 
 }  // namespace
