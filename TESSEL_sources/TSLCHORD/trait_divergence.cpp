@@ -21,7 +21,9 @@ double PartialOfTables(Table a, Table b, bool withEntropy, const TraitSubset& su
 }
 
 TraitDivergence MakeTraitDivergence(Table a, SubsetTables<double>* t) {
-    return {a, MakePartialRoom(Table::X, a, false, t), {}};
+    TraitDivergence divergence{a, nullptr, {}};
+    divergence.room = MakePartialRoom(Table::X, a, false, t);
+    return divergence;
 }
 
 namespace {

@@ -3,8 +3,10 @@
 /// The partial congruence r(XA.T) of a subset: composition of types X with a table A, the traits T
 /// removed.
 
+#include <array>
 #include <cstdio>
 #include <memory>
+#include <span>
 
 #include "TSLCHORD/subset_tables.h"
 #include "mxlib/partial_matrix_correlation.h"
