@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the packages that the named purposes need and that are missing, on Debian and Ubuntu;
 # on another system it names them.
-#   scripts/install-packages.sh build         compiler, CMake, GSL
+#   scripts/install-packages.sh build         compiler, CMake, GSL, CLI11, libcsv
 #   scripts/install-packages.sh build test    and GoogleTest, Google Benchmark
 #   scripts/install-packages.sh build fuzz    and clang with its fuzzer runtime
 #   scripts/install-packages.sh lint          clang-format, clang-tidy
@@ -18,7 +18,7 @@ has_fuzzer_runtime() {
 packages=()
 for purpose in "$@"; do
   case "$purpose" in
-    build) packages+=(g++ make cmake libgsl-dev) ;;
+    build) packages+=(g++ make cmake libgsl-dev libcli11-dev libcsv-dev) ;;
     test) packages+=(libgtest-dev libbenchmark-dev) ;;
     fuzz)
       packages+=(clang llvm)
@@ -31,8 +31,8 @@ done
 
 if ! command -v apt-get >/dev/null 2>&1; then
   echo "This system has no apt-get. TESSEL needs, by their Debian names: ${packages[*]}" >&2
-  echo "(a C++20 compiler, CMake 3.22 or later, the GNU Scientific Library; for the tests" >&2
-  echo "GoogleTest and Google Benchmark). Going on with what is there." >&2
+  echo "(a C++20 compiler, CMake 3.22 or later, the GNU Scientific Library, CLI11, libcsv;" >&2
+  echo "for the tests GoogleTest and Google Benchmark). Going on with what is there." >&2
   exit 0
 fi
 

@@ -7,6 +7,7 @@
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
+#include "TSLIF/analysis_settings.h"
 #include "TSLIF/menus.h"
 #include "TSLIF/settings_dialogue.h"
 #include "TSLIF2/console.h"
@@ -14,9 +15,6 @@
 #include "mxlib/belonging.h"
 
 namespace {
-
-constexpr int kAllCombinations = 2;
-constexpr int kEuclideanOption = 6;
 
 void PrintCriteria() {
     Menu("CHARACTER RANKING SETTINGS");
@@ -95,15 +93,10 @@ void SettingsChRank() {
             PrintCriteria();
             opt_struct = ReadCriterion();
         } while (!IsPossible(CriterionOf(opt_struct)));
-        rankingAlgorithm = kAllCombinations;
         includePhylogeny = ComparesWithPhylogeny(opt_struct) ? 1 : 0;
         SettingsHierarchy();
     } while (!HasTraitsToSearch());
-    if (opt_struct == kRankTE || opt_struct == kRankRE) rese_opt = kEuclideanOption;
-    if (traitBasedOpt != 1) whichObj = 'r';
-    optUnitTotalAdjust1 = true;
-    CountGroupsNew(tcst, partition_OTUs, &nMinCSTGroupsChRank, nullptr);
-    nMaxCSTGroupsChRank = opt_struct == kRankTE ? tcst : nMinCSTGroupsChRank;
+    SettleRanking();
     ReadSizes();
     printRankIntermedResults =
         ReadYesNo("\nPrint intermediate results of the ranking process?  y/n ") ? 'y' : 'n';

@@ -8,14 +8,11 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
+#include "TSLIF/analysis_settings.h"
 #include "TSLIF/menus.h"
 #include "TSLIF/otu_groups.h"
 #include "TSLIF2/console.h"
-#include "TSLIFFM2/track.h"
-#include "TSLRESE/scaling_up.h"
 #include "iflibG/iflibG.h"
-#include "mxlib/belonging.h"
-#include "mxlibDim/dim.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/scoped.h"
 
@@ -34,18 +31,6 @@ bool AskYesNoAtKeyboard(const char* question) {
     return ScanChar(in, "y n", "keyboard") == 'y';
 }
 
-void Release(int*& memberships) {
-    free1D(memberships);
-    memberships = nullptr;
-}
-
-/// An OTU of several species takes the last one; one of none keeps its label.
-void TakeSpeciesAsTypes() {
-    for (int t = 0; t < tcst; t++)
-        for (int s = 0; s < nSpp; s++)
-            if (cstSppMap[t][s] == '1') partition_OTUs[t] = s + 1;
-}
-
 /// The partition of OTUs into types; false when a file of types ended before its time.
 bool SettingsTypes() {
     std::fputs("\nThe partition of OTUs into types should be specified.\n", out);
@@ -57,8 +42,7 @@ bool SettingsTypes() {
         TakeSpeciesAsTypes();
     else
         complete = AskTypesOfOTUs(tcst, partition_OTUs);
-    CountGroupsNew(tcst, partition_OTUs, &nGrPoly[0], nullptr);
-    reseCSTopt = 1;
+    SettleTypes();
     return complete;
 }
 
@@ -69,8 +53,7 @@ void SettingsFuzziness() {
         "   1  fuzzy types (fuzzy belonging of OTUs to types)\n"
         "Type option no.: ",
         "0 1");
-    fuzzy = option == 1 ? kFuzzyTypes : kCrisp;
-    if (option == 1) fuzziness = 1.0F;
+    SettleFuzziness(option == 1);
 }
 
 void SettingsPermutationRestriction(bool typesComplete) {
@@ -80,10 +63,8 @@ void SettingsPermutationRestriction(bool typesComplete) {
         "\t(1) permutations restricted within groups of OTUs to be specified\n"
         "\t\tEnter option: ",
         out);
-    optRestrictPermutNullModel = TruncateToInt(ScanNumber(in, "keyboard", "0 1"));
+    SettleNesting(TruncateToInt(ScanNumber(in, "keyboard", "0 1")) == 1);
     if (optRestrictPermutNullModel != 1) return;
-    Release(nestingMembershipOTUs);
-    nestingMembershipOTUs = dim1Dint(tcst);
     AskNestingGroupsOfOTUs(tcst, nestingMembershipOTUs, typesComplete);
 }
 
@@ -135,21 +116,7 @@ void SettingsTraits(int* included) {
         std::fputs("\n", out);
         for (int k = 0; k < nch; k++) included[k] = ReadIntegerIn("%-3d", "0 1");
     }
-    std::copy(included, included + nch, weight);
-}
-
-/// Divides the weights of the included traits by the number of included traits of their group.
-void WeightByTraitGroups(const int* included) {
-    ScopedVector<int> labels(nch);
-    int groups = 0;
-    CountGroupsSelect(nch, traitGroups, included, &groups, labels);
-    for (int g = 0; g < groups; g++) {
-        int size = 0;
-        for (int k = 0; k < nch; k++)
-            if (included[k] == 1 && traitGroups[k] == labels[g]) size++;
-        for (int k = 0; k < nch; k++)
-            if (traitGroups[k] == labels[g]) weight[k] /= static_cast<float>(size);
-    }
+    SettleTraits(included);
 }
 
 void SettingsTraitWeights(const int* included) {
@@ -166,74 +133,30 @@ void SettingsStandardisation() {
             "\nStandardize community data matrix (matrix W) to unit total in each community? y/n ");
 }
 
-/// The taxa are the types of the partition.
-void SettingsPhylogeny() {
-    if (hasPhylogeny != 0) includePhylogeny = 1;
-    if (includePhylogeny == 0) return;
-    Release(partition_OTUs_Phyl);
-    partition_OTUs_Phyl = dim1Dint(tcst);
-    std::copy(partition_OTUs, partition_OTUs + tcst, partition_OTUs_Phyl);
-    CountGroupsNew(tcst, partition_OTUs_Phyl, &nTaxa, nullptr);
-    fuzzyPhyl = 1;
-}
-
-void SettingsOrder() {
-    isHierarchical = 0;
-    for (int k = 0; k < nch; k++) nchor[k] = k + 1;
-    for (int k = 1; k < nch; k++) nGrPoly[k] = 2;
-    optCoVariable = false;
-}
-
 void SettingsPrintOut() {
     printDetail = ReadYesNo("\nInclude detailed results in the printout y/n ");
     GetPrindaMode(whichPrinda);
 }
 
-void ResetDerivedResults() {
-    hasHier = 1;
-    hasCstRese = hasCstClus = hasNRese = hasPRese = hasScores = hasReClus = hasAOCScor = 0;
-    hasProbN = hasProbRo = hasRo = 0;
-    hasComplexity = hasVelocity = hasRoVelComplex = hasRoVelComplexPROB = 0;
-    nCstGroups = 0;
-    whichLevelGrCST = 1;
-    // A phylogeny of an earlier session takes no part.
-    includePhylogeny = 0;
-}
-
 }  // namespace
 
 void IFHierarchicalAccum() {
-    MakeSessionFileName(whichPrinda, sessionName, prindaExt);
-    MakeSessionFileName(whichHier, sessionName, hierExt);
-    ResetDerivedResults();
+    StartFunctionalAnalysis();
     SettingsHierarchy();
-    cohe = 0;
-    reseTypeOrd = reseTypeClus = reseTypeEv = reseTypeRnd = reseTypeERank = 1;
-    reseCstOpt = 0;
-    PFTs_ScalingUp();
-    std::copy(nGrPoly, nGrPoly + nch, rcst);
-    Release(nestingMembershipOTUs);
-    Release(partition_OTUs_Phyl);
-    dirtyOrig = 1;
-    WriteTrack(1);
+    RunFunctionalAnalysis();
     ClearLine();
     std::fprintf(out, "\n\nResults on file %s%s\n", volumeName, whichPrinda);
     Wait();
 }
 
 void SettingsHierarchy() {
-    optWeightedNullModel = false;
     Menu("FUNCTIONAL ANALYSIS SETTINGS");
-    part = 1;
     if (IsRanking() && opt_struct == kRankTE) {
-        traitBasedOpt = 2;
-        poolCSTopt = 0;
+        ScaleByTraitAverages();
     } else {
         if (!IsRanking())
             std::fputs("\nTrait-based scaling-up from population to communities:", out);
-        traitBasedOpt = 1;
-        poolCSTopt = 2;
-        clusMethPoolCSTs = 0;
+        ScaleByTypes();
         const bool typesComplete = SettingsTypes();
         SettingsFuzziness();
         optRndTests = !IsRanking();
@@ -245,8 +168,8 @@ void SettingsHierarchy() {
     SettingsTraits(included);
     SettingsTraitWeights(included);
     SettingsStandardisation();
-    SettingsPhylogeny();
-    SettingsOrder();
+    SettlePhylogeny();
+    SettleOrder();
     if (!IsRanking()) SettingsPrintOut();
 }
 

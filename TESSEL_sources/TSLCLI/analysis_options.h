@@ -1,0 +1,51 @@
+#pragma once
+/// \file
+/// The settings of an analysis as options of the command line, in words of the field: what
+/// SettingsHierarchy, SettingsChRank and the preferences ask, for analyse, rank and simulate alike.
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+/// Which command an option belongs to.
+enum class AnalysisKind { kAnalysis, kRanking, kSimulation };
+
+/// The options as given, or their defaults.
+struct AnalysisOptions {
+    std::string types = "each";  ///< each, species, or a file: a number per OTU, or CSV by names
+    bool crisp = false;
+    int iterations = 1000;
+    std::string within;  ///< file of nesting groups, in the forms of types
+    std::string seed = "clock";
+    std::string congruence = "mantel";
+    std::string resemblance = "euclidean";
+    std::vector<std::string> traits;       ///< empty: all
+    bool weightByGroups = false;           ///< of the session's groups of traits
+    std::vector<std::string> traitGroups;  ///< trait=group; in the place of the session's
+    bool standardise = true;               ///< W at unit totals
+    bool details = false;
+    bool append = false;
+
+    // Preferences; their defaults are those of InitGlobals
+    int digits;
+    int tails;
+    bool rootTraits;
+    bool rootPhylogeny;
+    bool bealsTarget;
+    bool doubleAbsence;
+    double predictorLimit;
+    bool saveRandom;
+    bool saveStructures;
+
+    AnalysisOptions();  ///< takes the preferences' defaults from the globals
+};
+
+/// Adds the options of the kind of command to `command`, with their help.
+void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* options);
+
+/// Fills TSLGLOB/settings.h for the data set in memory, by the steps of TSLIF/analysis_settings.h.
+/// Fails for what does not fit the data set, naming the option.
+void ApplyAnalysisOptions(const AnalysisOptions& options, AnalysisKind kind);

@@ -1,0 +1,95 @@
+#include "TSLCLI/command_line.h"
+
+#include <gsl/gsl_errno.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <new>
+#include <vector>
+
+#include "TSLCLI/commands.h"
+#include "TSLCLI/failure.h"
+#include "TSLGLOB/shell.h"
+#include "iflibG/iflibG.h"
+#include "mxlibDim/failure.h"
+
+namespace {
+
+struct Command {
+    const char* name;
+    const char* summary;
+    CommandAction (*add)(CLI::App& command);
+};
+
+constexpr std::initializer_list<Command> kCommands = {};
+
+struct AddedCommand {
+    CLI::App* app;
+    CommandAction run;
+};
+
+std::vector<AddedCommand> AddCommands(CLI::App& app) {
+    std::vector<AddedCommand> added;
+    for (const Command& command : kCommands) {
+        CLI::App* const sub = app.add_subcommand(command.name, command.summary);
+        sub->add_flag("--quiet", quiet, "Print nothing but warnings and failures");
+        added.push_back({sub, command.add(*sub)});
+    }
+    return added;
+}
+
+void RunParsed(const std::vector<AddedCommand>& commands) {
+    for (const AddedCommand& command : commands)
+        if (command.app->parsed()) command.run();
+    // Results that did not reach the standard output were not delivered.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        FailRun("the standard output could not be written: free the disk or give another one");
+}
+
+const char* TextOf(int code) {
+    switch (code) {
+        case kOutOfMemory:
+            return "out of memory: take a smaller table or a machine with more memory";
+        case kEndOfFile:
+            return "a file ended too early or holds a word where a number belongs";
+        case kFailedOutput:
+            return "a file could not be written: free the disk or choose another folder";
+        default:
+            return "a file could not be opened";
+    }
+}
+
+int Fail(int status, const char* message) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "TESSEL: %s\n", message);
+    return status;
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, const char* const* argv) {
+    gsl_set_error_handler_off();
+    InitGlobals();
+    InitIFLibG();
+    try {
+        CLI::App app{"TESSEL: character-based community analysis for ecologists", "TESSEL"};
+        app.set_version_flag("--version", TESSEL_VERSION);
+        app.require_subcommand(1);
+        const std::vector<AddedCommand> commands = AddCommands(app);
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::Success& asked) {
+            return app.exit(asked);
+        } catch (const CLI::ParseError& error) {
+            return Fail(kWrongUsage, error.what());
+        }
+        RunParsed(commands);
+        return kDone;
+    } catch (const CommandFailure& failure) {
+        return Fail(failure.status, failure.what());
+    } catch (const RaisedError& error) {
+        return Fail(kRunFailed, TextOf(error.code));
+    } catch (const std::bad_alloc&) {
+        return Fail(kRunFailed, TextOf(kOutOfMemory));
+    }
+}

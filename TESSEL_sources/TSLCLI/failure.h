@@ -1,0 +1,31 @@
+#pragma once
+/// \file
+/// How a command fails and how it warns. A failure ends the command at the one catch point of the
+/// command line (command_line.cpp), which prints it as one line on standard error.
+
+#include <stdexcept>
+#include <string>
+
+/// Exit status of the command line.
+enum CommandStatus : int { kDone = 0, kRunFailed = 1, kWrongUsage = 2 };
+
+struct CommandFailure : std::runtime_error {
+    CommandFailure(CommandStatus s, const std::string& message)
+        : std::runtime_error(message), status(s) {}
+    CommandStatus status;
+};
+
+/// The run cannot be done: what is wrong, where, and what to do about it, as one line.
+[[noreturn]] void FailRun(const std::string& message);
+
+/// The options contradict one another or what they are applied to.
+[[noreturn]] void FailUsage(const std::string& message);
+
+/// One line on standard error, behind "TESSEL: warning: "; the command goes on. --quiet does not
+/// silence it.
+void Warn(const std::string& message);
+
+/// One line on standard output, unless --quiet.
+void Tell(const std::string& line);
+
+extern bool quiet;  ///< --quiet: nothing but results, warnings and failures
