@@ -10,26 +10,28 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-/// The largest absolute element; NaN when one is not finite.
-double LargestElement(const gsl_matrix* a) {
+/// The largest absolute element that is finite, or 0; tells whether all are.
+double LargestFinite(const gsl_matrix* a, bool* allFinite) {
     double largest = 0.0;
+    *allFinite = true;
     for (size_t i = 0; i < a->size1; i++)
         for (size_t j = 0; j < a->size2; j++) {
             const double x = std::fabs(gsl_matrix_get(a, i, j));
-            if (!std::isfinite(x)) return kNaN;
-            largest = std::max(largest, x);
+            if (std::isfinite(x))
+                largest = std::max(largest, x);
+            else
+                *allFinite = false;
         }
     return largest;
 }
 
-/// The library's QL iteration has no limit and circles on elements near the ends of the range of
-/// double. Elements that cannot show in any digit of the result become 0, and a matrix of extreme
-/// magnitude is brought near 1 by a power of 2, which is returned; ordinary matrices stay as they
-/// are.
+/// The library's QL iteration has no limit and circles where squares and products leave the range
+/// of double. Elements that cannot show in any digit of the result become 0, and a matrix far from
+/// 1 is brought near it by a power of 2, which is returned; ordinary matrices stay as they are.
 int BringIntoRange(double largest, gsl_matrix* a) {
     int exponent = 0;
-    if (largest > 0.0 && (largest < 1e-100 || largest > 1e100)) std::frexp(largest, &exponent);
-    const double negligible = 1e-180 * std::ldexp(largest, -exponent);
+    if (largest > 0.0 && (largest < 1e-30 || largest > 1e30)) std::frexp(largest, &exponent);
+    const double negligible = 1e-100 * std::ldexp(largest, -exponent);
     for (size_t i = 0; i < a->size1; i++)
         for (size_t j = 0; j < a->size2; j++) {
             double* x = gsl_matrix_ptr(a, i, j);
@@ -43,13 +45,8 @@ int BringIntoRange(double largest, gsl_matrix* a) {
 
 void EigenInPlace(gsl_matrix* a, gsl_matrix* evec, gsl_vector* eval,
                   gsl_eigen_symmv_workspace* work) {
-    const double largest = LargestElement(a);
-    if (std::isnan(largest)) {
-        gsl_vector_set_all(eval, kNaN);
-        gsl_matrix_set_all(evec, kNaN);
-        return;
-    }
-    const int exponent = BringIntoRange(largest, a);
+    bool allFinite = true;
+    const int exponent = BringIntoRange(LargestFinite(a, &allFinite), a);
     const int status = gsl_eigen_symmv(a, eval, evec, work);
     if (status != GSL_SUCCESS) {
         gsl_vector_set_all(eval, kNaN);
@@ -63,7 +60,9 @@ void EigenInPlace(gsl_matrix* a, gsl_matrix* evec, gsl_vector* eval,
 }
 
 bool SingularValuesInPlace(gsl_matrix* a, gsl_matrix* v, gsl_vector* s, gsl_vector* work) {
-    if (std::isnan(LargestElement(a))) {
+    bool allFinite = true;
+    LargestFinite(a, &allFinite);
+    if (!allFinite) {
         gsl_matrix_set_all(a, kNaN);
         gsl_matrix_set_all(v, kNaN);
         gsl_vector_set_all(s, kNaN);

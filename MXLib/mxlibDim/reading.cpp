@@ -279,7 +279,7 @@ bool ScanNumberOrEnd(FILE* stream, const char* name, const char* accepted, doubl
         if (isRange ? *number >= lower && *number <= upper : IsListed(accepted, *number))
             return true;
         RingBell();
-        std::fprintf(stderr, "\nIncorrect input = %g. Reenter.\n", *number);
+        std::fprintf(stderr, "\nIncorrect input = %g. Reenter.\n", Printable(*number));
         if (isRange)
             std::fprintf(stderr, "Accepted input: %g to %g\n", lower, upper);
         else

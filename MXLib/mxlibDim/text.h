@@ -1,7 +1,8 @@
 #pragma once
 /// \file
-/// Small routines on zero-terminated text.
+/// Small routines on zero-terminated text, and on what stands in it.
 
+#include <cmath>
 #include <cstddef>
 
 /// Copies at most `length` characters of `source` into `destination` (room for length + 1) and
@@ -13,3 +14,9 @@ int StrCmp(const char* a, const char* b);
 
 /// Turns `s` to upper case in place.
 void StrToUpper(char* s);
+
+/// x for printing: NaN is printed as nan, never as -nan, since its sign is whatever the processor
+/// makes of it. Every number that can be NaN goes through here on its way to a file or the screen.
+inline double Printable(double x) {
+    return std::isnan(x) ? std::fabs(x) : x;
+}

@@ -4,6 +4,7 @@
 #include <climits>
 
 #include "iflibG/iflibG.h"
+#include "mxlibDim/text.h"
 
 int maxColsPrint = INT_MAX;
 
@@ -16,7 +17,7 @@ void PrintRows(FILE* stream, int rows, int cols, ConstMatrix<T> matrix, int digi
     digits = std::min(digits, kMostDigits);
     for (int i = 0; i < rows; i++) {
         for (int j = 0; j < cols; j++)
-            std::fprintf(stream, "%.*g\t", digits, static_cast<double>(matrix[i][j]));
+            std::fprintf(stream, "%.*g\t", digits, Printable(matrix[i][j]));
         std::fputc('\n', stream);
     }
 }
@@ -28,7 +29,7 @@ int WidestElement(int rows, int cols, ConstMatrix<T> matrix, int digits) {
     int widest = 0;
     for (int i = 0; i < rows; i++)
         for (int j = 0; j < cols; j++) {
-            const double value = static_cast<double>(matrix[i][j]);
+            const double value = Printable(matrix[i][j]);
             const int length = std::snprintf(nullptr, 0, "%.*g", digits, value);
             if (length > widest) widest = length;
         }
@@ -48,7 +49,7 @@ int PrintAligned(FILE* stream, int rows, int cols, ConstMatrix<T> matrix, int di
                 column = 0;
             }
             column += width + 1;
-            std::fprintf(stream, "%*.*g\t", width, digits, static_cast<double>(matrix[i][j]));
+            std::fprintf(stream, "%*.*g\t", width, digits, Printable(matrix[i][j]));
         }
         std::fputc('\n', stream);
     }
@@ -72,7 +73,7 @@ void PrintNumbers(FILE* stream, int n, const T* values, int digits, const int* o
     digits = std::min(digits, kMostDigits);
     HandleEventInfoWhere("PrintVectorTab");
     for (int i = 0; i < n; i++)
-        std::fprintf(stream, "%.*g\t", digits, static_cast<double>(Ordered(values, order, i)));
+        std::fprintf(stream, "%.*g\t", digits, Printable(Ordered(values, order, i)));
     std::fputc('\n', stream);
 }
 

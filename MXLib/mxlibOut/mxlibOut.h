@@ -1,7 +1,8 @@
 #pragma once
 /// \file
 /// Printing of matrices and vectors into reports. Numbers print with "%.*g" and `digits`
-/// significant digits, each followed by a tab. Single and double precision print alike.
+/// significant digits, NaN without a sign, each followed by a tab. Single and double precision
+/// print alike.
 
 #include <cstdio>
 

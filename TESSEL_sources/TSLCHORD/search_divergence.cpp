@@ -12,6 +12,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "mxlib/random_lists.h"
+#include "mxlibDim/text.h"
 #include "mxlibRes/beals.h"
 #include "mxlibRes/distances.h"
 #include "mxlibRes/rao.h"
@@ -226,7 +227,7 @@ void ChRankAlphaBetaDivergence(int mode) {
         return true;
     };
     search.printRating = [&](FILE* results, int, double value) {
-        std::fprintf(results, "r(%s)=\t%g\tTraits:\t", criterion.statistic, value);
+        std::fprintf(results, "r(%s)=\t%g\tTraits:\t", criterion.statistic, Printable(value));
     };
     RunSearch(search);
 }

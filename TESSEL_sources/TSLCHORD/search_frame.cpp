@@ -14,6 +14,7 @@
 #include "mxlib/random_lists.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 
 namespace {
@@ -137,7 +138,7 @@ void PrintBestOfEachSize(FILE* results, const SubsetSearch& search, const KeptSu
                  ValueWidth(), "TRC");
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++) {
         const double value = best.value[size - 1];
-        std::fprintf(results, "%-13.*g\t", ValueDigits(), value);
+        std::fprintf(results, "%-13.*g\t", ValueDigits(), Printable(value));
         if (IsNone(search.keeping, value))
             std::fprintf(results, "none");
         else
@@ -201,5 +202,5 @@ int ValueWidth() {
 }
 
 void PrintValue(FILE* results, double value) {
-    std::fprintf(results, "%-*.*g\t", ValueWidth(), ValueDigits(), value);
+    std::fprintf(results, "%-*.*g\t", ValueWidth(), ValueDigits(), Printable(value));
 }

@@ -7,6 +7,7 @@
 #include "TSLGLOB/settings.h"
 #include "TSLRESE/scaling_up_report.h"
 #include "iflibG/iflibG.h"
+#include "mxlibDim/text.h"
 
 namespace {
 
@@ -123,7 +124,7 @@ void CommunityResemblanceOrPredictors(FILE* results) {
                      "For partial matrix correlations, the factor (f) for limiting the number of "
                      "predictors in PCA regression in relation to sample size n (number of "
                      "predictors = n/f): %g\n",
-                     overfitFactorPCARegr);
+                     Printable(overfitFactorPCARegr));
 }
 
 /// `all`, or `some` and the labels of the traits in use.

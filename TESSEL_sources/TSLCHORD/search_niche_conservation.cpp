@@ -11,6 +11,7 @@
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
+#include "mxlibDim/text.h"
 #include "mxlibRes/distances.h"
 #include "mxlibRes/standardisation.h"
 
@@ -80,7 +81,7 @@ void RateLanes(const Needs& needs, int lanes, NicheRating* ratings, SubsetTables
 }
 
 void PrintStatistic(FILE* stream, const char* name, float value) {
-    std::fprintf(stream, "%s=\t%g\t", name, static_cast<double>(value));
+    std::fprintf(stream, "%s=\t%g\t", name, Printable(value));
 }
 
 void PrintRating(FILE* stream, const NicheRating& r, int K) {
@@ -131,7 +132,7 @@ void OverwriteHead(FILE* results, const KeptSubsets& best) {
         std::fprintf(results, "%-5d\t", best.groups[size - 1]);
     std::fprintf(results, "\n");
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++)
-        std::fprintf(results, "%-13.*g\t", ValueDigits(), best.value[size - 1]);
+        std::fprintf(results, "%-13.*g\t", ValueDigits(), Printable(best.value[size - 1]));
     std::fprintf(results, "\n");
 }
 

@@ -10,6 +10,7 @@
 #include "TSLCHORD/trait_divergence.h"
 #include "TSLGLOB/settings.h"
 #include "mxlib/random_lists.h"
+#include "mxlibDim/text.h"
 #include "mxlibRes/standardisation.h"
 
 namespace {
@@ -68,8 +69,8 @@ void RateLanes(std::span<const TraitSubset> subsets, const Needs& needs,
 }
 
 void PrintRating(FILE* stream, const PhylogenyRating& r) {
-    std::fprintf(stream, "ro(PT)=\t%g\tro(PX)=\t%g\tro(XT)=\t%g\tro(PX.T)=\t%g\t", r.roPT, r.roPX,
-                 r.roXT, r.roPX_T);
+    std::fprintf(stream, "ro(PT)=\t%g\tro(PX)=\t%g\tro(XT)=\t%g\tro(PX.T)=\t%g\t",
+                 Printable(r.roPT), Printable(r.roPX), Printable(r.roXT), Printable(r.roPX_T));
 }
 
 /// The residuals take the place of DP: the subsets that follow are compared with them.

@@ -6,6 +6,7 @@
 #include "TSLCHORD/subset_tables.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
+#include "mxlibDim/text.h"
 #include "mxlibRes/distances.h"
 #include "mxlibRes/standardisation.h"
 
@@ -46,7 +47,7 @@ void ChRankTCAP() {
         return true;
     };
     search.printRating = [](FILE* results, int, double value) {
-        std::fprintf(results, "%g\t", value);
+        std::fprintf(results, "%g\t", Printable(value));
     };
     RunSearch(search);
 }

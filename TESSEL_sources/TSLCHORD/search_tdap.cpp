@@ -10,6 +10,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "mxlib/random_lists.h"
+#include "mxlibDim/text.h"
 #include "mxlibRes/distances.h"
 #include "mxlibRes/standardisation.h"
 
@@ -32,9 +33,8 @@ void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
 
 void PrintRating(FILE* results, const DivergenceRating& rating) {
     std::fprintf(results, "%sTE)=\t%g\tro(XE)=\t%g\tro(XT)=\t%g\tro(XE.T)=\t%g\tTraits:\t",
-                 opt_ro == kMantel ? "ro(" : "r(", static_cast<double>(rating.roTA),
-                 static_cast<double>(rating.roXA), static_cast<double>(rating.roXT),
-                 rating.partial);
+                 opt_ro == kMantel ? "ro(" : "r(", Printable(rating.roTA), Printable(rating.roXA),
+                 Printable(rating.roXT), Printable(rating.partial));
 }
 
 }  // namespace

@@ -94,7 +94,7 @@ void PrintPhylogenyOfSearch(FILE* stream, ConstMatrix<Real> Q, ConstMatrix<Real>
     } else {
         std::fprintf(stream, "\nDissimilarity matrix between %d OTUs:\n", tcst);
     }
-    PrintResemblance(stream, tcst, phylogenyRese);
+    PrintPhylogenyRese(stream);
     std::fprintf(stream, "\nPartition vector of %d OTUs in %d taxa:\n", tcst, nTaxa);
     PrintVectorTab(stream, tcst, partition_OTUs_Phyl, nullptr);
     std::fprintf(stream,

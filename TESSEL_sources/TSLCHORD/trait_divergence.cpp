@@ -2,6 +2,7 @@
 
 #include "TSLCHORD/search_frame.h"
 #include "TSLGLOB/settings.h"
+#include "mxlibDim/text.h"
 
 std::unique_ptr<PartialCorrelationRoom> MakePartialRoom(Table a, Table b, bool withEntropy,
                                                         SubsetTables<double>* t) {
@@ -73,11 +74,10 @@ void PrintTraitDivergence(FILE* stream, const TraitSubset& subset, const Diverge
     std::fprintf(stream, "\nTrait ranking criterion:\t");
     if (opt_ro == kMantel)
         std::fprintf(stream, "ro(TE)=\t%g\tro(XE)=\t%g\tro(XT)=\t%g\tro(XE.T)=\t",
-                     static_cast<double>(rating.roTA), static_cast<double>(rating.roXA),
-                     static_cast<double>(rating.roXT));
+                     Printable(rating.roTA), Printable(rating.roXA), Printable(rating.roXT));
     else
         std::fprintf(stream, "r(XE.T)=\t");
-    std::fprintf(stream, "%g\t%d groups\tTraits:\t", rating.partial, t->K);
+    std::fprintf(stream, "%g\t%d groups\tTraits:\t", Printable(rating.partial), t->K);
     PrintLabelLine(stream, subset);
     if (opt_ro == kMantel)
         PrintResiduals(stream,

@@ -15,6 +15,7 @@
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibDim/text.h"
 #include "mxlibDim/with_stream.h"
 #include "mxlibOut/mxlibOut.h"
 
@@ -89,10 +90,8 @@ struct FieldWriter {
     FILE* stream;
 
     void operator()(const int* value) const { std::fprintf(stream, "%d\n", *value); }
-    void operator()(const float* value) const {
-        std::fprintf(stream, "%f\n", static_cast<double>(*value));
-    }
-    void operator()(const double* value) const { std::fprintf(stream, "%g\n", *value); }
+    void operator()(const float* value) const { std::fprintf(stream, "%f\n", Printable(*value)); }
+    void operator()(const double* value) const { std::fprintf(stream, "%g\n", Printable(*value)); }
     void operator()(const char* letter) const { std::fprintf(stream, "%c\n", *letter); }
     void operator()(const bool* flag) const { std::fprintf(stream, "%d\n", *flag ? 1 : 0); }
     void operator()(const FlagOfRun& flag) const { (*this)(flag.value); }

@@ -8,6 +8,7 @@
 #include "iflibG/iflibG.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 
 namespace {
@@ -78,7 +79,7 @@ void WriteEnvironment(FILE* stream) {
     PutWords(stream, envLabel, nenv);
     Put(stream, "%s \n", envName);
     for (int j = 0; j < nenv; j++) {
-        for (int k = 0; k < ncsm; k++) Put(stream, "%6g\t", static_cast<double>(env[k][j]));
+        for (int k = 0; k < ncsm; k++) Put(stream, "%6g\t", Printable(env[k][j]));
         Put(stream, "\n");
     }
 }
@@ -97,7 +98,7 @@ void WritePhylogenyMatrix(FILE* stream, int nOTUs) {
     const int known = phylogenyRese != nullptr ? phylogenyOTUs : 0;
     for (int i = 0; i < nOTUs; i++) {
         for (int j = 0; j < nOTUs; j++)
-            Put(stream, "%g\t", i < known && j < known ? phylogenyRese[i][j] : 0.0);
+            Put(stream, "%g\t", i < known && j < known ? Printable(phylogenyRese[i][j]) : 0.0);
         EndLine(stream);
     }
 }
@@ -110,8 +111,7 @@ void WritePhylogenyData(FILE* stream, int nOTUs) {
     EndLine(stream);
     for (int i = 0; i < nOTUs; i++) {
         for (int j = 0; j < nClados; j++)
-            std::fprintf(stream, "%g\t",
-                         i < known ? static_cast<double>(phylogenyData[i][j]) : 0.0);
+            std::fprintf(stream, "%g\t", i < known ? Printable(phylogenyData[i][j]) : 0.0);
         EndLine(stream);
     }
 }

@@ -10,6 +10,7 @@
 #include "TSLIFFM2/data_fields.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibDim/text.h"
 #include "mxlibDim/with_stream.h"
 
 namespace {
@@ -77,7 +78,7 @@ void Real(const Reader& side, float& value) {
     ReadFloats(side.file, &value, 1);
 }
 void Real(const Writer& side, float value) {
-    std::fprintf(side.stream, "%f\n", static_cast<double>(value));
+    std::fprintf(side.stream, "%f\n", Printable(value));
 }
 
 void Integers(const Reader& side, int* values, int n, const char* /*end*/) {

@@ -2,6 +2,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLRESE/scaling_up_report.h"
 #include "iflibG/iflibG.h"
+#include "mxlibDim/text.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ void PrintTraitSet(FILE* report) {
     std::fprintf(report, "\nTrait type:       ");
     for (int k = 0; k < nch; k++) std::fprintf(report, "%-3d", chtype[k]);
     std::fprintf(report, "\nTrait weights:     ");
-    for (int k = 0; k < nch; k++) std::fprintf(report, "%g\t", static_cast<double>(weight[k]));
+    for (int k = 0; k < nch; k++) std::fprintf(report, "%g\t", Printable(weight[k]));
 }
 
 void PrintApproach(FILE* report) {
@@ -83,7 +84,7 @@ void PrintCongruence(FILE* report) {
         std::fprintf(report,
                      "Factor (f) for limiting the number of predictors in PCA regression in "
                      "relation to sample size n (number of predictors = n/f): %g\n",
-                     overfitFactorPCARegr);
+                     Printable(overfitFactorPCARegr));
 }
 
 void PrintCommunityLabels(FILE* report) {

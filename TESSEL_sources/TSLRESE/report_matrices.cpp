@@ -38,9 +38,7 @@ void PrintPhylogeneticResemblance(FILE* report) {
                      "variables:\n",
                      tcst, nClados);
     }
-    UpperToLowerMatrix(tcst, phylogenyRese);
-    PrintMatrixTab(report, tcst, tcst, phylogenyRese, sDigits);
-    std::fprintf(report, "\n");
+    PrintPhylogenyRese(report);
 }
 
 void PrintTaxa(FILE* report, const ScalingUpMatrices& m) {
@@ -133,6 +131,12 @@ void PrintResemblance(FILE* report, int n, Matrix<float> matrix) {
 
 void PrintResemblance(FILE* report, int n, Matrix<double> matrix) {
     PrintLowerHalf<double>(report, n, matrix);
+}
+
+void PrintPhylogenyRese(FILE* report) {
+    UpperToLowerMatrix(tcst, phylogenyRese);
+    PrintMatrixTab(report, tcst, tcst, phylogenyRese, sDigits);
+    std::fprintf(report, "\n");
 }
 
 void PrintTraitsInUse(FILE* report, int width) {

@@ -2,6 +2,7 @@
 #include <span>
 
 #include "TSLRESE/scaling_up_report.h"
+#include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 
 namespace {
@@ -44,8 +45,8 @@ constexpr StatisticLine kPhylogeny[] = {
 
 void PrintLines(FILE* report, std::span<const StatisticLine> lines, const Test& test) {
     for (const StatisticLine& line : lines)
-        std::fprintf(report, "%s\t%g\tP=\t%g\n", line.label, test.*line.statistic,
-                     test.*line.probability);
+        std::fprintf(report, "%s\t%g\tP=\t%g\n", line.label, Printable(test.*line.statistic),
+                     Printable(test.*line.probability));
 }
 
 void PrintKindOfStatistics(FILE* report) {

@@ -145,9 +145,8 @@ void MeasureRedundancy(ScalingUpMatrices& m) {
 
 void AverageTraitsOfTypes(ScalingUpMatrices& m) {
     const int K = m.nTypes;
-    ScopedMatrix<float> members(K, tcst);
-    for (int i = 0; i < tcst; i++)
-        for (int g = 0; g < K; g++) members[g][i] = static_cast<float>(m.C[i][g]);
+    ScopedMatrix<double> members(K, tcst);
+    TransposeMatrix(tcst, K, m.C, members);
     MatrixProdMV(K, tcst, tcst, nch, members, csm_Float, m.typeTraits);
     for (int g = 0; g < K; g++)
         for (int k = 0; k < nch; k++) m.typeTraits[g][k] /= static_cast<float>(m.typeSizes[g]);

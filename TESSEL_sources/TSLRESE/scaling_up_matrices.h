@@ -104,5 +104,6 @@ void CompareOTUs(ScalingUpMatrices& m);
 void PoolIntoTypes(ScalingUpMatrices& m);
 /// RaoTraits and the redundancies.
 void MeasureRedundancy(ScalingUpMatrices& m);
-/// typeTraits: a missing value lowers the average, since the divisor counts all OTUs of the type.
+/// typeTraits: a missing value lowers the average, since the divisor counts all OTUs of the type. A
+/// sum of 0 is missing where any OTU, of whatever type, misses the trait: -999 over the size.
 void AverageTraitsOfTypes(ScalingUpMatrices& m);

@@ -14,6 +14,8 @@ void PrintTable(FILE* report, int rows, int cols, ConstMatrix<double> matrix);
 /// The upper half of the n x n matrix as a lower half. The matrix is the same afterwards.
 void PrintResemblance(FILE* report, int n, Matrix<float> matrix);
 void PrintResemblance(FILE* report, int n, Matrix<double> matrix);
+/// phylogenyRese in full, its upper half copied to the lower one.
+void PrintPhylogenyRese(FILE* report);
 /// Labels of the traits in use, each at least `width` wide and followed by a tab.
 void PrintTraitsInUse(FILE* report, int width);
 /// The same in columns of three.

@@ -142,6 +142,21 @@ const struct {
      [](PermTestData*, TestRecord& in) { in.U[2][1] = HUGE_VAL; }},
     {"a similarity above 1", kOrdinary,
      [](PermTestData*, TestRecord& in) { in.Sb[2][5] = in.Sb[5][2] = 1.5F; }},
+    // 1 / (1 - Q) is then the rounding of Q: summed in another order its P was 0.1 instead of 1.
+    {"entropies of 1", kOrdinary,
+     [](PermTestData*, TestRecord& in) {
+         for (int i = 0; i < 14; i++)
+             for (int j = 0; j < 14; j++) in.Sb[i][j] = 0x1p-22F, in.Sf[i][j] = 1 - 1e-9;
+     }},
+    {"entropies of 1 in permuted orders only", kOrdinary,
+     [](PermTestData*, TestRecord& in) {
+         in.nIterations = 50;
+         for (int k = 0; k < 14; k++) {
+             for (int i = 0; i < 9; i++)
+                 in.W[i][k] = k > 7 && (k + i) % 6 < 3 ? 0.1 + i * k % 7 : 0.0;
+             for (int i = 0; i < 8 && k < 8; i++) in.Sb[i][k] = 0.0F, in.Sf[i][k] = 1.0;
+         }
+     }},
     {"constant environment", kOrdinary,
      [](PermTestData* d, TestRecord& in) {
          for (int i = 0; i < 9; i++) in.E[i][0] = in.E[i][1] = in.E[i][2] = 2.0;
@@ -173,6 +188,23 @@ TEST(PermutationTest, AgreesWithThePlainTestOnOddData) {
                 ExpectLikePlain(&in);
                 EXPECT_TRUE(in.nIterations > 0 || std::isinf(in.probXE));
             }
+    }
+}
+
+// A covariable that is no number was left out, as if there were nothing to remove, with P = 1.
+TEST(PermutationTest, CovariablesThatAreNoNumbersGiveNone) {
+    for (const int opt_ro : {2, 3}) {
+        auto data = RandomPermTestData({8, 10, 3, 2, 3, 0, 0.4}, 5, opt_ro);
+        TestRecord& in = data->record;
+        for (int k = 0; k < 10; k++) {
+            in.W[0][k] = k < 2 ? 0.5 : 0.0;
+            for (int i = 0; i < 10; i++) in.Sb[i][k] = i == k ? 1.0F : -3.0F;  // Q = 1, R infinite
+        }
+        in.nIterations = 10;
+        const Outcome outcome = RunTest(PermTest_FunctionalPhyl_Correl, &in);
+        EXPECT_EQ(in.outR[0], 1.0);
+        EXPECT_TRUE(std::isnan(outcome.observed[kXE_TR])) << outcome.observed[kXE_TR];
+        EXPECT_EQ(outcome.probability[kXE_TR], 0.1);
     }
 }
 

@@ -45,6 +45,12 @@ TEST(Printing, HalvesAndVectors) {
     EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 2, groups, order); }), "6\t5\t\n");
     EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 2, values, 3, order); }), "0.667\t0.125\t\n");
     EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 0, groups, order); }), "\n");
+    // The sign of a NaN, which differs by processor, made "-nan" and a wider column.
+    Table<float> none = {{-NAN, 1}};
+    EXPECT_EQ(Printed([&] { PrintMatrix(stdout, 1, 2, none, 6, 0); }), "nan\t  1\t\n");
+    EXPECT_EQ(Printed([&] { PrintMatrixTab(stdout, 1, 2, none, 6); }), "nan\t1\t\n");
+    const double noNumber[] = {-NAN};
+    EXPECT_EQ(Printed([&] { PrintVectorTab(stdout, 1, noNumber, 6, nullptr); }), "nan\t\n");
     // No number of digits that a user can ask for takes long; this double has the most, 767.
     const double longest[] = {std::nextafter(2 * DBL_MIN, 0.0)};
     char all[800];

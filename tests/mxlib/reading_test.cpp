@@ -133,7 +133,7 @@ TEST(Prompts, LettersComplainOncePerWrongLetter) {
 
 TEST(Prompts, NumbersFollowTheAcceptedList) {
     double listed = 0, ranged = 0, any = 0, unchecked = 0;
-    ConsoleRun run = WithConsole("2.5 abc 2.0\n0 nan 1\n-7.25 1e3", [&](FILE* input) {
+    ConsoleRun run = WithConsole("2.5 abc 2.0\n0 -nan 1\n-7.25 1e3", [&](FILE* input) {
         listed = ScanNumber(input, "input", "1 2 3");
         ranged = ScanNumber(input, "input", "-", 1.0, 2147483647.0);
         any = ScanNumber(input, "input", "");

@@ -292,6 +292,9 @@ TEST(FunctionalAnalysis, LeavesOutATraitAndAMissingValue) {
     ExpectTable(report, "Matrix T with trait averages",
                 {{0, 12.5 / 70}, {0, 15.0 / 70}, {0, 17.5 / 70}, {0, 10.0 / 70}});
     ExpectTable(report, "Average trait matrix", {{1.5, 10}, {17.0 / 3, 50.0 / 3}});
+    // A type without any value printed 0 for the missing value over its size.
+    data.B[0][1] = data.B[1][1] = -999;
+    ExpectTable(ReportOf({}, data), "Average trait matrix", {{1.5, -499.5}, {17.0 / 3, 50.0 / 3}});
 }
 
 TEST(FunctionalAnalysis, NamesTheSpeciesOfTypesByPosition) {

@@ -61,6 +61,17 @@ TEST_F(FormdaTest, WritesBackWhatItRead) {
     EXPECT_TRUE(Contains(WrittenBack(), "0\t7\t\n\n0 \n0 \nSMW 1\n0\n0\n"));
 }
 
+TEST_F(FormdaTest, NumbersThatAreNoneAreWrittenWithoutSign) {
+    for (const std::string& F : {kPhylogeny, std::string("1\n2\n1\n3\t\n0.5\n1\n2\n")}) {
+        std::string text = Replaced(kWhole, kPhylogeny, F);
+        for (const char* number : {"1.25", "10", "6.25", "0.5"})
+            text = Replaced(text, number, "-nan");
+        ASSERT_EQ(Open(text).raised, 0);
+        text = WrittenBack();
+        EXPECT_EQ(std::pair(Count(text, "nan"), Count(text, "-nan")), std::pair(4, 0));
+    }
+}
+
 TEST_F(FormdaTest, FormOf2008HasNoTraitGroups) {
     hasTraitGroups = 1;
     ASSERT_EQ(Open(Replaced(kWhole, "25Jun2016", "18Jan2008")).raised, 0);

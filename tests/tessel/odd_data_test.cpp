@@ -10,6 +10,7 @@
 #include <regex>
 #include <set>
 
+#include "TSLIF2/preferences.h"
 #include "tessel/in_process.h"
 
 namespace {
@@ -25,7 +26,11 @@ Rows Filled(int rows, int cols, const std::vector<double>& cycle) {
 /// Runs H under each measure, fuzzy and crisp, as one session with details.
 struct OddData : InProcess {
     // Routines of linear algebra hang on some matrices: the alarm makes that a failure.
-    OddData() { alarm(250); }
+    OddData() {
+        alarm(250);
+        saveRndData = 'y';
+        WritePreferences();
+    }
     ~OddData() override { alarm(0); }
 
     void ExpectToRun(FormdaText data, const Rows& F, const std::string& types) {
@@ -48,6 +53,8 @@ struct OddData : InProcess {
         EXPECT_EQ(run.exitStatus, 0);
         EXPECT_EQ(std::regex_replace(run.err, singular, ""), "");
         EXPECT_EQ(Count(run.out, "Results on file"), analyses);
+        for (const char* file : {"sPrinda.txt", "sRDa.txt", "sTrk.txt"})
+            EXPECT_FALSE(Contains(folder_.Read(file), "-nan")) << file;
     }
 };
 

@@ -60,6 +60,9 @@ TEST_F(Preferences, EveryFieldComesBackButTheTest) {
     EXPECT_EQ(Ints({sDigits, maxColsPrint, twoTailedTestMantel}), Ints({15, 16, 0}));
     WritePreferences();
     EXPECT_EQ(Written(), Replaced(other, "2.25\n1", "2.25\n0"));
+    Read(Replaced(Replaced(other, "2.25", "-nan"), "2.500000", "-nan"));
+    WritePreferences();
+    EXPECT_EQ(Count(Written(), "\nnan\n"), 2);
     // What cannot be a letter is skipped.
     EXPECT_EQ(Read(Replaced(other, "13\ny", "13\nxN")).err,
               "\nIncorrect input = x. Reenter.\nAccepted input: y n\n");

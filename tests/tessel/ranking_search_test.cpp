@@ -407,14 +407,32 @@ TEST_F(RankingSearch, ValuesThatAreDropped) {
     EXPECT_EQ(undefined.table[0].subset, "b");
     EXPECT_EQ(undefined.ranked.size(), 2U);
     const Report never = Search(TinyCase(16, 3, true, {{2, 2, 2}}), 'y');
-    EXPECT_TRUE(Contains(never.text, "r(RE)=\tnan\tTraits:\ta") ||
-                Contains(never.text, "r(RE)=\t-nan\tTraits:\ta"));
+    EXPECT_TRUE(Contains(never.text, "r(RE)=\tnan\tTraits:\ta"));
     EXPECT_EQ(never.table[0], (Rated{"", -HUGE_VAL}));
     // Negative values stand in the table per size alone.
     const Report negative = Search(TinyCase(10, 1, true));
     EXPECT_TRUE(negative.ranked.empty());
     EXPECT_EQ(negative.table[0].subset, "a");
     EXPECT_LT(negative.table[0].value, -0.9);
+}
+
+TEST_F(RankingSearch, NumbersThatAreNoneHaveNoSign) {
+    for (const int criterion : kAllCriteria)
+        for (const int measure : {1, 2, 3}) {
+            RankingCase in = TinyCase(criterion, measure, true, {{0, -NAN, 4}, {1, 2, 3}});
+            in.E[1][0] = in.W[0][0] = in.F[0][1] = -NAN;
+            OpenRanking(in);
+            saveStruct = printRankIntermedResults = 'y';
+            Typed("", [] { CriterionOf(opt_struct).search(); });
+            saveStruct = 'n';
+            int met = 0;
+            for (const auto& file : std::filesystem::directory_iterator(folder_.path())) {
+                const std::string text = ReadWholeFile(file);
+                met += Contains(text, "nan");
+                EXPECT_FALSE(Contains(text, "-nan")) << file << criterion;
+            }
+            EXPECT_GT(met, 0);
+        }
 }
 
 TEST_F(RankingSearch, OneTypeGivesNoValue) {
@@ -464,11 +482,15 @@ TEST_F(RankingSearch, StatisticsOfEachSubset) {
 // DT.
 TEST_F(RankingSearch, StructuresOfThePhylogeneticSearch) {
     OpenRanking(TinyCase(11, 1, false, {{0, 3, 4}, {0, 3, 4}}));
+    phylogenyRese[2][0] = 7;  // the upper half counts
     saveStruct = printRankIntermedResults = 'y';
     Typed("", [] { ChRankPhylogenyAssembly(); });
     saveStruct = 'n';
     const std::string structures = folder_.Read("IntermediateRankResults.txt");
-    EXPECT_TRUE(structures.starts_with("\nDissimilarity matrix between 3 OTUs:\n0"));
+    // Once a lower half, while the functional analysis prints it in full.
+    EXPECT_TRUE(
+        structures.starts_with("\nDissimilarity matrix between 3 OTUs:\n0\t0.5\t0.75\t\n"
+                               "0.5\t0\t0.5\t\n0.75\t0.5\t0\t\n\n"));
     EXPECT_LT(structures.find("DP"), structures.find("\nTrait matrix with 3 populations"));
     EXPECT_TRUE(Contains(structures, "\t2 groups\tTraits:\ta \tGroup sizes:\t1\t2\t\n"));
     const double DP[] = {std::sqrt(10.645), std::sqrt(0.405), std::sqrt(8.98)};

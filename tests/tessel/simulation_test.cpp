@@ -118,8 +118,6 @@ std::string TakeStepFiles(const TempFolder& folder) {
         texts += folder.Read(file);
         std::filesystem::remove(folder.File(file));
     }
-    for (std::size_t at = 0; (at = texts.find("-nan", at)) != std::string::npos;)
-        texts.erase(at, 1);
     return texts;
 }
 

@@ -46,6 +46,8 @@ TEST_F(TrackTest, WholeRecordComesBack) {
     EXPECT_EQ(groupCst, groupCstP[1]);
     EXPECT_EQ(Written(1), kRecord);
     EXPECT_EQ(Written(0), kTwoLines);
+    ASSERT_EQ(Read(Replaced(kRecord, "1.500000", "-nan")).raised, 0);
+    EXPECT_EQ(Written(1), Replaced(kRecord, "1.500000", "nan"));
 }
 
 TEST_F(TrackTest, TwoLinesLeaveTheSettingsAlone) {

@@ -1,11 +1,18 @@
 #include "mxlib/perm_test/entropy.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "mxlibRes/missing.h"
 #include "mxlibRes/rao.h"
 
 namespace {
+
+/// 1 / (1 - Q) so near to its pole shows the order in which Q was summed.
+bool NearPole(int n, const double* q) {
+    constexpr double kNear = 1e-6;
+    return std::any_of(q, q + n, [](double x) { return std::fabs(1.0 - x) < kNear; });
+}
 
 void EquivalentNumbers(int n, const double* q, Matrix<double> numbers) {
     for (int i = 0; i < n; i++) numbers[i][0] = 1.0 / (1.0 - q[i]);
@@ -75,6 +82,33 @@ void SumOverPresentPairs(const TestRecord& in, const double* table, Entropies* e
     }
 }
 
+void TakeObserved(const TestRecord& in, double* handedBack, Matrix<double> numbers, Entropies* e) {
+    EquivalentNumbers(in.nCommunities, e->q, numbers);
+    e->plain = e->plain || NearPole(in.nCommunities, e->q);
+    if (in.returnMatrices) std::copy_n(e->q.get(), in.nCommunities, handedBack);
+}
+
+/// Resemblances between the OTUs, how they are read, and the table of differences made of them.
+template <class T>
+struct Resemblances {
+    ConstMatrix<T> s;
+    bool areDissimilarities;
+    bool squareRoot;
+    const double* differences;
+};
+
+template <class T>
+void EntropiesInOrder(const TestRecord& in, const int* list, const Resemblances<T>& from,
+                      Entropies* e) {
+    if (!e->plain) {
+        SumOverPresentPairs(in, from.differences, e);
+        if (!NearPole(in.nCommunities, e->q)) return;
+    }
+    PermuteBoth<T>(in.nOTUs, list, from.s, e->permuted);
+    RaoIndexRows(in.nCommunities, in.nOTUs, in.W, e->permuted, from.areDissimilarities,
+                 from.squareRoot, e->otus, e->shares, e->q);
+}
+
 }  // namespace
 
 Entropies MakeEntropies(const TestRecord& in) {
@@ -97,15 +131,11 @@ Entropies MakeEntropies(const TestRecord& in) {
 void ObservedEntropies(const TestRecord& in, Entropies* e, Arrangement* now) {
     RaoIndexRows(in.nCommunities, in.nOTUs, in.W, in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->otus,
                  e->shares, e->q);
-    EquivalentNumbers(in.nCommunities, e->q, now->R);
-    if (in.returnMatrices)
-        for (int i = 0; i < in.nCommunities; i++) in.outR[i] = e->q[i];
+    TakeObserved(in, in.outR, now->R, e);
     if (!in.includePhylogeny) return;
     RaoIndexRows(in.nCommunities, in.nOTUs, in.W, in.Sf, in.phylogenyIsDissimilarity,
                  in.sqrtDissimOpt_RaoPhyl, e->otus, e->shares, e->q);
-    EquivalentNumbers(in.nCommunities, e->q, now->F);
-    if (in.returnMatrices)
-        for (int i = 0; i < in.nCommunities; i++) in.outF[i] = e->q[i];
+    TakeObserved(in, in.outF, now->F, e);
 }
 
 void FillDifferences(const TestRecord& in, Entropies* e) {
@@ -119,23 +149,13 @@ void FillDifferences(const TestRecord& in, Entropies* e) {
 }
 
 void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arrangement* now) {
-    if (e->plain) {
-        PermuteBoth<float>(in.nOTUs, list, in.Sb, e->permuted);
-        RaoIndexRows(in.nCommunities, in.nOTUs, in.W, e->permuted, false,
-                     in.sqrtDissimOpt_RaoTraits, e->otus, e->shares, e->q);
-    } else {
-        const int entries = e->proportions.start[in.nCommunities];
-        for (int k = 0; k < entries; k++) e->at[k] = list[e->proportions.otu[k]] - 1;
-        SumOverPresentPairs(in, e->byTraits, e);
-    }
+    const int entries = e->proportions.start[in.nCommunities];
+    for (int k = 0; k < entries; k++) e->at[k] = list[e->proportions.otu[k]] - 1;
+    EntropiesInOrder<float>(in, list, {in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->byTraits}, e);
     EquivalentNumbers(in.nCommunities, e->q, now->R);
     if (!in.includePhylogeny) return;
-    if (e->plain) {
-        PermuteBoth<double>(in.nOTUs, list, in.Sf, e->permuted);
-        RaoIndexRows(in.nCommunities, in.nOTUs, in.W, e->permuted, in.phylogenyIsDissimilarity,
-                     in.sqrtDissimOpt_RaoPhyl, e->otus, e->shares, e->q);
-    } else {
-        SumOverPresentPairs(in, e->byPhylogeny, e);
-    }
+    EntropiesInOrder<double>(
+        in, list, {in.Sf, in.phylogenyIsDissimilarity, in.sqrtDissimOpt_RaoPhyl, e->byPhylogeny},
+        e);
     EquivalentNumbers(in.nCommunities, e->q, now->F);
 }

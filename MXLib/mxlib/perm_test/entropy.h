@@ -8,7 +8,7 @@
 /// What the entropies keep from one order of the OTUs to the next. The differences between OTUs
 /// are made once; a new order only looks them up.
 struct Entropies {
-    bool plain;  ///< values that are not finite: only sums over all pairs have their meaning
+    bool plain;  ///< values that are not finite, or a Q near 1: only sums over all pairs will do
     SparseCells proportions;        ///< of the OTUs present in each community
     ScopedVector<int> at;           ///< OTU of each entry in the present order
     ScopedVector<double> byTraits;  ///< differences, OTUs by OTUs; 0 where missing
@@ -22,7 +22,8 @@ Entropies MakeEntropies(const TestRecord& in);
 
 /// The observed arrangement, Sb in single precision; completes Sb and Sf from their upper halves
 /// and hands back the entropies if the record asks for them. FillDifferences then prepares the
-/// permuted arrangements, Sb in double precision.
+/// permuted arrangements, Sb in double precision. Entropies near 1, whose equivalent number is
+/// their rounding, are summed pair after pair in the order of the OTUs, the others by a faster way.
 void ObservedEntropies(const TestRecord& in, Entropies* e, Arrangement* now);
 void FillDifferences(const TestRecord& in, Entropies* e);
 void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arrangement* now);

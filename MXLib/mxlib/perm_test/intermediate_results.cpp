@@ -1,6 +1,7 @@
 #include "mxlib/perm_test/intermediate_results.h"
 
 #include "mxlib/perm_test/mantel.h"
+#include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 #include "mxlibRes/congruence.h"
 
@@ -79,7 +80,7 @@ void PrintObservedT(const Stage& stage) {
             "computed after B (T = W x B):\n",
             n, in.nTraits);
     PrintMatrixOf(stage, kT);
-    const double te = (*stage.observed)[kTE];
+    const double te = Printable((*stage.observed)[kTE]);
     if (in.opt_ro == kMantel) {
         fprintf(stream,
                 "\nResemblance matrix DT between %d communities (based on matrix T of traits by "
@@ -107,9 +108,9 @@ void PrintObservedX(const Stage& stage) {
     const Statistics& observed = *stage.observed;
     fprintf(in.stream, "\nObserved belonging matrix (U):\n");
     PrintMatrixTab(in.stream, in.nOTUs, in.nTypes, in.U, kDigits);
-    fprintf(in.stream, "\nObserved ro(XT)=\t%g\n", observed[kXT]);
-    fprintf(in.stream, "Observed ro(XE)=\t%g\n", observed[kXE]);
-    fprintf(in.stream, "Observed ro(XE.T)=\t%g\n", observed[kXE_T]);
+    fprintf(in.stream, "\nObserved ro(XT)=\t%g\n", Printable(observed[kXT]));
+    fprintf(in.stream, "Observed ro(XE)=\t%g\n", Printable(observed[kXE]));
+    fprintf(in.stream, "Observed ro(XE.T)=\t%g\n", Printable(observed[kXE_T]));
 }
 
 /// Similarities or resemblances between OTUs, entropies made of them, and their resemblance.
@@ -165,7 +166,7 @@ void PrintPermutedT(const Stage& stage) {
         PrintResemblance(stage, kT);
     }
     fprintf(in.stream, "\nIteration %d\tRandom ro(TE) =\t%g\tCummulative frequency for ro(TE)=%g\n",
-            stage.iteration, (*stage.random)[kTE], stage.frequency[kTE]);
+            stage.iteration, Printable((*stage.random)[kTE]), stage.frequency[kTE]);
 }
 
 void PrintPermutedX(const Stage& stage) {
@@ -185,8 +186,8 @@ void PrintPermutedX(const Stage& stage) {
     fprintf(in.stream,
             "\nIteration %d\tRandom ro(XT) =\t%g\tRandom ro(XE) =\t%g\tRandom ro(XE.T) "
             "=\t%g\tCummulative frequency for ro(XE)=%g\tCummulative frequency for ro(XE.T)=%g\n",
-            stage.iteration, random[kXT], random[kXE], random[kXE_T], stage.frequency[kXE],
-            stage.frequency[kXE_T]);
+            stage.iteration, Printable(random[kXT]), Printable(random[kXE]),
+            Printable(random[kXE_T]), stage.frequency[kXE], stage.frequency[kXE_T]);
 }
 
 void PrintPermutedP(const Stage& stage) {
@@ -218,7 +219,7 @@ void PrintPermutedP(const Stage& stage) {
             "\nIteration %d\tRandom values and cummulative frequencies for the following:\n",
             stage.iteration);
     for (const auto& line : kLines)
-        fprintf(in.stream, "%s =\t%g\t%g\n", line.name, (*stage.random)[line.statistic],
+        fprintf(in.stream, "%s =\t%g\t%g\n", line.name, Printable((*stage.random)[line.statistic]),
                 stage.frequency[line.statistic]);
 }
 
@@ -241,8 +242,9 @@ void PrintPermutedR(const Stage& stage) {
             "ro(XE.R) =\t%g\tRandom ro(TE.R) =\t%g\tRandom ro(XT.R) =\t%g\tRandom ro(XE.TR) "
             "=\t%g\tCummulative frequency for ro(RE)=%g\tCummulative frequency for "
             "ro(XE.TR)=%g\n",
-            stage.iteration, (*stage.random)[kRE], observed[kXR], observed[kTR], observed[kXE_R],
-            observed[kTE_R], observed[kXT_R], (*stage.random)[kXE_TR], stage.frequency[kRE],
+            stage.iteration, Printable((*stage.random)[kRE]), Printable(observed[kXR]),
+            Printable(observed[kTR]), Printable(observed[kXE_R]), Printable(observed[kTE_R]),
+            Printable(observed[kXT_R]), Printable((*stage.random)[kXE_TR]), stage.frequency[kRE],
             stage.frequency[kXE_TR]);
 }
 
@@ -259,7 +261,7 @@ void PrintPermutedF(const Stage& stage) {
         PrintResemblance(stage, kF);
     }
     fprintf(in.stream, "\nIteration %d\tRandom ro(FE) =\t%g\tCummulative frequency for ro(FE)=%g\n",
-            stage.iteration, (*stage.random)[kFE], stage.frequency[kFE]);
+            stage.iteration, Printable((*stage.random)[kFE]), stage.frequency[kFE]);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "TSLGLOB/shell.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 
 using std::fprintf;
@@ -16,7 +17,7 @@ constexpr const char* kTraitDataFile = "TraitData.txt";
 void PrintSiteRows(FILE* stream, const World& world, int rows, ConstMatrix<double> table) {
     for (int s = 0; s < world.answers.nSites; s++) {
         fprintf(stream, "%d\t%d\t", world.step, s + 1);
-        for (int k = 0; k < rows; k++) fprintf(stream, "%g\t", table[k][s]);
+        for (int k = 0; k < rows; k++) fprintf(stream, "%g\t", Printable(table[k][s]));
         fprintf(stream, "\n");
     }
 }

@@ -6,6 +6,7 @@
 #include "TSLGLOB/shell.h"
 #include "TSLIF/simulation/files.h"
 #include "iflibG/iflibG.h"
+#include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 #include "mxlibRes/totals.h"
 
@@ -180,7 +181,7 @@ void PrintSelection(FILE* report, const SimulationAnswers& a, const char* select
     fprintf(report, "\nTraits:       ");
     for (int t = 1; t <= a.nTraits; t++) fprintf(report, "\t%d", t);
     fprintf(report, "\nTrait weights:");
-    for (int t = 0; t < a.nTraits; t++) fprintf(report, "\t%g", static_cast<double>(weight[t]));
+    for (int t = 0; t < a.nTraits; t++) fprintf(report, "\t%g", Printable(weight[t]));
     fprintf(report, "\nEcosystem variables (and their interactions if included): ");
     for (int f = 1; f <= a.nFactors; f++) fprintf(report, "\t%d", f);
     ForEachPair(a, [report](int i, int j) { fprintf(report, "\t%dx%d ", i, j); });
@@ -192,14 +193,14 @@ void PrintSelection(FILE* report, const SimulationAnswers& a, const char* select
 void PrintStatistics(FILE* report, const Evaluation& evaluation, int from, int to) {
     for (int k = from; k < to; k++)
         fprintf(report, "%s=\t%g\tP=\t%g\n", ratedStatistics[k].label,
-                evaluation.test.*ratedStatistics[k].value,
-                evaluation.test.*ratedStatistics[k].probability);
+                Printable(evaluation.test.*ratedStatistics[k].value),
+                Printable(evaluation.test.*ratedStatistics[k].probability));
 }
 
 void PrintRates(FILE* report, const Evaluation& evaluation, int from, int to) {
     for (int k = from; k < to; k++)
         fprintf(report, "%s\tP=\t%g\n", ratedStatistics[k].label,
-                evaluation.rejections[static_cast<std::size_t>(k)]);
+                Printable(evaluation.rejections[static_cast<std::size_t>(k)]));
 }
 
 void PrintRunSettings(FILE* report, const World& world, double seconds) {
@@ -231,7 +232,7 @@ void PrintCongruenceMeasure(FILE* report) {
         fprintf(report,
                 "Factor (f) for limiting the number of predictors in PCA regression in relation to "
                 "sample size n (number of predictors = n/f): %g\n",
-                overfitFactorPCARegr);
+                Printable(overfitFactorPCARegr));
 }
 
 void PrintRatesOfAll(FILE* report, const World& world, const Evaluation& evaluation) {
