@@ -188,7 +188,7 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* w
 void ChRankAlphaBetaDivergence(int mode) {
     const DivergenceCriterion& criterion = kDivergenceCriteria[mode - 1];
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures(whichStructures));
+    ResultsFile structures = OpenStructures(whichStructures);
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
     SubsetTables<double> t(nMinCSTGroupsChRank);
     t.structures.stream = structures;
@@ -229,4 +229,5 @@ void ChRankAlphaBetaDivergence(int mode) {
         std::fprintf(results, "r(%s)=\t%g\tTraits:\t", criterion.statistic, value);
     };
     RunSearch(search);
+    structures.Finish();
 }

@@ -23,7 +23,7 @@ void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
 
 void ChRankTCAP() {
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures(whichStructures));
+    ResultsFile structures = OpenStructures(whichStructures);
     SubsetTables<float> t(0);
     t.structures.stream = structures;
     AddTable(Table::E, nenv, &t);
@@ -49,4 +49,5 @@ void ChRankTCAP() {
         std::fprintf(results, "%g\t", value);
     };
     RunSearch(search);
+    structures.Finish();
 }
