@@ -1,8 +1,8 @@
-// Preloaded into the program, this lets calls on files fail as on a bad or full disk. The library
-// of streams makes its system calls out of reach, so that the streams of the named file are made
-// here. TESSEL_FAILURE holds the call (fopen, read, write, close, fsync, rename), a part of the
-// file's name, which of these calls fails, counted from 1, and the error. The calls behind it
-// succeed; a close counts where something was written.
+// Preloaded into the program, this lets calls on files fail as on a bad or full disk. The system
+// calls of streams are out of reach, so that the streams of the named file are made here.
+// TESSEL_FAILURE holds the call (read, write, close, fsync, rename), a part of the file's name,
+// which of these calls fails, counted from 1, and the error. The calls behind it succeed; a close
+// counts where something was written.
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -18,27 +18,20 @@
 
 namespace {
 
-struct Failure {
-    char call[16] = "", name[64] = "";
-    int number = 0, error = 0, calls = 0;
+char failing[16], part[64];
+int number, error, calls;
 
-    Failure() {
-        const char* text = std::getenv("TESSEL_FAILURE");
-        if (text != nullptr) std::sscanf(text, "%15s %63s %d %d", call, name, &number, &error);
-    }
-    bool Concerns(const char* file) const {
-        return name[0] != '\0' && std::strstr(file, name) != nullptr;
-    }
-    bool Strikes(const char* made, const char* file) {
-        if (std::strcmp(made, call) != 0 || !Concerns(file) || ++calls != number) return false;
-        errno = error;
-        return true;
-    }
-};
+bool Concerns(const std::string& name) {
+    static const char* const text = std::getenv("TESSEL_FAILURE");
+    static const bool isTold = text != nullptr && std::sscanf(text, "%15s %63s %d %d", failing,
+                                                              part, &number, &error) == 4;
+    return isTold && name.find(part) != std::string::npos;
+}
 
-Failure& TheFailure() {
-    static Failure failure;
-    return failure;
+bool Fails(const char* call, const std::string& name) {
+    if (!Concerns(name) || std::strcmp(call, failing) != 0 || ++calls != number) return false;
+    errno = error;
+    return true;
 }
 
 template <class Function>
@@ -46,11 +39,11 @@ Function* Real(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
-/// A stream made here: its real one, which is never used but by its descriptor.
-struct Made {
-    FILE* real;
+struct File {
+    int descriptor;
     std::string name;
     bool isWritten = false;
+    FILE* stream = nullptr;
 };
 
 std::map<FILE*, int>& Descriptors() {
@@ -59,47 +52,45 @@ std::map<FILE*, int>& Descriptors() {
 }
 
 // A few bytes at a time, so that a failure meets the middle of a number.
-ssize_t Read(void* made, char* bytes, std::size_t size) {
-    const Made& file = *static_cast<Made*>(made);
-    if (TheFailure().Strikes("read", file.name.c_str())) return -1;
-    return read(Real<int(FILE*)>("fileno")(file.real), bytes, std::min<std::size_t>(size, 7));
+ssize_t Read(void* cookie, char* bytes, std::size_t size) {
+    const File& file = *static_cast<File*>(cookie);
+    if (Fails("read", file.name)) return -1;
+    return read(file.descriptor, bytes, std::min<std::size_t>(size, 7));
 }
 
-ssize_t Write(void* made, const char* bytes, std::size_t size) {
-    Made& file = *static_cast<Made*>(made);
+ssize_t Write(void* cookie, const char* bytes, std::size_t size) {
+    File& file = *static_cast<File*>(cookie);
     file.isWritten = true;
-    if (TheFailure().Strikes("write", file.name.c_str())) return 0;
-    return write(Real<int(FILE*)>("fileno")(file.real), bytes, size);
+    return Fails("write", file.name) ? 0 : write(file.descriptor, bytes, size);
 }
 
-int Seek(void* made, off64_t* offset, int whence) {
-    const Made& file = *static_cast<Made*>(made);
-    *offset = lseek64(Real<int(FILE*)>("fileno")(file.real), *offset, whence);
+int Seek(void* cookie, off64_t* offset, int whence) {
+    *offset = lseek64(static_cast<File*>(cookie)->descriptor, *offset, whence);
     return *offset < 0 ? -1 : 0;
 }
 
-int Close(void* made) {
-    Made* const file = static_cast<Made*>(made);
-    const bool fails = file->isWritten && TheFailure().Strikes("close", file->name.c_str());
-    const int error = errno;
-    Real<int(FILE*)>("fclose")(file->real);
+int Close(void* cookie) {
+    File* const file = static_cast<File*>(cookie);
+    close(file->descriptor);
+    const bool fails = file->isWritten && Fails("close", file->name);
+    Descriptors().erase(file->stream);
     delete file;
-    errno = error;
     return fails ? -1 : 0;
 }
 
 }  // namespace
 
 extern "C" FILE* fopen(const char* name, const char* mode) {
-    if (TheFailure().Strikes("fopen", name)) return nullptr;
-    FILE* const real = Real<FILE*(const char*, const char*)>("fopen")(name, mode);
-    if (real == nullptr || !TheFailure().Concerns(name)) return real;
-    // The cookie interface knows no mode x.
-    const std::string plain(mode, std::strcspn(mode, "x"));
-    FILE* const stream =
-        fopencookie(new Made{real, name}, plain.c_str(), {Read, Write, Seek, Close});
-    Descriptors()[stream] = Real<int(FILE*)>("fileno")(real);
-    return stream;
+    if (!Concerns(name)) return Real<FILE*(const char*, const char*)>("fopen")(name, mode);
+    const int access = *mode == 'r' ? O_RDONLY : O_WRONLY | O_CREAT;
+    const int start = *mode == 'a' ? O_APPEND : *mode == 'w' ? O_TRUNC : 0;
+    const int descriptor =
+        open(name, access | start | (std::strchr(mode, 'x') != nullptr ? O_EXCL : 0), 0644);
+    if (descriptor < 0) return nullptr;
+    File* const file = new File{descriptor, name};
+    file->stream = fopencookie(file, std::string(1, *mode).c_str(), {Read, Write, Seek, Close});
+    Descriptors()[file->stream] = descriptor;
+    return file->stream;
 }
 
 extern "C" int fileno(FILE* stream) {
@@ -107,20 +98,13 @@ extern "C" int fileno(FILE* stream) {
     return found != Descriptors().end() ? found->second : Real<int(FILE*)>("fileno")(stream);
 }
 
-extern "C" int fclose(FILE* stream) {
-    Descriptors().erase(stream);
-    return Real<int(FILE*)>("fclose")(stream);
-}
-
 extern "C" int fsync(int descriptor) {
     char name[4096] = "";
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-    if (readlink(link.c_str(), name, sizeof name - 1) > 0 && TheFailure().Strikes("fsync", name))
-        return -1;
-    return Real<int(int)>("fsync")(descriptor);
+    const bool isNamed = readlink(link.c_str(), name, sizeof name - 1) > 0;
+    return isNamed && Fails("fsync", name) ? -1 : Real<int(int)>("fsync")(descriptor);
 }
 
 extern "C" int rename(const char* from, const char* to) {
-    if (TheFailure().Strikes("rename", to)) return -1;
-    return Real<int(const char*, const char*)>("rename")(from, to);
+    return Fails("rename", to) ? -1 : Real<int(const char*, const char*)>("rename")(from, to);
 }
