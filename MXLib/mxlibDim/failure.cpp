@@ -4,11 +4,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
 ProcessEndings processEndings;
 
-void RaiseError(int code) {
-    throw RaisedError{code};
+void RaiseError(int code, std::string reason) {
+    throw RaisedError{code, std::move(reason)};
 }
 
 void EndProgram(int status) {

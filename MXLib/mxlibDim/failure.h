@@ -2,6 +2,8 @@
 /// \file
 /// Errors that end a session, and the two ways in which the process can come to rest.
 
+#include <string>
+
 /// The codes that a routine may raise. The session's catch point gives each its message, its wait
 /// and its exit status.
 enum ErrorCode : int {
@@ -15,11 +17,12 @@ enum ErrorCode : int {
 /// What RaiseError throws: caught at the catch points of the program and nowhere else.
 struct RaisedError {
     int code;
+    std::string reason;  ///< the system's, for a person; may be empty
 };
 
 /// Leaves everything up to the nearest catch point with `code`; all scope guards on the way release
 /// what they hold.
-[[noreturn]] void RaiseError(int code);
+[[noreturn]] void RaiseError(int code, std::string reason = {});
 
 /// Ends the process with `status` by std::exit. A test or a fuzz target may put another ending in
 /// its place (see ProcessEndings).

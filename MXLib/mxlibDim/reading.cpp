@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 #include <string>
 
 #include "mxlibDim/failure.h"
+#include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -24,8 +26,10 @@ void RingBell() {
     std::fputc(kBell, stdout);
 }
 
-/// Makes the prompt visible; false when the stream must not be read any more.
+/// Makes the prompt visible; false when the stream must not be read any more. Behind a read error
+/// the next read could succeed, in the middle of a number.
 bool ReadyToRead(FILE* stream) {
+    if (std::ferror(stream) != 0) return false;
     if (stream != stdin) return true;
     std::fflush(stdout);
     return !inputFinished;
@@ -42,12 +46,19 @@ int NextNonBlank(FILE* stream) {
     return c;
 }
 
+/// One fscanf, of which nothing counts when a read failed: what was read may be part of a field.
+template <class T>
+int Scan(FILE* stream, const char* format, T* destination) {
+    const int fields = std::fscanf(stream, format, destination);
+    return std::ferror(stream) == 0 ? fields : EOF;
+}
+
 /// One fscanf of one field. An integer beyond the range of int takes the range's end.
 int ReadField(FILE* stream, const char* format, void* destination) {
     if (!ReadyToRead(stream)) return EOF;
-    if (std::strcmp(format, "%d") != 0) return std::fscanf(stream, format, destination);
+    if (std::strcmp(format, "%d") != 0) return Scan(stream, format, destination);
     long long number = 0;
-    const int fields = std::fscanf(stream, "%lld", &number);
+    const int fields = Scan(stream, "%lld", &number);
     if (fields == 1) {
         if (number > INT_MAX) number = INT_MAX;
         if (number < INT_MIN) number = INT_MIN;
@@ -91,7 +102,8 @@ bool BeginsNumberWord(int c) {
 /// One real number amid text. The words for what is no finite number are matched here: fscanf may
 /// eat the character behind an n or i that begins none of them, and with it a digit.
 template <class T>
-FieldMet ReadReal(FILE* stream, const char* format, T* number) {
+FieldMet ReadReal(FILE* stream, const char* format, T* destination) {
+    T number = 0;
     int c = NextNonBlank(stream);
     const bool isNegative = c == '-';
     if (isNegative || c == '+') c = NextCharacter(stream);
@@ -99,14 +111,15 @@ FieldMet ReadReal(FILE* stream, const char* format, T* number) {
     if (BeginsNumberWord(c)) {
         double word = 0.0;
         if (!MatchesNumberWord(stream, c, &word)) return kWordSkipped;
-        *number = static_cast<T>(word);
+        number = static_cast<T>(word);
     } else {
         std::ungetc(c, stream);
         if (std::isdigit(c) == 0 && c != '.') return kNoField;
-        const int fields = std::fscanf(stream, format, number);
+        const int fields = Scan(stream, format, &number);
         if (fields != kField) return fields == EOF ? kStreamEnd : kNoField;
     }
-    if (isNegative) *number = -*number;
+    if (std::ferror(stream) != 0) return kStreamEnd;
+    *destination = isNegative ? -number : number;
     return kField;
 }
 
@@ -120,8 +133,17 @@ FieldMet ReadFieldAmidText(FILE* stream, const char* format, void* destination) 
     return fields > 0 ? kField : fields == EOF ? kStreamEnd : kNoField;
 }
 
+/// The message about an end that is none: the stream could not be read on.
+void TellReadError(FILE* stream, const char* name) {
+    if (std::ferror(stream) == 0) return;
+    const int reason = errno;
+    std::fprintf(stderr, "\ncan't read %s \n", name);
+    TellPerson(std::strerror(reason));
+}
+
 /// What freadck1 does at the end of a stream.
 int TellEnd(FILE* stream, const char* name) {
+    TellReadError(stream, name);
     EndStream(stream);
     std::fprintf(stderr, "\nEnd of file %s\n", name);
     RingBell();
@@ -137,7 +159,18 @@ bool ReadWord(FILE* stream, char* destination, int length) {
         if (stored < length) destination[stored++] = static_cast<char>(c);
     if (c != EOF) std::ungetc(c, stream);
     destination[stored] = '\0';
-    return true;
+    return std::ferror(stream) == 0;
+}
+
+/// Leaves a stream at its beginning behind the mark that some editors put before UTF-8 text.
+void SkipByteOrderMark(FILE* stream) {
+    const int first = std::fgetc(stream);
+    if (first != 0xEF) {
+        if (first != EOF) std::ungetc(first, stream);
+        return;
+    }
+    if (std::fgetc(stream) == 0xBB && std::fgetc(stream) == 0xBF) return;
+    std::fseek(stream, 0, SEEK_SET);  // keeps the sign of a read error, unlike rewind
 }
 
 bool EndsField(int c, bool tabEndsField) {
@@ -158,6 +191,7 @@ void ReadLineField(FILE* stream, int n, char* destination, const char* name, boo
         if (c == EOF || EndsField(c, tabEndsField)) break;
         destination[stored++] = c == '\t' ? ' ' : static_cast<char>(c);
     }
+    if (std::ferror(stream) != 0) FailAtEnd(stream, name);
     destination[stored] = '\0';
 }
 
@@ -175,19 +209,29 @@ bool IsListed(const char* accepted, double number) {
 }  // namespace
 
 void TellUnopened(const char* name, const char* prefix) {
+    const int reason = errno;
     std::fprintf(stderr, "\ncan't open %s%s \n", prefix != nullptr ? prefix : "", name);
+    TellPerson(std::strerror(reason));
     RingBell();
+}
+
+FILE* OpenToRead(const char* name, const char* mode) {
+    struct stat status;
+    // Looked at before it is opened: the opening of a pipe waits for whoever writes into it.
+    if (stat(name, &status) != 0) return nullptr;
+    if (!S_ISREG(status.st_mode)) {
+        errno = S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP;
+        return nullptr;
+    }
+    FILE* const stream = std::fopen(name, mode);
+    if (stream != nullptr) SkipByteOrderMark(stream);
+    return stream;
 }
 
 FILE* fopenck(const char* name, const char* prefix, const char* mode) {
     const std::string fullName = std::string(prefix != nullptr ? prefix : "") + name;
-    FILE* stream = std::fopen(fullName.c_str(), mode);
-    struct stat status;
-    // A folder opens for reading like a file, and only the first read fails.
-    if (stream != nullptr && fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) {
-        std::fclose(stream);
-        stream = nullptr;
-    }
+    FILE* const stream =
+        *mode == 'r' ? OpenToRead(fullName.c_str(), mode) : std::fopen(fullName.c_str(), mode);
     if (stream == nullptr) TellUnopened(name, prefix);
     return stream;
 }
@@ -208,6 +252,7 @@ void EndStream(FILE* stream) {
 }
 
 void FailAtEnd(FILE* stream, const char* name) {
+    TellReadError(stream, name);
     EndStream(stream);
     std::fprintf(stderr, "\nfile %s ", name);
     RingBell();
@@ -248,6 +293,7 @@ int ScanChar(FILE* stream, const char* accepted, const char* name) {
     for (;;) {
         int c = NextCharacter(stream);
         if (c == EOF) {
+            TellReadError(stream, name);
             EndStream(stream);
             std::fprintf(stderr, "\nfile %s ", name);
             RaiseError(kEndOfFile);

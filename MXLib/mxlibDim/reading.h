@@ -7,16 +7,24 @@
 /// standard input is never closed: it is marked as finished, and no routine here reads a finished
 /// stream again; each behaves at once as at the end of the stream. Before the standard input is
 /// read, standard output is flushed so that the prompt shows.
+///
+/// A read that fails is told ("\ncan't read %s \n" on standard error, before all else) and then
+/// acts as the end of the stream; what stands before it and may be part of a field is dropped.
 
 #include <cstdio>
 
-/// Opens `prefix` (may be null) followed by `name`. On failure, which a folder in the place of a
-/// file is too, prints "\ncan't open %s \n" with the full name on standard error, writes the bell
-/// to standard output and returns null. Raises nothing.
+/// Opens `prefix` (may be null) followed by `name`, for reading (mode r or r+) by OpenToRead. On
+/// failure prints "\ncan't open %s \n" with the full name on standard error, for a person the
+/// system's reason, writes the bell to standard output and returns null. Raises nothing.
 FILE* fopenck(const char* name, const char* prefix, const char* mode);
 
-/// The message of fopenck about a file that does not open, and the bell.
+/// The message of fopenck about a file that does not open, with the reason in errno, and the bell.
 void TellUnopened(const char* name, const char* prefix);
+
+/// Opens a file for reading, behind the byte order mark if it begins with one. Null, with errno,
+/// when it does not open or is no file on a disk: a device or a pipe may never end, and a folder
+/// opens and only then fails. Tells nothing.
+FILE* OpenToRead(const char* name, const char* mode);
 
 /// Marks the standard input as ended or readable again (a harness that puts another stream in its
 /// place calls it with false), and tells.

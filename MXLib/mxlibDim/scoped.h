@@ -1,10 +1,9 @@
 #pragma once
 /// \file
-/// Scope guards over dim*, free* and files: what a routine acquires for itself is released on every
+/// Scope guards over dim* and free*: what a routine acquires for itself is released on every
 /// way out of it, errors included. A guard converts to the pointer that the routines take, and
 /// can be moved, so that a routine may return a record of guards.
 
-#include <cstdio>
 #include <utility>
 
 #include "mxlibDim/dim.h"
@@ -64,19 +63,4 @@ class ScopedCube {
     int d1_;
     int d2_;
     T*** data_;
-};
-
-/// An open file, closed at the end of the scope. Holds null when the opening failed.
-class ScopedFile {
-  public:
-    explicit ScopedFile(FILE* stream) : stream_(stream) {}
-    ~ScopedFile() {
-        if (stream_ != nullptr) std::fclose(stream_);
-    }
-    ScopedFile(const ScopedFile&) = delete;
-    ScopedFile& operator=(const ScopedFile&) = delete;
-    operator FILE*() const { return stream_; }
-
-  private:
-    FILE* stream_;
 };

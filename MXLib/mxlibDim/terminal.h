@@ -6,5 +6,8 @@
 /// whose errors go to a file or a pipe keep their bytes.
 bool SpeaksToPerson();
 
+/// A line on standard error, for a person alone.
+void TellPerson(const char* line);
+
 /// Answers in the place of the terminal, for tests; null means the real thing.
 extern bool (*personHook)();

@@ -189,7 +189,7 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* w
 void ChRankAlphaBetaDivergence(int mode) {
     const DivergenceCriterion& criterion = kDivergenceCriteria[mode - 1];
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures(whichStructures));
+    ResultsFile structures = OpenStructures(whichStructures);
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
     SubsetTables<double> t(nMinCSTGroupsChRank);
     t.structures.stream = structures;
@@ -230,4 +230,5 @@ void ChRankAlphaBetaDivergence(int mode) {
         std::fprintf(results, "r(%s)=\t%g\tTraits:\t", criterion.statistic, Printable(value));
     };
     RunSearch(search);
+    structures.Finish();
 }

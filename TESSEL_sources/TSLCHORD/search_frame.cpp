@@ -12,8 +12,7 @@
 #include "TSLGLOB/settings.h"
 #include "iflibG/iflibG.h"
 #include "mxlib/random_lists.h"
-#include "mxlibDim/failure.h"
-#include "mxlibDim/reading.h"
+#include "mxlibDim/replacement.h"
 #include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 
@@ -89,7 +88,8 @@ void RateWaiting(const SubsetSearch& search, FILE* results, Walk* walk, SearchOu
         TakeRating(search, walk->subsets[lane], lane, values[lane], results, outcome);
 }
 
-void PrintSizeLine(FILE* results, const SubsetSearch& search, int size, const KeptSubsets& best) {
+void PrintSizeLine(ResultsFile& results, const SubsetSearch& search, int size,
+                   const KeptSubsets& best) {
     const double value = best.value[size - 1];
     std::fprintf(results, "%s with %d traits: \t", search.sizeLine, size);
     PrintValue(results, value);
@@ -99,10 +99,10 @@ void PrintSizeLine(FILE* results, const SubsetSearch& search, int size, const Ke
     else
         PrintKeptLabels(results, best, size - 1);
     std::fprintf(results, "\n");
-    std::fflush(results);
+    results.Flush();
 }
 
-void SearchSize(const SubsetSearch& search, int size, FILE* results, Walk* walk,
+void SearchSize(const SubsetSearch& search, int size, ResultsFile& results, Walk* walk,
                 SearchOutcome* outcome) {
     const int subsets = static_cast<int>(CountSubsets(nch, size));
     for (int c = 0; c < subsets; c++) {
@@ -152,8 +152,7 @@ void PrintBestOfEachSize(FILE* results, const SubsetSearch& search, const KeptSu
 SearchOutcome::SearchOutcome() : best(nch) {}
 
 void RunSearch(const SubsetSearch& search) {
-    const ScopedFile results(fopenck(whichChorder, volumeName, "w"));
-    if (results == nullptr) RaiseError(kFailedOpening);
+    ResultsFile results(whichChorder, volumeName);
     for (const HeaderLine line : search.header) line(results);
     SearchOutcome outcome;
     Walk walk;
@@ -165,6 +164,7 @@ void RunSearch(const SubsetSearch& search) {
     const auto printClosing =
         search.printClosing != nullptr ? search.printClosing : PrintClosingTables;
     printClosing(results, search, outcome);
+    results.Finish();
 }
 
 void PrintClosingTables(FILE* results, const SubsetSearch& search, const SearchOutcome& outcome) {

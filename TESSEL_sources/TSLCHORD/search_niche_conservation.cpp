@@ -122,7 +122,7 @@ void PrintWholeList(FILE* results, const char* heading, const RankedList& list) 
 
 /// Written over the head of the file: readers of the file take the summary from its top.
 void OverwriteHead(FILE* results, const KeptSubsets& best) {
-    std::rewind(results);
+    std::fseek(results, 0, SEEK_SET);  // rewind would forget a failed output
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++) {
         PrintKeptLabels(results, best, size - 1);
         std::fprintf(results, "\n");
@@ -164,7 +164,7 @@ void TakeTables(SubsetTables<float>* t) {
 
 void ChRank_Phylogeny_x_Trait_Assembly() {
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures(whichStructures));
+    ResultsFile structures = OpenStructures(whichStructures);
     SubsetTables<float> t(nMinCSTGroupsChRank);
     t.structures.stream = structures;
     TakeTables(&t);
@@ -206,4 +206,5 @@ void ChRank_Phylogeny_x_Trait_Assembly() {
         PrintSizesOfTypes(results, t.K);
     };
     RunSearch(search);
+    structures.Finish();
 }

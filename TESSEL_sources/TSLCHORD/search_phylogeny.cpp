@@ -111,7 +111,7 @@ double ValueOf(const PhylogenyRating& rating) {
 
 void ChRankPhylogenyAssembly() {
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures("IntermediateRankResults.txt"));
+    ResultsFile structures = OpenStructures("IntermediateRankResults.txt");
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
     SubsetTables<double> t(nMinCSTGroupsChRank);
     t.structures.stream = structures;
@@ -150,4 +150,5 @@ void ChRankPhylogenyAssembly() {
         std::fprintf(results, "Traits:\t");
     };
     RunSearch(search);
+    structures.Finish();
 }

@@ -24,7 +24,7 @@ void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
 
 void ChRankTCAP() {
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures(whichStructures));
+    ResultsFile structures = OpenStructures(whichStructures);
     SubsetTables<float> t(0);
     t.structures.stream = structures;
     AddTable(Table::E, nenv, &t);
@@ -50,4 +50,5 @@ void ChRankTCAP() {
         std::fprintf(results, "%g\t", Printable(value));
     };
     RunSearch(search);
+    structures.Finish();
 }

@@ -41,7 +41,7 @@ void PrintRating(FILE* results, const DivergenceRating& rating) {
 
 void ChRankTDAP_TCAP() {
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures(whichStructures));
+    ResultsFile structures = OpenStructures(whichStructures);
     SubsetTables<float> t(nMinCSTGroupsChRank);
     t.structures = {structures, &kGroupTexts};
     AddTable(Table::E, nenv, &t);
@@ -69,11 +69,12 @@ void ChRankTDAP_TCAP() {
     };
     search.printRating = [](FILE* results, int, double value) { PrintValue(results, value); };
     RunSearch(search);
+    structures.Finish();
 }
 
 void ChRankTDAP() {
     time0 = std::time(nullptr);
-    const ScopedFile structures(OpenStructures(whichStructures));
+    ResultsFile structures = OpenStructures(whichStructures);
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
     SubsetTables<double> t(nMinCSTGroupsChRank);
     t.structures.stream = structures;
@@ -112,4 +113,5 @@ void ChRankTDAP() {
         PrintRating(results, divergence.ratings[static_cast<size_t>(lane)]);
     };
     RunSearch(search);
+    structures.Finish();
 }

@@ -7,8 +7,6 @@
 #include "TSLRESE/scaling_up_report.h"
 #include "mxLinearModels/mxLinearModels.h"
 #include "mxlib/belonging.h"
-#include "mxlibDim/failure.h"
-#include "mxlibDim/reading.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibOut/mxlibOut.h"
 #include "mxlibRes/products.h"
@@ -59,11 +57,8 @@ const StructureTexts kTypeTexts = {
     "Resemblance matrix between communities based on composition of types (matrix X):\n",
     true};
 
-FILE* OpenStructures(const char* name) {
-    if (saveStruct != 'y') return nullptr;
-    FILE* stream = fopenck(name, volumeName, "w");
-    if (stream == nullptr) RaiseError(kFailedOpening);
-    return stream;
+ResultsFile OpenStructures(const char* name) {
+    return saveStruct == 'y' ? ResultsFile(name, volumeName) : ResultsFile();
 }
 
 void PrintSiteResemblance(FILE* stream, Matrix<double> DE) {

@@ -7,6 +7,7 @@
 
 #include "TSLCHORD/ranked_list.h"
 #include "mxlibDim/dim.h"
+#include "mxlibDim/replacement.h"
 
 /// Wording of the tables of types.
 struct StructureTexts {
@@ -25,8 +26,8 @@ struct StructuresFile {
     const StructureTexts* texts = &kTypeTexts;
 };
 
-/// Opens the file in the session's folder if the user wants it, else null.
-FILE* OpenStructures(const char* name);
+/// Opens the file in the session's folder if the user wants it, else null. The search finishes it.
+ResultsFile OpenStructures(const char* name);
 
 // What stands for all subsets
 void PrintSiteResemblance(FILE* stream, Matrix<double> DE);

@@ -3,9 +3,11 @@
 #include <cctype>
 #include <cstdio>
 #include <new>
+#include <utility>
 
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/terminal.h"
 
 namespace {
 
@@ -46,15 +48,16 @@ void WaitFor(bool (*endsWait)(int c)) {
     }
 }
 
-void ActOnError(int code) {
-    if (code == kBackToMainMenu) {
+void ActOnError(const RaisedError& error) {
+    if (error.code == kBackToMainMenu) {
         std::fputs(kBell, stderr);
         Wait();
         return;
     }
     for (const ErrorEnding& ending : kErrorEndings)
-        if (ending.code == code) {
+        if (ending.code == error.code) {
             std::fprintf(stderr, "%s\nQuit and restart TESSEL.\n%s", ending.message, kBell);
+            if (!error.reason.empty()) TellPerson(error.reason.c_str());
             WaitFor(ending.endsWait);
         }
     EndProgram(1);
@@ -63,15 +66,15 @@ void ActOnError(int code) {
 }  // namespace
 
 void RunWithCatchPoint(void (*body)()) {
-    int code = 0;
+    RaisedError error = {};
     try {
         body();
         return;
-    } catch (const RaisedError& error) {
-        code = error.code;
+    } catch (RaisedError& raised) {
+        error = std::move(raised);
     } catch (const std::bad_alloc&) {
-        code = kOutOfMemory;
+        error.code = kOutOfMemory;
     }
     // Outside the handler, so that what the waits throw in a test is no exception within one.
-    ActOnError(code);
+    ActOnError(error);
 }

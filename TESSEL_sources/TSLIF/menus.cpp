@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "TSLCHORD/ranking.h"
 #include "TSLGLOB/session_files.h"
@@ -98,8 +99,9 @@ bool ReadDataFileOfSession() {
     if (trackFp == nullptr) RaiseError(kFailedOpening);
     static_assert(kFileNameLength == 47);
     const int fields = std::fscanf(trackFp, "%47s", whichFormda);
-    std::fclose(trackFp);
-    trackFp = nullptr;
+    FILE* const track = std::exchange(trackFp, nullptr);
+    if (std::ferror(track) != 0) FailAtEnd(track, whichTrack);
+    std::fclose(track);
     return fields != EOF;
 }
 

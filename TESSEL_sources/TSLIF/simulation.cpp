@@ -55,32 +55,43 @@ double ProcessorSeconds() {
     return difftime_Clock(static_cast<double>(std::clock() - time0) / CLOCKS_PER_SEC);
 }
 
+/// The files that are open for longer than a block. Those of the steps belong to a run of a single
+/// data set.
+struct RunFiles {
+    std::optional<ResultsFile> traits;
+    std::optional<StepFiles> steps;
+    std::optional<ResultsFile> report;
+};
+
 /// Standardises what came from files and writes the heads of all files.
-void StartFiles(World& world, std::optional<StepFiles>* files) {
+void StartFiles(World& world, RunFiles& files) {
     const SimulationAnswers& a = world.answers;
-    if (a.savesSteps) WriteTraitsAsRead(world);
+    if (a.savesSteps) PrintTraitsAsRead(files.traits.emplace(kTraitDataFile), world);
     PrepareTraits(world);
     if (a.savesSteps) {
-        if (!a.traits.fromCorrelations) AppendStandardizedTraits(world);
-        PrintStepHeadings(files->emplace(), world);
+        if (!a.traits.fromCorrelations) FinishTraitData(*files.traits, world);
+        PrintStepHeadings(files.steps.emplace(), world);
     }
-    WriteSpecification(world);
+    PrintSpecification(files.report.emplace("FinalSimulatedData.txt"), world);
     PrepareEnvironment(world);
 }
 
 /// One data set: communities, files, test.
-void SimulateDataSet(World& world, const StepFiles* files, Evaluation* evaluation, bool reports) {
+void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool reports) {
+    const SimulationAnswers& a = world.answers;
     RenewTraits(world);
-    if (files != nullptr && world.answers.traits.fromCorrelations) AppendStandardizedTraits(world);
+    if (files.traits && a.traits.fromCorrelations) FinishTraitData(*files.traits, world);
     RenewSites(world);
-    AssembleCommunities(world, files);
-    if (files != nullptr) TellStepFiles();
-    if (reports) AppendDataSet(world);
-    if (world.answers.nDataSets <= kDataSetsWithRawFiles) WriteRawFiles(world);
-    WriteOTUNumbers(world);
-    if (evaluation == nullptr) return;
-    EvaluateDataSet(world, evaluation);
-    if (reports) AppendTest(world, *evaluation);
+    AssembleCommunities(world, files.steps ? &*files.steps : nullptr);
+    if (files.steps) FinishStepFiles(*files.steps);
+    if (reports) PrintDataSet(*files.report, world);
+    if (a.nDataSets <= kDataSetsWithRawFiles) WriteRawFiles(world);
+    if (world.dataSet == 1) WriteOTUNumbers(world);  // the same for all
+    if (evaluation != nullptr) {
+        EvaluateDataSet(world, evaluation);
+        if (reports) PrintTest(*files.report, world, *evaluation);
+    }
+    files.report->Flush();
 }
 
 void Simulate(SimulationAnswers* answers) {
@@ -90,21 +101,22 @@ void Simulate(SimulationAnswers* answers) {
         std::fprintf(out, "\nNo trait responds to the ecosystem: all response parameters are 0.\n");
         return;
     }
-    std::optional<StepFiles> files;
-    StartFiles(world, &files);
+    RunFiles files;
+    StartFiles(world, files);
     std::optional<Evaluation> evaluation;
     if (answers->evaluates) evaluation.emplace(world);
     const bool reports = !answers->evaluates || printDetail;
     time0 = std::clock();
     while (world.dataSet < answers->nDataSets) {
         world.dataSet++;
-        SimulateDataSet(world, files ? &*files : nullptr, evaluation ? &*evaluation : nullptr,
-                        reports);
+        SimulateDataSet(world, files, evaluation ? &*evaluation : nullptr, reports);
     }
-    if (!answers->evaluates) return;
-    const double seconds = ProcessorSeconds();
-    ToRates(world, &*evaluation);
-    AppendRates(world, *evaluation, seconds, reports);
+    if (evaluation) {
+        const double seconds = ProcessorSeconds();
+        ToRates(world, &*evaluation);
+        PrintFinalRates(*files.report, world, *evaluation, seconds, reports);
+    }
+    files.report->Finish();
 }
 
 }  // namespace

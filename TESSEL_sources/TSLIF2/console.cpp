@@ -1,5 +1,8 @@
 #include "TSLIF2/console.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -157,9 +160,10 @@ int ReadLongInput(int n, int width, char** labels, const char* label) {
 void GetPrindaMode(const char* reportName) {
     const std::string fullName = std::string(volumeName) + reportName;
     std::strcpy(prindaMode, "w");
-    FILE* previous = std::fopen(fullName.c_str(), "r");
-    if (previous == nullptr) return;
-    std::fclose(previous);
+    // Nothing is read: a pipe of this name need not have a writer.
+    const int previous = open(fullName.c_str(), O_RDONLY | O_NONBLOCK);
+    if (previous < 0) return;
+    close(previous);
     std::fprintf(out, "\nThis session has a previous %s file.\n", reportName);
     std::fprintf(out,
                  "Options:\n"

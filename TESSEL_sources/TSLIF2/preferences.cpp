@@ -99,7 +99,9 @@ struct FieldWriter {
 
 bool IsOfThisVersion(FILE* stream) {
     char word[32] = "";
-    return std::fscanf(stream, "%31s", word) == 1 && std::strcmp(word, versionPref) == 0;
+    const int fields = std::fscanf(stream, "%31s", word);
+    if (std::ferror(stream) != 0) FailAtEnd(stream, TESSELPrefsName);
+    return fields == 1 && std::strcmp(word, versionPref) == 0;
 }
 
 void AskOutputFiles() {
@@ -169,7 +171,7 @@ constexpr LetterMenu kScreen = {
 }  // namespace
 
 void ReadPreferences() {
-    FILE* const stream = std::fopen(TESSELPrefsName, "r");
+    FILE* const stream = OpenToRead(TESSELPrefsName, "r");
     if (stream == nullptr) return;
     WithStream(stream, [stream] {
         if (!IsOfThisVersion(stream)) return;
@@ -183,7 +185,7 @@ void WritePreferences() {
     std::fprintf(file, "%s\n", versionPref);
     for (const Field& field : kFields) std::visit(FieldWriter{file}, field);
     TimeStamp(file);
-    if (!file.Commit()) RaiseError(kFailedOutput);
+    file.Finish();
 }
 
 void SetPreferences() {

@@ -14,11 +14,10 @@
 
 namespace {
 
-/// Bytes between the position in the file and its end. A pipe tells no size.
+/// Bytes between the position in the file and its end.
 long long BytesLeft(const DataFile& file) {
-    constexpr long long kUntold = 64LL << 20;
-    struct stat status;
-    if (fstat(fileno(file.stream), &status) != 0 || !S_ISREG(status.st_mode)) return kUntold;
+    struct stat status = {};
+    fstat(fileno(file.stream), &status);
     return std::max<long long>(status.st_size - ftello(file.stream), 0);
 }
 

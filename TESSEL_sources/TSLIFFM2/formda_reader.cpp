@@ -158,6 +158,7 @@ void ReadPhylogeny(const DataFile& file) {
     hasPhylogeny = 0;
     long long flag = 0;
     if (std::fscanf(file.stream, "%lld", &flag) == 1) hasPhylogeny = flag != 0;
+    if (std::ferror(file.stream) != 0) FailAtEnd(file.stream, file.name);
     if (hasPhylogeny == 0) return;
     phylogenyMatrixType = ReadInt(file);
     const bool isInFile =

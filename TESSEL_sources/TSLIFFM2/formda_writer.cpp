@@ -1,4 +1,3 @@
-#include <cstdarg>
 #include <cstdio>
 
 #include "TSLGLOB/dataset.h"
@@ -15,52 +14,43 @@ namespace {
 
 constexpr int kDigits = 6;
 
-/// A field whose failure ends the writing at once; that of the others comes to light at the end.
-__attribute__((format(printf, 2, 3))) void Put(FILE* stream, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const int written = std::vfprintf(stream, format, arguments);
-    va_end(arguments);
-    if (written < 0) RaiseError(kFailedOutput);
-}
-
 void EndLine(FILE* stream) {
     std::fputc('\n', stream);
 }
 
 void PutWords(FILE* stream, const char* const* words, int n) {
-    for (int i = 0; i < n; i++) Put(stream, "%s\t", words[i]);
-    Put(stream, "\n");
+    for (int i = 0; i < n; i++) std::fprintf(stream, "%s\t", words[i]);
+    std::fprintf(stream, "\n");
 }
 
 void PutZeros(FILE* stream, int n) {
-    for (int i = 0; i < n; i++) Put(stream, "0\t");
-    Put(stream, "\n");
+    for (int i = 0; i < n; i++) std::fprintf(stream, "0\t");
+    std::fprintf(stream, "\n");
 }
 
 void PutMap(FILE* stream, const char* const* map, int rows, int cols) {
     for (int i = 0; i < rows; i++) {
-        for (int j = 0; j < cols; j++) Put(stream, "%c", map[i][j] == '1' ? '1' : '0');
-        Put(stream, "\n");
+        for (int j = 0; j < cols; j++) std::fprintf(stream, "%c", map[i][j] == '1' ? '1' : '0');
+        std::fprintf(stream, "\n");
     }
 }
 
 /// Everything before the matrices. Ranges, numbers of OTUs and cover codes are always zeros.
 void WriteHead(FILE* stream, int nOTUs, const char* title) {
-    Put(stream, "%s \n", title);
-    Put(stream, "%d \n", nch);
+    std::fprintf(stream, "%s \n", title);
+    std::fprintf(stream, "%d \n", nch);
     PutWords(stream, chLabel, nch);
-    for (int i = 0; i < nch; i++) Put(stream, "%2d\t", chtype[i]);
-    Put(stream, "\n");
+    for (int i = 0; i < nch; i++) std::fprintf(stream, "%2d\t", chtype[i]);
+    std::fprintf(stream, "\n");
     PutZeros(stream, nch);
-    for (int i = 0; i < nch; i++) Put(stream, "%2d\t", onsta[i]);
-    Put(stream, "\n");
-    Put(stream, "%d \n", ncsm);
+    for (int i = 0; i < nch; i++) std::fprintf(stream, "%2d\t", onsta[i]);
+    std::fprintf(stream, "\n");
+    std::fprintf(stream, "%d \n", ncsm);
     PutWords(stream, reLabel, ncsm);
-    Put(stream, "%d \n", nOTUs);
+    std::fprintf(stream, "%d \n", nOTUs);
     PutZeros(stream, ncsm);
     PutZeros(stream, kCaCodes);
-    Put(stream, "\n%s \n", kFormdaVersion);
+    std::fprintf(stream, "\n%s \n", kFormdaVersion);
 }
 
 void WriteQuantities(FILE* stream, int nOTUs, const float* const* B, const float* const* W) {
@@ -71,24 +61,24 @@ void WriteQuantities(FILE* stream, int nOTUs, const float* const* B, const float
 }
 
 void WriteEnvironment(FILE* stream) {
-    Put(stream, "%d \n", nenv);
+    std::fprintf(stream, "%d \n", nenv);
     if (nenv <= 0) return;
-    Put(stream, "%s \n%d \n", kEnvVersion, optEnvVarType);
-    for (int j = 0; j < nenv; j++) Put(stream, "%d\t", envVarType[j]);
-    Put(stream, "\n");
+    std::fprintf(stream, "%s \n%d \n", kEnvVersion, optEnvVarType);
+    for (int j = 0; j < nenv; j++) std::fprintf(stream, "%d\t", envVarType[j]);
+    std::fprintf(stream, "\n");
     PutWords(stream, envLabel, nenv);
-    Put(stream, "%s \n", envName);
+    std::fprintf(stream, "%s \n", envName);
     for (int j = 0; j < nenv; j++) {
-        for (int k = 0; k < ncsm; k++) Put(stream, "%6g\t", Printable(env[k][j]));
-        Put(stream, "\n");
+        for (int k = 0; k < ncsm; k++) std::fprintf(stream, "%6g\t", Printable(env[k][j]));
+        std::fprintf(stream, "\n");
     }
 }
 
 void WriteSpecies(FILE* stream, int nOTUs) {
-    Put(stream, "%d \n", nSpp);
+    std::fprintf(stream, "%d \n", nSpp);
     if (nSpp <= 0) return;
-    Put(stream, "%s \n", whichSpp);
-    for (int i = 0; i < nSpp; i++) Put(stream, "%-s\n", spp[i]);
+    std::fprintf(stream, "%s \n", whichSpp);
+    for (int i = 0; i < nSpp; i++) std::fprintf(stream, "%-s\n", spp[i]);
     PutMap(stream, sppRelMap, nSpp, ncsm);
     PutMap(stream, cstSppMap, nOTUs, nSpp);
 }
@@ -98,7 +88,8 @@ void WritePhylogenyMatrix(FILE* stream, int nOTUs) {
     const int known = phylogenyRese != nullptr ? phylogenyOTUs : 0;
     for (int i = 0; i < nOTUs; i++) {
         for (int j = 0; j < nOTUs; j++)
-            Put(stream, "%g\t", i < known && j < known ? Printable(phylogenyRese[i][j]) : 0.0);
+            std::fprintf(stream, "%g\t",
+                         i < known && j < known ? Printable(phylogenyRese[i][j]) : 0.0);
         EndLine(stream);
     }
 }
@@ -117,8 +108,8 @@ void WritePhylogenyData(FILE* stream, int nOTUs) {
 }
 
 void WritePhylogeny(FILE* stream, int nOTUs) {
-    Put(stream, "%d\n", hasPhylogeny);
-    if (hasPhylogeny != 0) Put(stream, "%d\n", phylogenyMatrixType);
+    std::fprintf(stream, "%d\n", hasPhylogeny);
+    if (hasPhylogeny != 0) std::fprintf(stream, "%d\n", phylogenyMatrixType);
     if (hasPhylogeny == 0) return;
     switch (phylogenyMatrixType) {
         case kPhylogenySimilarities:
@@ -136,7 +127,7 @@ void WritePhylogeny(FILE* stream, int nOTUs) {
 void WriteTraitGroups(FILE* stream) {
     std::fprintf(stream, "%d\n", hasTraitGroups);
     if (hasTraitGroups == 0) return;
-    for (int i = 0; i < nch; i++) Put(stream, "%d\t", traitGroups[i]);
+    for (int i = 0; i < nch; i++) std::fprintf(stream, "%d\t", traitGroups[i]);
     EndLine(stream);
 }
 
@@ -150,9 +141,9 @@ void WriteFormda(int nOTUs, const char* name, const char* title, const float* co
     WriteQuantities(file, nOTUs, B, W);
     WriteEnvironment(file);
     WriteSpecies(file, nOTUs);
-    Put(file, "%s %d\n", kWindowMarker, SMWSize);
+    std::fprintf(file, "%s %d\n", kWindowMarker, SMWSize);
     WritePhylogeny(file, nOTUs);
     WriteTraitGroups(file);
     TimeStamp(file);
-    if (!file.Commit()) RaiseError(kFailedOutput);
+    file.Finish();
 }

@@ -1,5 +1,6 @@
 #include "TSLIFFM2/track.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -10,6 +11,7 @@
 #include "TSLIFFM2/data_fields.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
 #include "mxlibDim/with_stream.h"
 
@@ -173,9 +175,10 @@ void SelectPartitions() {
 
 /// A file of two lines ends here. No such number is ever written: in a whole record a word follows,
 /// which stays where it is.
-bool EndsAfterVersion(FILE* stream) {
+bool EndsAfterVersion(const DataFile& file) {
     long long number = 0;
-    const int fields = std::fscanf(stream, "%lld", &number);
+    const int fields = std::fscanf(file.stream, "%lld", &number);
+    if (std::ferror(file.stream) != 0) FailAtEnd(file.stream, file.name);
     if (fields == 1) envVecTrOpt = TruncateToInt(static_cast<double>(number));
     return fields == EOF;
 }
@@ -191,7 +194,7 @@ void ReadRecord(const DataFile& file) {
                      "\n\aFormda file is compatible, but other files of the session ",
                      "are not compatible with this program version.                               "
                      "                      ");
-    if (EndsAfterVersion(file.stream) || isOtherVersion) return;
+    if (EndsAfterVersion(file) || isOtherVersion) return;
     Walk(reader);
     SelectPartitions();
 }
@@ -216,7 +219,10 @@ void WriteTrack(char full) {
     std::fprintf(file, "%s\n%s\n", whichFormda, versionTrack);
     if (full != 0) Walk(Writer{file});
     // The session goes on with what it has in memory.
-    if (!file.Commit()) std::fprintf(stderr, "\ncan't write %s%s \n\a", volumeName, whichTrack);
+    if (file.Commit()) return;
+    const int reason = errno;
+    std::fprintf(stderr, "\ncan't write %s%s \n\a", volumeName, whichTrack);
+    TellPerson(std::strerror(reason));
 }
 
 int ReadTrack() {

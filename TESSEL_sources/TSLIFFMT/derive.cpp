@@ -13,6 +13,7 @@
 #include "TSLIFFMT/dialogue_data.h"
 #include "iflibG/iflibG.h"
 #include "mxlibDim/failure.h"
+#include "mxlibDim/reading.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -34,10 +35,11 @@ class NameInPlace {
 };
 
 bool HoldsAnything(const char* name) {
-    FILE* const file = std::fopen(name, "r");
+    FILE* const file = OpenToRead(name, "r");
     if (file == nullptr) return false;
     char c = 0;
-    const bool holds = std::fscanf(file, " %c", &c) == 1;
+    // What cannot be read is left to the reader of the record, which says so.
+    const bool holds = std::fscanf(file, " %c", &c) == 1 || std::ferror(file) != 0;
     std::fclose(file);
     return holds;
 }

@@ -8,7 +8,7 @@
 #include "mxlib/perm_test.h"
 #include "mxlib/random_lists.h"
 #include "mxlibDim/failure.h"
-#include "mxlibDim/reading.h"
+#include "mxlibDim/replacement.h"
 
 namespace {
 
@@ -66,12 +66,17 @@ PermTest_FunctionalPhyl_Correl_Input TestRecord(ScalingUpMatrices& m, FILE* stre
 }
 
 /// The test on the matrices, its statistics in the report.
-void TestPatterns(ScalingUpMatrices& m, FILE* report) {
-    const ScopedFile tables(fopenck(whichRndData, volumeName, "w"));
-    if (tables == nullptr) EndProgram(1);  // the end of the process closes the report
+void TestPatterns(ScalingUpMatrices& m, FileReplacement& report) {
+    FileReplacement tables(whichRndData, volumeName);
+    if (tables == nullptr) {
+        if (report.IsNew())
+            report.Finish();  // there is no better one, and it tells how far it came
+        EndProgram(1);
+    }
     time0 = std::time(nullptr);
     PermTest_FunctionalPhyl_Correl_Input test = TestRecord(m, tables);
     PermTest_FunctionalPhyl_Correl(&test);
+    tables.Finish();
     PrintStatistics(report, m, test);
     PrintTestClosing(report);
 }
@@ -110,8 +115,9 @@ void PFTs_ScalingUp() {
     CompareSites(m);
     InitRndNumberGenerator(rseed);
     CopyDataSet(m);
-    const ScopedFile report(fopenck(whichPrinda, volumeName, prindaMode));
-    if (report == nullptr) RaiseError(kFailedOpening);
+    const bool continues = prindaMode[0] == 'a';
+    ResultsFile report(whichPrinda, volumeName,
+                       continues ? ResultsFile::Start::kOldContent : ResultsFile::Start::kEmpty);
     PrintHead(report, m);
     if (ScaleUpToTypes(m, report)) {
         PoolIntoTypes(m);
@@ -122,4 +128,5 @@ void PFTs_ScalingUp() {
         PrintDiversity(report, m);
     }
     std::fprintf(report, "\n");
+    report.Finish();
 }

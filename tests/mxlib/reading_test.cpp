@@ -1,6 +1,7 @@
 #include "mxlibDim/reading.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cmath>
 #include <string>
@@ -39,6 +40,33 @@ TEST(Opening, MissingFilesAndFoldersAreReportedWithTheirFullName) {
     });
     EXPECT_EQ(run.err, "\ncan't open " + prefix + "absent \n\ncan't open " + prefix + ". \n");
     EXPECT_EQ(run.out, "\a\a");
+}
+
+// A pipe without a writer and a device without an end kept the program for ever.
+TEST(Opening, OnlyFilesOnADiskAreReadAndDevicesAreStillWritten) {
+    const TempFolder folder;
+    ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
+    for (const std::string& name : {folder.File("pipe"), std::string("/dev/zero")}) {
+        const auto open = [&](FILE*) { EXPECT_EQ(fopenck(name.c_str(), nullptr, "r"), nullptr); };
+        EXPECT_EQ(WithConsole("", open).err, "\ncan't open " + name + " \n");
+    }
+    FILE* const device = fopenck("/dev/null", nullptr, "w");
+    ASSERT_NE(device, nullptr);
+    EXPECT_EQ(std::fclose(device), 0);
+}
+
+TEST(Opening, AByteOrderMarkIsSkippedAndNothingElse) {
+    const TempFolder folder;
+    const char* const texts[][2] = {
+        {"\xEF\xBB\xBFid", "id"}, {"\xEF\xBB\xBC", "\xEF\xBB\xBC"}, {"\xEF", "\xEF"}, {"id", "id"}};
+    for (const auto& [text, left] : texts) {
+        folder.Write("f", text);
+        FILE* const file = fopenck(folder.File("f").c_str(), nullptr, "r");
+        char read[8] = "";
+        freadckWord(file, read, 7, "f");
+        std::fclose(file);
+        EXPECT_STREQ(read, left);
+    }
 }
 
 std::vector<double> NumbersOf(const std::string& text, ConsoleRun* run) {

@@ -80,6 +80,7 @@ struct SessionRun {
         WriteFiles(folder, GoodFiles());
         for (const char* name : {"folder", "folderTrk.txt", "folderFormda.txt"})
             fs::create_directory(folder.File(name));
+        fs::create_symlink("/dev/zero", folder.File("zero"));
         if (!damage.file.empty()) fs::remove(folder.File(damage.file));
         if (damage.content == kFolder)
             fs::create_directory(folder.File(damage.file));
@@ -146,8 +147,9 @@ TEST(BadInput, MistakesAtEachPromptLeaveNoTrace) {
         mistakes.push_back(mistake);
     }
     for (const char* prompt : {"file B", "file F", "file W", "species file", "file E"})
-        mistakes.push_back({prompt, "no such file\nfolder\n/",
-                            CannotOpen("no such file") + CannotOpen("folder") + CannotOpen("/")});
+        mistakes.push_back({prompt, "no such file\nfolder\n/\nzero",
+                            CannotOpen("no such file") + CannotOpen("folder") + CannotOpen("/") +
+                                CannotOpen("zero")});
     // Names of other files and of sessions, and what is not echoed as it was typed.
     for (const auto& [prompt, typed, name] :
          std::vector<Mistake>{{"data option", "2\nabsent", "absentFormda.txt"},
@@ -156,6 +158,7 @@ TEST(BadInput, MistakesAtEachPromptLeaveNoTrace) {
                               {"source of types", "f\n" + x200, std::string(41, 'x')},
                               {"group file", "absent.txt\nf", "absent.txt"},
                               {"group file", "folder\nf", "folder"},
+                              {"group file", "zero\nf", "zero"},
                               {"group file", x200 + "\nf", std::string(99, 'x')},
                               {"main menu again", "O\nabsent", "absentTrk.txt"},
                               {"main menu again", "O\nfolder", "folderTrk.txt"},
@@ -252,6 +255,18 @@ TEST(BadInput, DamagedSessionFiles) {
     ExpectTakenAsTold(rows);
 }
 
+// Some editors put one before every text, where it spoilt the first number or word.
+TEST(BadInput, ByteOrderMarksChangeNothing) {
+    const std::string answers = "O\nold\nC\n" + Answers(GoodSession());
+    const SessionRun well(answers);
+    const TempFolder folder;
+    for (const auto& [name, content] : GoodFiles()) folder.Write(name, "\xEF\xBB\xBF" + content);
+    const ProgramRun marked = RunProgram(folder, answers);
+    EXPECT_EQ(marked.err, well.program.err);
+    EXPECT_EQ(marked.status, 0);
+    EXPECT_EQ(Results(folder), Results(well.folder));
+}
+
 // A file that a disk or an editor spoilt: the session goes on or ends by its code.
 TEST(BadInput, RandomBytes) {
     std::mt19937 generator(20);
@@ -286,6 +301,8 @@ TEST(BadInput, OutputThatFindsNoPlace) {
         {"TESSEL.prf", kFolder, CannotOpen("TESSEL.prf") + kFailedOutput, 1, "S\nC\nx\n"},
         {"TESSEL.prf", kFull, kFailedOutput, 1, "O\nold\nS\nC\nx\n"},
         {"oldTrk.txt", kFolder, Repeated(CannotOpen("oldTrk.txt"), 2), 0, "O\nold\nN\nold\nX\n"},
+        {"newPrinda.txt", kFull, kFailedOutput, 1, Replaced(raw, "y\ny\nK\n", "y\ny\na\nK\n")},
+        {"newChRank_PSAP_X_T.txt", kFull, kFailedOutput, 1},
     });
     // The report holds what came before the test.
     const SessionRun run(raw, {"newRDa.txt", kFolder, "", 1});

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <random>
 
+#include "support/formda_text.h"
 #include "support/good_session.h"
 #include "support/run_program.h"
 #include "support/text.h"
@@ -43,6 +44,7 @@ TEST(KilledWriting, LeavesTheOldFileOrTheNewOneWhole) {
         {"TESSEL.prf", "", "S\nT\nn\nF\n3\nn\nC\n", "S\nT\nn\nF\n14\ny\nC\n", "X\n"},
         {"newFormda.txt", "", RawEntry("2000"), RawEntry("1200"), "X\n"},
         {"oldTrk.txt", "O\nold\nV\n", Analysis("10"), Analysis("9"), "C\nC\nX\n"},
+        {"oldPrinda.txt", "O\nold\nV\n", Analysis("10"), Analysis("9"), "C\nC\nX\n"},
     };
     std::mt19937 generator(7);
     std::uniform_real_distribution<double> moments(0.01, 0.09);
@@ -65,4 +67,23 @@ TEST(KilledWriting, LeavesTheOldFileOrTheNewOneWhole) {
         }
         EXPECT_GT(diedWriting, 0) << rewriting.file;
     }
+}
+
+// How far a ranking of hours has come can be read; the results of the last one stay meanwhile.
+TEST(KilledWriting, ARankingUnderWayCanBeRead) {
+    const TempFolder folder;
+    FormdaText data;
+    for (int i = 0; i < 30; i++) {
+        data.B.emplace_back();
+        for (int k = 0; k < 24; k++) data.B.back().push_back((i * (k + 3) + k * k) % 17);
+        data.W.push_back({i % 3 + 1.0, i % 5 + 0.0, i % 7 + 0.0, i % 2 + 1.0, i % 4 + 0.0});
+    }
+    data.E = {{1}, {2}, {4}, {3}, {7}};
+    folder.Write("sFormda.txt", FormdaOf(data));
+    folder.Write("sTrk.txt", "sFormda.txt\n07Jul17\n");
+    folder.Write("sChRank_TCAP.txt", "the last one\n");
+    EXPECT_TRUE(
+        RunProgram(folder, "O\ns\nV\nK\n10\n1\n6\n1\nn\n1\n24\nn\n", 1.5, SIGKILL).timedOut);
+    EXPECT_EQ(folder.Read("sChRank_TCAP.txt"), "the last one\n");
+    EXPECT_TRUE(Contains(folder.Read("sChRank_TCAP.txt.tmp"), "optimal subset with 1 traits"));
 }

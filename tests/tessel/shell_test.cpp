@@ -1,7 +1,13 @@
 #include "TSLGLOB/shell.h"
 
+#include <filesystem>
+#include <memory>
+
 #include "TSLIF/catch_point.h"
+#include "TSLIFFM2/track.h"
 #include "mxlibDim/failure.h"
+#include "mxlibDim/reading.h"
+#include "mxlibDim/terminal.h"
 #include "mxlibOut/mxlibOut.h"
 #include "tessel/in_process.h"
 
@@ -62,4 +68,26 @@ TEST_F(Shell, HeadingIsSeventyColumnsWide) {
               "\n\nSESSION MENU" + std::string(52, ' ') + "meadow\n" + line);
     std::strcpy(sessionName, "NULL");
     EXPECT_EQ(heading("X"), "\n\nX" + std::string(46, ' ') + "\n" + line);
+}
+
+// A file that is not there, one that cannot be read, a full disk. Scripted runs do not see the
+// reason: all other tests look for the bytes without it.
+TEST_F(Shell, APersonIsToldTheReason) {
+    const std::shared_ptr<void> restore(nullptr, [](void*) { personHook = nullptr; });
+    personHook = [] { return true; };
+    EXPECT_EQ(WithConsole("", [](FILE*) { fopenck("absent", nullptr, "r"); }).err,
+              "\ncan't open absent \nNo such file or directory\n");
+    const auto readNothing = [](FILE*) {
+        float number = 0.0F;
+        freadck(fopenck("/proc/self/mem", nullptr, "r"), "%f", &number, "f");
+    };
+    EXPECT_EQ(WithConsole("", readNothing).err, "\ncan't read f \nInput/output error\n\nfile f ");
+    for (const char* name : {"TESSEL.prf", "aTrk.txt"})
+        std::filesystem::create_symlink("/dev/full", name);
+    EXPECT_EQ(RunWhole("S\nC\nx\n").err,
+              "\nFAIL TO PRINT ON FILE !!!\n\nQuit and restart TESSEL.\n\a"
+              "TESSEL.prf: No space left on device\n");
+    std::strcpy(whichTrack, "aTrk.txt");
+    EXPECT_EQ(WithConsole("", [](FILE*) { WriteTrack(0); }).err,
+              "\ncan't write aTrk.txt \n\aNo space left on device\n");
 }

@@ -121,6 +121,10 @@ std::string TakeStepFiles(const TempFolder& folder) {
     return texts;
 }
 
+void FinishSteps(StepFiles& steps) {
+    WithConsole("", [&](FILE*) { FinishStepFiles(steps); });
+}
+
 void ExpectSameWorlds(const World& a, const World& b) {
     const int S = a.answers.nSites;
     const int N = a.answers.nOTUs;
@@ -183,13 +187,13 @@ TEST_F(Simulation, CheapStepsGiveWhatFullTablesGive) {
                 if (files) PrintPoint(*steps, *plain.world, point, d, p);
             });
         });
-        steps.reset();
+        if (files) FinishSteps(*steps);
         const std::string written = TakeStepFiles(folder_);
         const double nextDraw = gsl_rng_uniform(r);
         OneRun fast(a);
         steps.reset(files ? new StepFiles : nullptr);
         WithConsole("", [&](FILE*) { AssembleCommunities(*fast.world, steps.get()); });
-        steps.reset();
+        if (files) FinishSteps(*steps);
         EXPECT_EQ(gsl_rng_uniform(r), nextDraw);
         ExpectSameWorlds(*fast.world, *plain.world);
         EXPECT_TRUE(TakeStepFiles(folder_) == written);

@@ -2,16 +2,12 @@
 
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
-#include "mxlibDim/failure.h"
-#include "mxlibDim/reading.h"
 #include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 
 using std::fprintf;
 
 namespace {
-
-constexpr const char* kTraitDataFile = "TraitData.txt";
 
 /// A row for each site: step, site, the site's column of the table.
 void PrintSiteRows(FILE* stream, const World& world, int rows, ConstMatrix<double> table) {
@@ -41,15 +37,16 @@ constexpr SavedFile kSavedFiles[] = {
 
 void WriteRawTraits(const World& world) {
     const SimulationAnswers& a = world.answers;
-    const ScopedFile file(OpenResults("B_Simulated.txt", "w"));
+    ResultsFile file("B_Simulated.txt");
     PrintMatrixTab(file, a.nOTUs, a.nTraits, world.B, sDigits);
     fprintf(file, "Trait data (not standardized, %d OTUs in rows and %d traits in columns):\n",
             a.nOTUs, a.nTraits);
+    file.Finish();
 }
 
 void WriteRawCommunities(const World& world) {
     const SimulationAnswers& a = world.answers;
-    const ScopedFile file(OpenResults("W_Simulated.txt", "w"));
+    ResultsFile file("W_Simulated.txt");
     PrintMatrixTab(file, a.nSites, a.nOTUs, world.W, sDigits);
     fprintf(file,
             "\nCommunity data matrix at final step %d, for %d community sites in rows and %d OTUs "
@@ -62,25 +59,21 @@ void WriteRawCommunities(const World& world) {
     fprintf(file,
             "Specified weight for density dependent survival or mortality of individuals:\t%g\n",
             a.densityWeight);
+    file.Finish();
 }
 
 void WriteRawEnvironment(const World& world) {
     const SimulationAnswers& a = world.answers;
-    const ScopedFile file(OpenResults("E_Simulated.txt", "w"));
+    ResultsFile file("E_Simulated.txt");
     PrintMatrixTab(file, a.nFactors, a.nSites, world.E, sDigits);
     fprintf(file,
             "\nEcosystem data matrix at final step %d (%d ecosystem variables in rows and %d "
             "community sites in columns):\n",
             world.step, a.nFactors, a.nSites);
+    file.Finish();
 }
 
 }  // namespace
-
-FILE* OpenResults(const char* name, const char* mode) {
-    FILE* stream = fopenck(name, nullptr, mode);
-    if (stream == nullptr) RaiseError(kFailedOpening);
-    return stream;
-}
 
 void PrintTraitScales(FILE* stream, const World& world) {
     const int T = world.answers.nTraits;
@@ -90,27 +83,27 @@ void PrintTraitScales(FILE* stream, const World& world) {
     PrintVectorTab(stream, T, world.traitSd, sDigits, nullptr);
 }
 
-void WriteTraitsAsRead(const World& world) {
+void PrintTraitsAsRead(FILE* stream, const World& world) {
     const SimulationAnswers& a = world.answers;
-    const ScopedFile file(OpenResults(kTraitDataFile, "w"));
     if (a.traits.fromCorrelations) {
-        fprintf(file, "Trait correlation matrix (%d traits):\n", a.nTraits);
-        PrintMatrixTab(file, a.nTraits, a.nTraits, world.traitCorrelations, sDigits);
+        fprintf(stream, "Trait correlation matrix (%d traits):\n", a.nTraits);
+        PrintMatrixTab(stream, a.nTraits, a.nTraits, world.traitCorrelations, sDigits);
     } else {
-        fprintf(file, "Trait data (not standardized, %d OTUs in rows and %d traits in columns):\n",
+        fprintf(stream,
+                "Trait data (not standardized, %d OTUs in rows and %d traits in columns):\n",
                 a.nOTUs, a.nTraits);
-        PrintMatrixTab(file, a.nOTUs, a.nTraits, world.B, sDigits);
+        PrintMatrixTab(stream, a.nOTUs, a.nTraits, world.B, sDigits);
     }
 }
 
-void AppendStandardizedTraits(const World& world) {
+void FinishTraitData(ResultsFile& file, const World& world) {
     const SimulationAnswers& a = world.answers;
-    const ScopedFile file(OpenResults(kTraitDataFile, "a"));
     fprintf(file,
             "\nTrait data (standardized to Z scores, %d OTUs in rows and %d traits in columns):\n",
             a.nOTUs, a.nTraits);
     PrintMatrixTab(file, a.nOTUs, a.nTraits, world.B, sDigits);
     PrintTraitScales(file, world);
+    file.Finish();
     fprintf(out, "\n\nTrait data (standardized to Z scores) saved on file %s\n", kTraitDataFile);
 }
 
@@ -168,7 +161,10 @@ void PrintStepMeans(const StepFiles& files, const World& world) {
     PrintSiteRows(files.means, world, world.answers.nTraits, world.means);
 }
 
-void TellStepFiles() {
+void FinishStepFiles(StepFiles& files) {
+    for (ResultsFile* file : {&files.environment, &files.expected, &files.distances,
+                              &files.survival, &files.communities, &files.means})
+        file->Finish();
     for (const SavedFile& saved : kSavedFiles) fprintf(out, saved.message, saved.name);
 }
 
@@ -176,11 +172,13 @@ void WriteRawFiles(const World& world) {
     WriteRawTraits(world);
     WriteRawCommunities(world);
     WriteRawEnvironment(world);
-    const ScopedFile types(OpenResults("TraitTypes_Simulated.txt", "w"));
+    ResultsFile types("TraitTypes_Simulated.txt");
     for (int t = 0; t < world.answers.nTraits; t++) fprintf(types, "3\t");
+    types.Finish();
 }
 
 void WriteOTUNumbers(const World& world) {
-    const ScopedFile file(OpenResults("OTUs_Simulated.txt", "w"));
+    ResultsFile file("OTUs_Simulated.txt");
     for (int i = 1; i <= world.answers.nOTUs; i++) fprintf(file, "%d\n", i);
+    file.Finish();
 }

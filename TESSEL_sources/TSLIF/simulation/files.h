@@ -1,32 +1,33 @@
 #pragma once
 /// \file
 /// Files of the simulation in the working directory, but for the final report (report.h). A file
-/// that cannot be opened raises kFailedOpening.
+/// that cannot be opened raises kFailedOpening, one that cannot be written kFailedOutput; the old
+/// one stays until the new one is whole.
 
 #include <cstdio>
 
 #include "TSLIF/simulation/world.h"
-
-/// Opens a file of results.
-FILE* OpenResults(const char* name, const char* mode);
+#include "mxlibDim/replacement.h"
 
 /// The traits' means and standard deviations, each behind its heading.
 void PrintTraitScales(FILE* stream, const World& world);
 
-/// Writes TraitData.txt: the traits as they were read, or their correlations.
-void WriteTraitsAsRead(const World& world);
+inline constexpr const char* kTraitDataFile = "TraitData.txt";
 
-/// Appends the standardised traits to TraitData.txt and says so on the screen.
-void AppendStandardizedTraits(const World& world);
+/// The traits as they were read, or their correlations.
+void PrintTraitsAsRead(FILE* stream, const World& world);
 
-/// The files of every step, open from their headings to the end of the run.
+/// The standardised traits, with which kTraitDataFile is whole; says so on the screen.
+void FinishTraitData(ResultsFile& file, const World& world);
+
+/// The files of every step, open from their headings to the last step.
 struct StepFiles {
-    ScopedFile environment{OpenResults("EnvData.txt", "w")};
-    ScopedFile expected{OpenResults("CWM_Expected.txt", "w")};
-    ScopedFile distances{OpenResults("Distances.txt", "w")};
-    ScopedFile survival{OpenResults("Prob.txt", "w")};
-    ScopedFile communities{OpenResults("CommunityData.txt", "w")};
-    ScopedFile means{OpenResults("CWM.txt", "w")};
+    ResultsFile environment{"EnvData.txt"};
+    ResultsFile expected{"CWM_Expected.txt"};
+    ResultsFile distances{"Distances.txt"};
+    ResultsFile survival{"Prob.txt"};
+    ResultsFile communities{"CommunityData.txt"};
+    ResultsFile means{"CWM.txt"};
 };
 void PrintStepHeadings(const StepFiles& files, const World& world);
 
@@ -41,12 +42,12 @@ void PrintStepFilter(const StepFiles& files, const World& world, ConstMatrix<dou
 /// The step's community weighted means.
 void PrintStepMeans(const StepFiles& files, const World& world);
 
-/// Says on the screen where the steps are.
-void TellStepFiles();
+/// Finishes the files and says on the screen where the steps are.
+void FinishStepFiles(StepFiles& files);
 
 /// Rewrites B_Simulated.txt, W_Simulated.txt, E_Simulated.txt and TraitTypes_Simulated.txt, which
 /// raw data entry takes as they are.
 void WriteRawFiles(const World& world);
 
-/// Rewrites OTUs_Simulated.txt, a partition with each OTU as a type.
+/// Writes OTUs_Simulated.txt, a partition with each OTU as a type.
 void WriteOTUNumbers(const World& world);

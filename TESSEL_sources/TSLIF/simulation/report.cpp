@@ -14,8 +14,6 @@ using std::fprintf;
 
 namespace {
 
-constexpr const char* kReportFile = "FinalSimulatedData.txt";
-
 constexpr const char* kResponses =
     "\nParameters for linear models of community responses to ecosystem conditions (%d traits by "
     "%d ecosystem predictor variables, file %s): \n";
@@ -262,8 +260,7 @@ void PrintRatesOfAll(FILE* report, const World& world, const Evaluation& evaluat
 
 }  // namespace
 
-void WriteSpecification(const World& world) {
-    const ScopedFile report(OpenResults(kReportFile, "w"));
+void PrintSpecification(FILE* report, const World& world) {
     fprintf(report, "%s\nSIMULATION OF COMMUNITY ASSEMBLY\n%s\n", lineL, version);
     TimeStamp(report);
     fprintf(report, "%s\n", lineL);
@@ -276,9 +273,8 @@ void WriteSpecification(const World& world) {
     PrintRules(report, world.answers);
 }
 
-void AppendDataSet(const World& world) {
+void PrintDataSet(FILE* report, const World& world) {
     const SimulationAnswers& a = world.answers;
-    const ScopedFile report(OpenResults(kReportFile, "a"));
     fprintf(report, "\n\nSIMULATED DATA %d", world.dataSet);
     if (a.traits.fromCorrelations) {
         fprintf(report,
@@ -291,8 +287,7 @@ void AppendDataSet(const World& world) {
     PrintEcosystem(report, world);
 }
 
-void AppendTest(const World& world, const Evaluation& evaluation) {
-    const ScopedFile report(OpenResults(kReportFile, "a"));
+void PrintTest(FILE* report, const World& world, const Evaluation& evaluation) {
     PrintFinalMeans(report, world, evaluation);
     PrintSelection(report, world.answers,
                    "\nEcosystem variable weights:                              ");
@@ -308,9 +303,8 @@ void AppendTest(const World& world, const Evaluation& evaluation) {
     PrintStatistics(report, evaluation, kFirstZ, kRatedStatistics);
 }
 
-void AppendRates(const World& world, const Evaluation& evaluation, double seconds,
-                 bool withSettings) {
-    const ScopedFile report(OpenResults(kReportFile, "a"));
+void PrintFinalRates(FILE* report, const World& world, const Evaluation& evaluation, double seconds,
+                     bool withSettings) {
     fprintf(report, "\n%s\nSIMULATION OF COMMUNITY ASSEMBLY\nFINAL RESULTS\n%s\n", lineL, version);
     TimeStamp(report);
     fprintf(report, "%s\n", lineL);

@@ -1,20 +1,20 @@
 #pragma once
 /// \file
-/// The report of the simulation, FinalSimulatedData.txt. Every block is appended; a file that
-/// cannot be opened raises kFailedOpening.
+/// The report of the simulation, block by block. Each block can be read in the file under way as
+/// soon as it is printed.
 
 #include "TSLIF/simulation/evaluation.h"
 #include "TSLIF/simulation/world.h"
 
-/// Creates the report with what the user specified.
-void WriteSpecification(const World& world);
+/// What the user specified.
+void PrintSpecification(FILE* report, const World& world);
 
-/// Appends the communities, ecosystem and expectations of a data set.
-void AppendDataSet(const World& world);
+/// The communities, ecosystem and expectations of a data set.
+void PrintDataSet(FILE* report, const World& world);
 
-/// Appends the statistics of a data set.
-void AppendTest(const World& world, const Evaluation& evaluation);
+/// The statistics of a data set.
+void PrintTest(FILE* report, const World& world, const Evaluation& evaluation);
 
-/// Appends the rates of rejection, behind the settings when `withSettings`.
-void AppendRates(const World& world, const Evaluation& evaluation, double seconds,
-                 bool withSettings);
+/// The rates of rejection, behind the settings when `withSettings`.
+void PrintFinalRates(FILE* report, const World& world, const Evaluation& evaluation, double seconds,
+                     bool withSettings);
