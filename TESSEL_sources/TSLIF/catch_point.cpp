@@ -65,7 +65,7 @@ void ActOnError(const RaisedError& error) {
 
 }  // namespace
 
-void RunWithCatchPoint(void (*body)()) {
+void RunWithCatchPoint(const std::function<void()>& body) {
     RaisedError error = {};
     try {
         body();

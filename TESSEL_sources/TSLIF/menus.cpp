@@ -11,6 +11,7 @@
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIF/catch_point.h"
+#include "TSLIF/session_lock.h"
 #include "TSLIF/settings_dialogue.h"
 #include "TSLIF/simulation.h"
 #include "TSLIF2/console.h"
@@ -122,13 +123,15 @@ void OpenSession(const char* mode) {
     volumeName[0] = '\0';
     CopyText(sessionName, kFileNameLength, sessionShortName);
     MakeSessionFileName(whichTrack, sessionName, trackExt);
-    FILE* track = fopenck(whichTrack, volumeName, mode);
+    FileLock lock = LockSession();
+    // Opening a new session empties an old track file: not that of another program's session.
+    FILE* track = lock.IsTaken() ? nullptr : fopenck(whichTrack, volumeName, mode);
     if (track == nullptr) {
         Wait();
         return;
     }
     std::fclose(track);
-    IFSession();
+    IFSession(std::move(lock));
 }
 
 void StartNewSession() {
@@ -175,8 +178,11 @@ void MainMenu() {
     for (;;) RunWithCatchPoint(MainMenuPass);
 }
 
-void IFSession() {
-    RunWithCatchPoint(RunSession);
+void IFSession(FileLock lock) {
+    RunWithCatchPoint([&lock] {
+        const FileLock held = std::move(lock);
+        RunSession();
+    });
 }
 
 void Menu(const char* title) {

@@ -2,6 +2,8 @@
 /// \file
 /// Start-up, the menu tree and the session loop.
 
+#include "mxlibDim/file_lock.h"
+
 /// Starts the system and the main menu; the process ends in there.
 [[noreturn]] void mainInit();
 
@@ -10,7 +12,8 @@
 [[noreturn]] void MainMenu();
 
 /// One session, from the opening of its files to its closing: the catch point of what it calls.
-void IFSession();
+/// Every way out of the session gives the lock back.
+void IFSession(FileLock lock = {});
 
 /// Prints a screen heading of 70 columns.
 void Menu(const char* title);
