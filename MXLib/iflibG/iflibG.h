@@ -8,9 +8,12 @@
 /// State of the progress line, owned by this unit.
 extern int is40CharLine;       ///< 1 when the text of the progress line stands on the console
 extern int is80CharLine;       ///< 1 when its second half of 40 columns does
-extern std::clock_t t1;        ///< processor clock at start
-extern std::clock_t t2;        ///< processor clock at the last update of the line
+extern long t1;                ///< ClockTicks at start
+extern long t2;                ///< ClockTicks at the last update of the line
 extern std::time_t timeStart;  ///< wall clock at start
+
+/// The steady clock in ticks of a sixtieth of a second; it runs whoever computes.
+long ClockTicks();
 
 /// Clears the flags and takes both clocks.
 void InitIFLibG();
@@ -32,6 +35,41 @@ extern void (*progressHook)();
 /// Rewrites the progress line with `text` in 40 columns and 40 blanks, unless fewer than 5 clock
 /// ticks have passed since the last time.
 void HandleEventInfoWhere2(const char* text);
+
+/// Tells a loop of short steps when its text is worth making. While the steps are far shorter than
+/// a tick, the clock is not asked at each of them.
+class ProgressPace {
+  public:
+    /// To be called at each step: whether HandleEventInfoWhere2 would show a text now.
+    bool IsDue() {
+        if (--stepsToAsk_ <= 0 && AskClock()) return true;
+        if (progressHook != nullptr) progressHook();
+        return false;
+    }
+
+  private:
+    bool AskClock();
+
+    int stepsToAsk_ = 1;
+    int stride_ = 1;
+    long asked_ = 0;  ///< clock when it was asked last
+};
+
+/// A step that may take long, named, for as long as its scope lasts. Where the screen is a
+/// terminal, the progress line tells the name, or the text of HandleEventInfoWhere2 once there is
+/// one, and how long it has stood, twice a second: someone waits there. Elsewhere it does nothing.
+/// Steps may lie in each other; nothing but the progress line may be printed in them.
+class LongStep {
+  public:
+    explicit LongStep(const char* name);
+    ~LongStep();
+    LongStep(const LongStep&) = delete;
+    LongStep& operator=(const LongStep&) = delete;
+
+  private:
+    const char* name_;
+    const LongStep* outer_;  ///< the step around it, or null
+};
 
 /// The current local date and time as ctime gives them, with its newline.
 void TimeStamp(FILE* stream);

@@ -32,6 +32,7 @@ bool IsNone(Keeping keeping, double best) {
 struct Walk {
     int iteration = 0;
     int iterations = 0;
+    ProgressPace pace;
     ScopedVector<int> list{nch};  ///< members first
 
     int together = SubsetsTogether();
@@ -107,7 +108,7 @@ void SearchSize(const SubsetSearch& search, int size, ResultsFile& results, Walk
     const int subsets = static_cast<int>(CountSubsets(nch, size));
     for (int c = 0; c < subsets; c++) {
         walk->iteration++;
-        ReportProgress(*walk, size);
+        if (walk->pace.IsDue()) ReportProgress(*walk, size);
         PermuteArray(nch, size, walk->list, c == 0);
         MakeSubset(search, size, walk);
         if (walk->waiting == walk->together) RateWaiting(search, results, walk, outcome);

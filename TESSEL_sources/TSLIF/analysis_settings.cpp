@@ -10,6 +10,7 @@
 #include "TSLGLOB/shell.h"
 #include "TSLIFFM2/track.h"
 #include "TSLRESE/scaling_up.h"
+#include "iflibG/iflibG.h"
 #include "mxlib/belonging.h"
 #include "mxlibDim/dim.h"
 #include "mxlibDim/scoped.h"
@@ -135,6 +136,7 @@ void RunFunctionalAnalysis() {
 void RunRanking() {
     const RankingCriterion& criterion = CriterionOf(opt_struct);
     std::snprintf(whichChorder, sizeof whichChorder, "%s%s", sessionName, criterion.suffix);
+    const LongStep step("Tables of the search");
     criterion.search();
     Release(partition_OTUs_Phyl);
     dirtyOrig = 1;

@@ -7,6 +7,7 @@
 #include "TSLIFFM2/data_fields.h"
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFM2/formda_versions.h"
+#include "iflibG/iflibG.h"
 #include "mxlibDim/dim.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/scoped.h"
@@ -203,6 +204,7 @@ void OpenFormda(int /*mode*/) {
     FILE* const stream = fopenck(whichFormda, volumeName, "r");
     if (stream == nullptr) RaiseError(kFailedOpening);
     FreeGlobals2();
+    const LongStep step("Reading the data");
     WithStream(stream, [stream] { ReadFormda({stream, whichFormda}); });
     dirtyOrig = 0;
 }

@@ -137,6 +137,7 @@ void WriteFormda(int nOTUs, const char* name, const char* title, const float* co
                  const float* const* W) {
     FileReplacement file(name, volumeName);
     if (file == nullptr) RaiseError(kFailedOutput);
+    const LongStep step("Writing the data");
     WriteHead(file, nOTUs, title);
     WriteQuantities(file, nOTUs, B, W);
     WriteEnvironment(file);

@@ -4,6 +4,7 @@
 #include "TSLGLOB/shell.h"
 #include "TSLIF2/console.h"
 #include "TSLIFFMT/raw_tables.h"
+#include "iflibG/iflibG.h"
 #include "mxlibDim/dim.h"
 
 namespace {
@@ -26,11 +27,13 @@ void AllocateCommunities() {
 }
 
 void ReadCommunitiesAsRows(RawFile& file) {
+    const LongStep step("Reading the communities");
     for (int c = 0; c < ncsm; c++)
         for (int i = 0; i < tcst; i++) cadat[i][c] = ReadFloat(file);
 }
 
 void ReadCommunitiesAsColumns(RawFile& file) {
+    const LongStep step("Reading the communities");
     for (int i = 0; i < tcst; i++)
         for (int c = 0; c < ncsm; c++) cadat[i][c] = ReadFloat(file);
 }
@@ -74,5 +77,5 @@ void EnterCommunities(RawFile& file) {
             ReadVector(file);
     }
     SetLabels(source, ncsm, reLabel, file);
-    CloseRawFile(file);
+    FinishRawFile(file);
 }

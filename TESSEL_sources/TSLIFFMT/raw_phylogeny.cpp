@@ -5,6 +5,7 @@
 #include "TSLIF2/console.h"
 #include "TSLIFFM2/formda_versions.h"
 #include "TSLIFFMT/raw_tables.h"
+#include "iflibG/iflibG.h"
 
 namespace {
 
@@ -25,6 +26,7 @@ int AskForFormat() {
 
 /// Reads the matrix by rows and returns how many of its numbers the file holds.
 long long ReadFullMatrix(RawFile& file) {
+    const LongStep step("Reading the phylogeny");
     long long numbers = 0;
     for (int i = 0; i < tcst; i++)
         for (int j = 0; j < tcst; j++) {
@@ -35,6 +37,7 @@ long long ReadFullMatrix(RawFile& file) {
 }
 
 void ReadHalfMatrix(RawFile& file) {
+    const LongStep step("Reading the phylogeny");
     for (int i = 0; i < tcst; i++)
         for (int j = 0; j <= i; j++) phylogenyRese[j][i] = phylogenyRese[i][j] = ReadDouble(file);
 }
@@ -72,5 +75,5 @@ void EnterPhylogeny(RawFile& file) {
         default:
             ReadHalfMatrix(file);
     }
-    CloseRawFile(file);
+    FinishRawFile(file);
 }

@@ -3,6 +3,7 @@
 #include "TSLIFFMT/checks.h"
 #include "TSLRESE/gower_partial.h"
 #include "TSLRESE/sites.h"
+#include "iflibG/iflibG.h"
 #include "mxlib/belonging.h"
 #include "mxlib/ordination.h"
 #include "mxlibRes/beals.h"
@@ -23,6 +24,7 @@ bool InUse(int trait) {
 }
 
 void OrdinatePhylogeny(ScalingUpMatrices& m) {
+    const LongStep step("Principal coordinates of the phylogeny");
     ScopedMatrix<float> rese(tcst, tcst);
     for (int i = 0; i < tcst; i++)
         for (int j = 0; j < tcst; j++) rese[i][j] = static_cast<float>(phylogenyRese[i][j]);
@@ -50,6 +52,7 @@ bool PhylogenyIsDissimilarity() {
 }
 
 void CompareSites(ScalingUpMatrices& m) {
+    const LongStep step("Distances between sites");
     TakeSites<float>(m.E);
     CompareSites<float>(m.E, EucliDistMV, m.DE);
 }
@@ -68,6 +71,7 @@ void AdjustToUnitTotals(ScalingUpMatrices& m) {
 }
 
 void SmoothCompositions(ScalingUpMatrices& m) {
+    const LongStep step("Beals smoothing");
     BealsSmoothing(ncsm, tcst, m.W, m.W, m.Z, BealsIncludeOpt, 1, false);
     BealsSmoothing(ncsm, tcst, m.W, m.W, m.Y, BealsIncludeOpt, 2, true);
     if (opt_ro != kMantel) return;
@@ -76,6 +80,7 @@ void SmoothCompositions(ScalingUpMatrices& m) {
 }
 
 void MeasureGiniSimpson(ScalingUpMatrices& m) {
+    const LongStep step("Gini-Simpson diversity");
     for (int i = 0; i < tcst; i++) m.Sb[i][i] = 1.0F;
     for (int i = 0; i < ncsm; i++) m.D[i] = RaoIndex(tcst, m.W[i], m.Sb, false);
 }
@@ -87,6 +92,7 @@ void ComparePhylogeneticVariables() {
 }
 
 void ScalePhylogenyUp(ScalingUpMatrices& m) {
+    const LongStep step("Composition by phylogeny");
     ComparePhylogeneticVariables();
     OrdinatePhylogeny(m);
     FuzzyBelonging(tcst, nTaxa, phylogenyRese, partition_OTUs_Phyl, m.Q,
@@ -106,10 +112,12 @@ void SelectTraits(ScalingUpMatrices& m) {
 }
 
 void CompareOTUsByTrait(ScalingUpMatrices& m) {
+    const LongStep step("Similarities of OTUs by trait");
     gower_similarityPartial(nch, csm_Float, tcst, m.partial, chtype, chrange, weight);
 }
 
 void AverageTraits(ScalingUpMatrices& m) {
+    const LongStep step("Community averages of traits");
     MatrixProdSelectMV_Adjust(ncsm, tcst, tcst, nch, m.WUnit, m.B, m.T, m.include);
 }
 
@@ -119,10 +127,12 @@ void NormaliseTraits(ScalingUpMatrices& m) {
 }
 
 void CompareOTUs(ScalingUpMatrices& m) {
+    const LongStep step("Similarities of OTUs");
     gower_similarityAverage(nch, tcst, m.partial, m.Sb, weight);
 }
 
 void PoolIntoTypes(ScalingUpMatrices& m) {
+    const LongStep step("Composition by types");
     const int K = m.nTypes;
     int count = 0;
     CountGroupsNew(tcst, partition_OTUs, &count, m.typeLabels);
@@ -136,6 +146,7 @@ void PoolIntoTypes(ScalingUpMatrices& m) {
 }
 
 void MeasureRedundancy(ScalingUpMatrices& m) {
+    const LongStep step("Rao entropy and redundancy");
     for (int i = 0; i < ncsm; i++) {
         m.RaoTraits[i] = RaoIndex(tcst, m.W[i], m.Sb, false, sqrtDissimOpt_RaoTraits);
         m.redundancyTraits[i] = m.D[i] - m.RaoTraits[i];

@@ -1,15 +1,18 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <chrono>
 #include <climits>
 #include <cmath>
 #include <functional>
 #include <string>
+#include <thread>
 
 #include "iflibG/iflibG.h"
 #include "mxlibOut/mxlibOut.h"
 #include "support/console.h"
 #include "support/matrices.h"
+#include "support/terminal.h"
 
 namespace {
 
@@ -74,6 +77,66 @@ TEST(ProgressLine, TakesEightyColumnsAndIsTakenOff) {
                   ClearLine();
               }),
               line + off + line + off);
+}
+
+// Asking for the processor time at each step took a tenth of a short evaluation.
+TEST(ProgressLine, IsDueTwelveTimesASecondAndBeforeASlowStepLasts) {
+    constexpr int kSteps = 1000000;
+    static int steps;
+    steps = 0;
+    progressHook = [] { steps++; };
+    int lines = 0;
+    ProgressPace pace;
+    const auto show = [&] {
+        if (!pace.IsDue()) return;
+        HandleEventInfoWhere2("step");
+        lines++;
+    };
+    const std::string screen = Printed([&] {
+        InitIFLibG();
+        const auto start = std::chrono::steady_clock::now();
+        while (steps < kSteps) show();
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+        EXPECT_LE(lines, 12 * seconds.count() + 1);
+        lines = 0;
+        for (int step = 0; step < 8; step++) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            show();
+        }
+    });
+    progressHook = nullptr;
+    EXPECT_GE(lines, 1);
+    EXPECT_EQ(steps, kSteps + 8);
+}
+
+// Ten seconds of set-up without a sign of life looked like a hang.
+TEST(ProgressLine, MovesAtATerminalWithinALongStep) {
+    const auto steps = [] {
+        const LongStep outer("Outer step");
+        {
+            const LongStep inner("Inner step");
+            std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+        }
+        HandleEventInfoWhere2("Slow iteration");
+        std::this_thread::sleep_for(std::chrono::milliseconds(900));
+    };
+    Terminal terminal([&] {
+        InitIFLibG();
+        steps();
+        std::printf("behind\n");
+        std::fflush(stdout);
+    });
+    for (const char* text : {"Inner step  0.", "Inner step  1.", "Slow iteration  0."})
+        EXPECT_TRUE(terminal.Shows(text)) << text;
+    EXPECT_EQ(terminal.Finish(), 0);
+    EXPECT_LT(terminal.longestSilence, 1.0);
+    const std::string off(80, '\b');
+    EXPECT_TRUE(terminal.screen.ends_with(off + std::string(80, ' ') + off + "behind\n"));
+    EXPECT_EQ(Printed([] {
+                  const LongStep step("Step");
+                  std::this_thread::sleep_for(std::chrono::milliseconds(900));
+              }),
+              "");
 }
 
 }  // namespace

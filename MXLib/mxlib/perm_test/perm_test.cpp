@@ -144,15 +144,23 @@ void Permutation(int iteration, Test* test) {
     }
 }
 
+void PreparePermutations(Test* test) {
+    const LongStep step("Preparing the permutations");
+    FillDifferences(*test->in, &test->entropies);
+    if (test->signal) PreparePermutedSignal(*test->in, test->signal.get());
+}
+
 void PermutedStage(Test* test) {
     const TestRecord& in = *test->in;
     if (in.nIterations < 2) return;
-    FillDifferences(in, &test->entropies);
-    if (test->signal) PreparePermutedSignal(in, test->signal.get());
+    PreparePermutations(test);
+    ProgressPace pace;
     for (int i = 1; i < in.nIterations; i++) {
-        char text[64];
-        snprintf(text, sizeof(text), "Permutation test: %d of %d", i, in.nIterations);
-        HandleEventInfoWhere2(text);
+        if (pace.IsDue()) {
+            char text[64];
+            snprintf(text, sizeof(text), "Permutation test: %d of %d", i, in.nIterations);
+            HandleEventInfoWhere2(text);
+        }
         Permutation(i, test);
     }
 }
@@ -160,6 +168,7 @@ void PermutedStage(Test* test) {
 }  // namespace
 
 bool PermTest_FunctionalPhyl_Correl(PermTest_FunctionalPhyl_Correl_Input* input) {
+    const LongStep step("Observed statistics");
     Test test = MakeTest(input);
     ObservedStage(&test);
     PermutedStage(&test);

@@ -27,6 +27,7 @@ struct Assembly {
     explicit Assembly(World& w);
 
     World& world;
+    ProgressPace pace;
     bool recording = false;
     bool full = false;  ///< the target is reached and nobody has died since
     int stepsToGo;      ///< estimate of the steps until the sites are full
@@ -340,7 +341,7 @@ void Step(Assembly& now, const StepFiles* files) {
     World& world = now.world;
     now.gain = 0;
     now.anyDied = false;
-    ReportProgress(world);
+    if (now.pace.IsDue()) ReportProgress(world);
     FilterSites(now);
     StartRecording(now);
     Colonize(now);
