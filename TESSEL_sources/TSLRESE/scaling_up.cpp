@@ -3,8 +3,10 @@
 #include <ctime>
 
 #include "TSLGLOB/session_files.h"
+#include "TSLRESE/memory.h"
 #include "TSLRESE/scaling_up_matrices.h"
 #include "TSLRESE/scaling_up_report.h"
+#include "iflibG/iflibG.h"
 #include "mxlib/perm_test.h"
 #include "mxlib/random_lists.h"
 #include "mxlibDim/failure.h"
@@ -111,6 +113,8 @@ bool ScaleUpToTypes(ScalingUpMatrices& m, FILE* report) {
 
 void PFTs_ScalingUp() {
     SetAnalysisOptions();
+    TellLargeMemory(MemoryOfAnalysis(SizesOfAnalysis()));
+    const LongStep step("Functional analysis");
     ScalingUpMatrices m;
     CompareSites(m);
     InitRndNumberGenerator(rseed);

@@ -1,0 +1,86 @@
+#include "TSLRESE/memory.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/settings.h"
+#include "mxlibDim/available_memory.h"
+
+namespace {
+
+/// A table of row pointers, each row with what the allocator adds.
+double Rows(double rows, double cols, double size) {
+    constexpr double kPerRow = 24.0;
+    return rows * (kPerRow + cols * size);
+}
+
+constexpr double kFloat = sizeof(float);
+constexpr double kDouble = sizeof(double);
+
+/// What lives from the start to the end (ScalingUpMatrices).
+double OfMatrices(double n, double c, const AnalysisSizes& s) {
+    double bytes = n * Rows(n, s.traits, kDouble);                      // partial similarities
+    bytes += Rows(n, n, kFloat) + 2.0 * Rows(n, s.types, kDouble);      // Sb, U and C
+    bytes += 4.0 * Rows(c, n, kDouble);                                 // W twice, Z, Y
+    bytes += (s.measure == kMantel ? 4.0 : 2.0) * Rows(c, c, kDouble);  // DE, DT; DZ, DY
+    if (s.taxa > 0) bytes += Rows(n, n, kFloat) + Rows(n, s.taxa, kDouble) + Rows(c, c, kDouble);
+    return bytes;
+}
+
+/// The largest of what the steps before the test hold for a while.
+double OfSteps(double n, double c, const AnalysisSizes& s) {
+    const double smoothing = Rows(n, n, kDouble) + Rows(c, n, kDouble);
+    const double coordinates = 4.0 * Rows(n, n, kFloat) + 2.0 * Rows(n, n, kDouble);
+    return s.taxa > 0 ? std::max(smoothing, coordinates) : smoothing;
+}
+
+/// The phylogenetic signal: its sides and what the permutations look up.
+double OfSignal(double n, const AnalysisSizes& s) {
+    const double half = n * n / 2.0 * kDouble;
+    double bytes = s.permutations > 0 && s.measure != kProcrustes ? 3.0 * half : 0.0;
+    if (s.measure == kMantel && s.permutations > 0) bytes += half;
+    if (s.measure == kProcrustes) bytes += Rows(n, n, kFloat);
+    if (s.measure == kRV) bytes += 2.0 * Rows(n, n, kFloat) + 2.0 * half;
+    return bytes;
+}
+
+/// Procrustes and RV: Z, Y and their residuals made ready, and for each set of covariables room for
+/// responses as wide.
+double OfMatrixPairs(double n, double c, const AnalysisSizes& s) {
+    const double sets = s.taxa > 0 ? 5.0 : 2.0;
+    const double narrow = s.measure == kRV ? std::min(n, c) : 0.0;
+    return (5.0 + sets) * Rows(c, n, kDouble) + 4.0 * Rows(narrow, narrow, kDouble);
+}
+
+/// What the permutation test holds: differences between OTUs, a table in their order that lies idle
+/// but for the first page of each row, and what the measure compares.
+double OfTest(double n, double c, const AnalysisSizes& s) {
+    constexpr double kPage = 4096.0;
+    const double differences = s.permutations > 0 ? n * n * kDouble : 0.0;
+    double bytes = n * std::min(n * kDouble, kPage) + differences;
+    if (s.taxa > 0) bytes += differences + OfSignal(n, s);
+    return bytes + (s.measure == kMantel ? 4.0 * c * c * kDouble + Rows(c, c, kDouble)
+                                         : OfMatrixPairs(n, c, s));
+}
+
+}  // namespace
+
+AnalysisSizes SizesOfAnalysis() {
+    return {tcst,   ncsm,     nch, nenv, nGrPoly[0], includePhylogeny != 0 ? nTaxa : 0,
+            opt_ro, niter - 1};
+}
+
+double MemoryOfAnalysis(const AnalysisSizes& sizes) {
+    const double n = sizes.OTUs;
+    const double c = sizes.communities;
+    return OfMatrices(n, c, sizes) + std::max(OfSteps(n, c, sizes), OfTest(n, c, sizes));
+}
+
+void TellLargeMemory(double bytes) {
+    constexpr double kGigabyte = 1e9;
+    const double available = AvailableMemory();
+    if (available > 0.0 && bytes > available / 2.0)
+        std::fprintf(stderr, "\nThis analysis takes about %.1f GB of memory; %.1f GB are free.\n",
+                     bytes / kGigabyte, available / kGigabyte);
+}
