@@ -280,6 +280,14 @@ int freadck1Word(FILE* stream, char* destination, int length, const char* name) 
     return ReadWord(stream, destination, length) ? 1 : TellEnd(stream, name);
 }
 
+long long CountNumbersLeft(FILE* stream) {
+    constexpr int kLongestWord = 255;
+    char word[kLongestWord + 1];
+    long long count = 0;
+    while (ReadWord(stream, word, kLongestWord)) count += CountNumbers(word);
+    return count;
+}
+
 void freadlineck(FILE* stream, int n, char* destination, const char* name) {
     ReadLineField(stream, n, destination, name, true);
 }

@@ -55,6 +55,9 @@ int freadck1(FILE* stream, const char* format, void* destination, const char* na
 void freadckWord(FILE* stream, char* destination, int length, const char* name);
 int freadck1Word(FILE* stream, char* destination, int length, const char* name);
 
+/// Reads a file to its end and counts the numbers (CountNumbers) in the words that are left of it.
+long long CountNumbersLeft(FILE* stream);
+
 /// Reads one field of at most n characters (room for n + 1): skips blanks, tabs, newlines and
 /// carriage returns, then stores characters up to n or to a tab, newline or carriage return, which
 /// is consumed. n equal to 0 stores an empty text. The end of the stream before the first

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <cstring>
 
 void CopyText(char* destination, std::size_t length, const char* source) {
@@ -20,6 +21,19 @@ int StrCmp(const char* a, const char* b) {
         b++;
     }
     return UpperCase(*a) - UpperCase(*b);
+}
+
+int CountNumbers(const char* word) {
+    if (std::strspn(word, "+-.,;0123456789eE") != std::strlen(word)) return 0;
+    int count = 0;
+    for (;; count++) {
+        word += std::strspn(word, ",;");
+        if (*word == '\0') return count;
+        char* end = nullptr;
+        std::strtod(word, &end);
+        if (end == word || (*end != '\0' && std::strchr(",;", *end) == nullptr)) return 0;
+        word = end;
+    }
 }
 
 void StrToUpper(char* s) {

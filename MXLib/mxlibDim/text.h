@@ -12,6 +12,10 @@ void CopyText(char* destination, std::size_t length, const char* source);
 /// Comparison that ignores case: strcmp of upper-case copies.
 int StrCmp(const char* a, const char* b);
 
+/// How many numbers a word holds that holds nothing else, commas and semicolons between them; 0 for
+/// any other word, "nan" and "inf" among them.
+int CountNumbers(const char* word);
+
 /// Turns `s` to upper case in place.
 void StrToUpper(char* s);
 

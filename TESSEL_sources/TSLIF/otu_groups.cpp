@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "TSLGLOB/shell.h"
+#include "TSLIF2/console.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
 
@@ -85,6 +86,7 @@ bool AskTypesOfOTUs(int n, int* types) {
         const GroupFile file = OpenGroupFile(kTypeTexts);
         if (file.stream == nullptr) continue;
         if (!ReadIntegerGroups(file.stream, file.name, n, types)) return false;
+        TellNumbersLeft(file.stream, file.name);
         std::fclose(file.stream);
         return true;
     }
@@ -102,5 +104,7 @@ void AskNestingGroupsOfOTUs(int n, int* groups, bool typesComplete) {
     const GroupFile file = OpenGroupFile(kNestingTexts);
     if (file.stream != nullptr && !typesComplete) std::fclose(file.stream);
     if (file.stream == nullptr || !typesComplete) RestForever();
-    if (ReadGroups(file.stream, file.name, n, groups)) std::fclose(file.stream);
+    if (!ReadGroups(file.stream, file.name, n, groups)) return;
+    TellNumbersLeft(file.stream, file.name);
+    std::fclose(file.stream);
 }

@@ -11,6 +11,7 @@
 #include "TSLGLOB/shell.h"
 #include "iflibG/iflibG.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/terminal.h"
 
 int ReadCharIn(const char* accepted) {
     return ScanChar(in, accepted, "input");
@@ -30,6 +31,15 @@ void ReadStringIn(const char*, char* destination, int length) {
 
 void ReadLineIn(char* destination, int n) {
     freadlineck(in, n, destination, "input");
+}
+
+void TellNumbersLeft(const char* fileName, long long count) {
+    const std::string line = fileName + (": " + std::to_string(count)) + " numbers are left";
+    if (count > 0) TellPerson((line + " behind the last one that was read.").c_str());
+}
+
+void TellNumbersLeft(FILE* stream, const char* fileName) {
+    if (SpeaksToPerson()) TellNumbersLeft(fileName, CountNumbersLeft(stream));
 }
 
 FILE* ReadDataFileName(char* destination) {
@@ -97,7 +107,10 @@ bool IntegersFromFile(int n, int* values, const char* label, const char* accepte
     FILE* file = AskForFile(label, name);
     if (file == nullptr) return false;
     bool startOver = false;
-    if (ReadIntegers(file, name, n, values, accepted, &startOver)) std::fclose(file);
+    if (ReadIntegers(file, name, n, values, accepted, &startOver)) {
+        if (!startOver) TellNumbersLeft(file, name);
+        std::fclose(file);
+    }
     std::printf("%s:\t", label);
     for (int i = 0; i < n; i++) std::printf("%d\t", values[i]);
     std::printf(startOver ? "\n\n" : "\n");

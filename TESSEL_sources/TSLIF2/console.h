@@ -21,6 +21,12 @@ void ReadStringIn(const char* format, char* destination, int length);
 /// One field of at most n characters.
 void ReadLineIn(char* destination, int n);
 
+/// Tells a person how many numbers a file holds behind the last one that was read; nothing for
+/// none.
+void TellNumbersLeft(const char* fileName, long long count);
+/// The same of an open file, which is read to its end where a person is told.
+void TellNumbersLeft(FILE* stream, const char* fileName);
+
 /// Asks for a data file's name until one opens. The name stays in `destination` (room for 42).
 FILE* ReadDataFileName(char* destination);
 

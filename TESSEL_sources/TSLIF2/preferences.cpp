@@ -1,9 +1,11 @@
 #include "TSLIF2/preferences.h"
 
+#include <cerrno>
 #include <cfloat>
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <string>
 #include <variant>
 
 #include "TSLGLOB/settings.h"
@@ -15,6 +17,7 @@
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
 #include "mxlibDim/with_stream.h"
 #include "mxlibOut/mxlibOut.h"
@@ -104,6 +107,12 @@ bool IsOfThisVersion(FILE* stream) {
     return fields == 1 && std::strcmp(word, versionPref) == 0;
 }
 
+/// The probabilities of a run hang on its preferences, tails of the tests and digits among them.
+void TellUnusedPreferences(const char* why) {
+    const std::string line = std::string(TESSELPrefsName) + " " + why;
+    TellPerson((line + ": the defaults hold, with two-tailed tests.").c_str());
+}
+
 void AskOutputFiles() {
     std::fprintf(out, "\n%s\n", lineL);
     std::fprintf(out, "Number of significant digits on printouts (enter zero for default):\n");
@@ -172,9 +181,12 @@ constexpr LetterMenu kScreen = {
 
 void ReadPreferences() {
     FILE* const stream = OpenToRead(TESSELPrefsName, "r");
-    if (stream == nullptr) return;
+    if (stream == nullptr) {
+        if (errno != ENOENT) TellUnusedPreferences("cannot be read");
+        return;
+    }
     WithStream(stream, [stream] {
-        if (!IsOfThisVersion(stream)) return;
+        if (!IsOfThisVersion(stream)) return TellUnusedPreferences("is of another version");
         for (const Field& field : kFields) std::visit(FieldReader{stream}, field);
     });
 }

@@ -17,6 +17,10 @@ constexpr char kNo = '0';
 constexpr double kNoQuantity = 1e-13;    // largest magnitude in W that counts as absence
 constexpr float kUncountedValue = 1e8F;  // a state that CountStates never counts
 
+bool IsAbsence(float quantity) {
+    return std::fabs(quantity) <= kNoQuantity;
+}
+
 /// Moves entry i of a pointer table step by step to the last of n places.
 template <class T>
 void MoveRowToEnd(T** table, int i, int n) {
@@ -54,11 +58,6 @@ void MergeEqualNames() {
             RemoveSpeciesColumn(j, tcst);
             nSpp--;
         }
-}
-
-bool OccursNowhere(int otu) {
-    return std::all_of(cadat[otu], cadat[otu] + ncsm,
-                       [](float quantity) { return std::fabs(quantity) <= kNoQuantity; });
 }
 
 void RemoveAbsentOTUs() {
@@ -120,6 +119,15 @@ bool MeetsSpecies(int otu, int species) {
 }
 
 }  // namespace
+
+bool OccursNowhere(int otu) {
+    return std::all_of(cadat[otu], cadat[otu] + ncsm, IsAbsence);
+}
+
+bool IsEmptyCommunity(int community) {
+    return std::all_of(cadat, cadat + tcst,
+                       [community](const float* otu) { return IsAbsence(otu[community]); });
+}
 
 void CheckSpecies(int option) {
     constexpr int kMakeLabels = 2;

@@ -19,8 +19,12 @@ void CountStates(int nTraits, int nOTUs, int* states, const float* const* B);
 /// at the smallest positive float, so that a trait of negative values alone reaches up to there.
 void RangeStates(int nTraits, int nOTUs, const float* const* B, const int* types, float* ranges);
 
-/// Cleans the data set after a change: drops OTUs that occur nowhere (no |value| in W above 1e-13),
-/// merges species, fills ncst and emptyReleves, with `recount` 1 onsta, and chrange.
+/// Whether an OTU, or a community, has no |value| in W above 1e-13.
+bool OccursNowhere(int otu);
+bool IsEmptyCommunity(int community);
+
+/// Cleans the data set after a change: drops OTUs that occur nowhere, merges species, fills ncst
+/// and emptyReleves, with `recount` 1 onsta, and chrange.
 void CheckData(int recount);
 
 /// Merges species of equal name after two data sets were joined. The last species is not compared,

@@ -1,6 +1,7 @@
 #include "TSLIFFMT/raw_entry.h"
 
 #include <cstdio>
+#include <string>
 
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
@@ -10,7 +11,9 @@
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFMT/checks.h"
 #include "TSLIFFMT/dialogue_data.h"
+#include "TSLIFFMT/findings.h"
 #include "TSLIFFMT/raw_tables.h"
+#include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -57,6 +60,16 @@ void EnterTables(RawFiles& files) {
     if (files.environment.stream != nullptr) EnterEnvironment(files.environment);
 }
 
+/// One line each, for a person alone: what is certain and may not be meant.
+void TellFindings(const RawFiles& files) {
+    if (!SpeaksToPerson()) return;
+    TellPerson("");
+    for (const RawFile* file :
+         {&files.traits, &files.phylogeny, &files.communities, &files.environment})
+        TellNumbersLeft(file->name, file->numbersLeft);
+    for (const std::string& finding : FindingsOfDataSet()) TellPerson(finding.c_str());
+}
+
 void WriteDataSet(const char* title) {
     CountStates(nch, tcst, onsta, csm_Float);
     CopyText(dataName, kTitleLength, title);
@@ -71,5 +84,6 @@ void IFFormat() {
     RawFiles files;
     AskForRawFiles(files);
     EnterTables(files);
+    TellFindings(files);
     WriteDataSet(files.traits.name);
 }

@@ -130,6 +130,6 @@ void EnterEnvironment(RawFile& file) {
     else
         ReadByVariables(file);
     SetLabelsStrictly(source, nenv, envLabel, file);
-    CloseRawFile(file);
+    FinishRawFile(file);
     WarnOfMissingValues();
 }

@@ -7,6 +7,7 @@
 #include "TSLIF2/console.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
 #include "mxlibRes/missing.h"
 
@@ -54,6 +55,12 @@ void AskForRawFile(RawFile& file) {
 void CloseRawFile(RawFile& file) {
     if (file.stream != nullptr) std::fclose(file.stream);
     file.stream = nullptr;
+}
+
+void FinishRawFile(RawFile& file) {
+    if (file.stream != nullptr && SpeaksToPerson())
+        file.numbersLeft = CountNumbersLeft(file.stream);
+    CloseRawFile(file);
 }
 
 float ReadFloat(RawFile& file) {

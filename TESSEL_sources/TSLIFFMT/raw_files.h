@@ -16,11 +16,16 @@ struct RawFile {
 
     FILE* stream = nullptr;
     char name[kTypedFileNameLength + 1] = {};
+    long long numbersLeft = 0;  ///< behind the last one that was read, once it is finished
 };
 
 /// Asks for the file until it opens.
 void AskForRawFile(RawFile& file);
 void CloseRawFile(RawFile& file);
+
+/// Closes a file of which all that was wanted has been read; for a person, who is told, it counts
+/// the numbers that it leaves.
+void FinishRawFile(RawFile& file);
 
 /// The next number; text that is not a number is skipped. -999 when the file has ended, which is
 /// told once.

@@ -76,7 +76,7 @@ void EnterTraits(RawFile& file) {
     else
         ReadOTUsAsRows(file);
     SetLabels(source, nch, chLabel, file);
-    CloseRawFile(file);
+    FinishRawFile(file);
     AskForTraitTypes();
     AskForTraitGroups();
 }
