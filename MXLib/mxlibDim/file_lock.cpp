@@ -29,7 +29,7 @@ LockFile OpenLockFile(const char* path) {
 bool IsAtPath(int descriptor, const char* path) {
     struct stat open = {};
     struct stat named = {};
-    return fstat(descriptor, &open) == 0 && stat(path, &named) == 0 &&
+    return fstat(descriptor, &open) == 0 && open.st_nlink > 0 && stat(path, &named) == 0 &&
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
@@ -45,14 +45,15 @@ FileLock::FileLock(const std::string& path) {
         whole.l_whence = SEEK_SET;
         const bool isLocked = fcntl(file.descriptor, F_SETLK, &whole) == 0;
         isTaken_ = !isLocked && (errno == EACCES || errno == EAGAIN);
+        const bool isGone = !isLocked && errno == ESTALE;  // removed on another machine
         if (isLocked && IsAtPath(file.descriptor, path.c_str())) {
             descriptor_ = file.descriptor;
             if (file.lock == F_WRLCK) path_ = path;
             return;
         }
-        if (!isLocked && !isTaken_ && file.isNew) unlink(path.c_str());
+        if (!isLocked && !isTaken_ && !isGone && file.isNew) unlink(path.c_str());
         close(file.descriptor);
-        if (!isLocked) return;
+        if (!isLocked && !isGone) return;
     }
 }
 

@@ -115,7 +115,7 @@ TEST(ProgressLine, MovesAtATerminalWithinALongStep) {
         const LongStep outer("Outer step");
         {
             const LongStep inner("Inner step");
-            std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+            std::this_thread::sleep_for(std::chrono::milliseconds(1300));
         }
         HandleEventInfoWhere2("Slow iteration");
         std::this_thread::sleep_for(std::chrono::milliseconds(900));
