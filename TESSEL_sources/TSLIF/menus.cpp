@@ -115,6 +115,15 @@ void RunSession() {
     FreeGlobals2();
 }
 
+/// Opens the track file of a session that is locked; null, and told, when another program has it or
+/// the file does not open. To open a new one empties an old one: not another program's.
+FILE* OpenTrackFile(const FileLock& lock, const char* mode) {
+    if (!lock.IsTaken()) return fopenck(whichTrack, volumeName, mode);
+    std::fprintf(stderr, "\nsession %s is in use by another program \n", sessionName);
+    std::fputc('\a', stdout);
+    return nullptr;
+}
+
 /// Asks for a session's name, opens its track file in `mode` and runs the session.
 void OpenSession(const char* mode) {
     std::fputs("Enter session name: ", out);
@@ -124,8 +133,7 @@ void OpenSession(const char* mode) {
     CopyText(sessionName, kFileNameLength, sessionShortName);
     MakeSessionFileName(whichTrack, sessionName, trackExt);
     FileLock lock = LockSession();
-    // Opening a new session empties an old track file: not that of another program's session.
-    FILE* track = lock.IsTaken() ? nullptr : fopenck(whichTrack, volumeName, mode);
+    FILE* track = OpenTrackFile(lock, mode);
     if (track == nullptr) {
         Wait();
         return;

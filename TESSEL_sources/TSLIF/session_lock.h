@@ -4,6 +4,6 @@
 
 #include "mxlibDim/file_lock.h"
 
-/// Locks the session whose track file is whichTrack, by a file beside it. When another program has
-/// the session, says so on standard error and rings the bell; the lock IsTaken then.
+/// Locks the session whose track file is whichTrack, by a file beside it. The lock IsTaken when
+/// another program has the session.
 FileLock LockSession();
