@@ -1,16 +1,16 @@
 #include "mxlibDim/available_memory.h"
 
-#include "mxlibDim/scoped.h"
+#include <fstream>
+#include <string>
 
 double (*availableMemoryHook)() = nullptr;
 
 double AvailableMemory() {
     if (availableMemoryHook != nullptr) return availableMemoryHook();
     constexpr double kBytesPerUnit = 1024.0;
-    const ScopedFile file(std::fopen("/proc/meminfo", "r"));
-    char line[128];
+    std::ifstream file("/proc/meminfo");
     double units = 0.0;
-    while (file != nullptr && std::fgets(line, sizeof line, file) != nullptr)
-        if (std::sscanf(line, "MemAvailable: %lf", &units) == 1) return units * kBytesPerUnit;
+    for (std::string word; file >> word;)
+        if (word == "MemAvailable:" && file >> units) return units * kBytesPerUnit;
     return 0.0;
 }
