@@ -1,11 +1,12 @@
 #include "TSLIFFMT/species_labels.h"
 
 #include <cctype>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <unordered_set>
 
 #include "TSLGLOB/dataset.h"
-#include "TSLIFFMT/checks.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -15,6 +16,15 @@ constexpr unsigned char kLastCharacter = '~';
 constexpr int kKeptOfName = kSpeciesLength - kSpeciesLabelLength - 1;
 
 using SpeciesLabel = char[kSpeciesLabelLength + 1];
+using LabelsInUse = std::unordered_set<std::uint32_t>;
+
+/// The characters of a label, or those of a name that stand in its place, in one number.
+std::uint32_t KeyOf(const char* text) {
+    std::uint32_t key = 0;
+    for (int k = 0; k < kSpeciesLabelLength && text[k] != '\0'; k++)
+        key = key << 8 | static_cast<unsigned char>(text[k]);
+    return key;
+}
 
 /// First character of the second word, looked for at position 3 or later; the end when none is.
 const char* SecondWord(const char* name) {
@@ -49,22 +59,22 @@ void AlterLabel(char* label, int step) {
         CountOn(label);
 }
 
-void MakeLabel(SpeciesLabel& label, const char* const* names, int species) {
-    const char* name = names[species];
+void MakeLabel(SpeciesLabel& label, const char* name, const LabelsInUse& inUse) {
     std::memset(label, 0, sizeof label);
     std::snprintf(label, sizeof label, "%.2s%.2s", name, SecondWord(name));
-    for (int step = 0; CheckIdenticalLabels(label, names, species) == 1; step++)
-        AlterLabel(label, step);
+    for (int step = 0; inUse.contains(KeyOf(label)); step++) AlterLabel(label, step);
 }
 
 }  // namespace
 
 void LabelSpecies(int n, char** names) {
+    LabelsInUse inUse;
     for (int i = 0; i < n; i++) {
         SpeciesLabel label;
-        MakeLabel(label, names, i);
+        MakeLabel(label, names[i], inUse);
         char labelled[kSpeciesLength + 1];
         std::snprintf(labelled, sizeof labelled, "%s %.*s", label, kKeptOfName, names[i]);
         CopyText(names[i], kSpeciesLength, labelled);
+        inUse.insert(KeyOf(names[i]));
     }
 }

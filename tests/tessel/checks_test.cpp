@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <set>
 
+#include "TSLIFFMT/species_labels.h"
+#include "mxlibDim/scoped.h"
 #include "tessel/in_process.h"
 
 namespace {
@@ -90,6 +93,15 @@ TEST_F(Checks, EqualLabelsAreAlteredUntilTheyDiffer) {
     std::set<std::string> labels;
     for (const std::string& name : labelled) labels.insert(name.substr(0, 4));
     EXPECT_EQ(labels.size(), names.size());
+    // Each step was a comparison with all species before: 5,000 of them took 46 seconds.
+    const ScopedMatrix<char> many(5000, kSpeciesLength + 1);
+    for (int i = 0; i < 5000; i++) std::snprintf(many[i], 20, "Poa an%d", i);
+    const std::clock_t start = std::clock();
+    LabelSpecies(5000, many);
+    EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC);
+    for (std::size_t i = 0; i < 5000; i++) labels.insert(std::string(many[i], 4));
+    EXPECT_EQ(labels.size(), 5000U);
+    EXPECT_TRUE(std::equal(labelled.begin(), labelled.end(), many.get()));
     // The character after the form feed is the carriage return, after 255 comes the text's end.
     names.clear();
     for (int i = 0; i < 8; i++) names.push_back("\f\xff\xff \f\x1f" + std::to_string(i));
