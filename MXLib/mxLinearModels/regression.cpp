@@ -1,7 +1,11 @@
+#include <climits>
+
 #include "mxLinearModels/least_squares.h"
 #include "mxLinearModels/mxLinearModels.h"
+#include "mxlibDim/failure.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibRes/column_products.h"
+#include "mxlibRes/mantel_sides.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/products.h"
 #include "mxlibRes/standardisation.h"
@@ -69,8 +73,10 @@ int regression(int n, int m, int p, ConstMatrix<float> Y, ConstMatrix<float> X, 
 
 void ResidualsMatrixRegression(int n, ConstMatrix<double> a, ConstMatrix<double> b,
                                Matrix<double> R) {
-    const int q = n % 2 == 0 ? n / 2 * (n - 1) : (n - 1) / 2 * n;
-    if (q < 1) return;
+    const long cells = CountCellsAbove(n);
+    if (cells < 1) return;
+    if (cells > INT_MAX) RaiseError(kOutOfMemory);  // more rows than a table of them can have
+    const int q = static_cast<int>(cells);
     ScopedMatrix<float> factor(q, 1);
     ScopedMatrix<float> response(q, 1);
     int cell = 0;

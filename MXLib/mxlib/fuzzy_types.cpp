@@ -50,7 +50,7 @@ FuzzyTypes<U> MakeFuzzyTypes(int n, int K, const int* partition) {
             ScopedVector<int>(n),
             ScopedVector<int>(n),
             ScopedVector<int>(n),
-            ScopedVector<U>(K * stride)};
+            ScopedVector<U>(static_cast<long>(K) * stride)};
 }
 
 template <class U>

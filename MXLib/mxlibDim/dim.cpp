@@ -4,14 +4,14 @@
 
 #include "mxlibDim/failure.h"
 
-void* dim1D(int size, int n) {
+void* dim1D(int size, long n) {
     const std::size_t count = n > 0 ? static_cast<std::size_t>(n) : 1;
     void* block = std::calloc(count, static_cast<std::size_t>(size));
     if (block == nullptr) RaiseError(kOutOfMemory);
     return block;
 }
 
-void** dim2D(int size, int rows, int cols) {
+void** dim2D(int size, int rows, long cols) {
     void** table = static_cast<void**>(dim1D(sizeof(void*), rows));
     try {
         for (int i = 0; i < rows; i++) table[i] = dim1D(size, cols);

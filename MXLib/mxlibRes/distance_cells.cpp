@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "mxlibRes/distances.h"
+#include "mxlibRes/mantel_sides.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/subset_kernels.h"
 
@@ -45,7 +46,7 @@ void EuclideanCells(int n, int p, const T* const* columns, double* cells) {
     }
     ComparePresent(
         n, p, columns, [](T x, T y) { return static_cast<double>((x - y) * (x - y)); }, cells);
-    for (int c = 0; c < n * (n - 1) / 2; c++) cells[c] = std::sqrt(cells[c]);
+    for (long c = 0; c < CountCellsAbove(n); c++) cells[c] = std::sqrt(cells[c]);
 }
 
 template <class T>
@@ -87,7 +88,8 @@ void UnitLengthObjects(int n, int p, const T* const* columns, ColumnTable<T>* un
 template <class T>
 ColumnTable<T> MakeColumnTable(int n, int p) {
     const int stride = n + kOverrun;
-    ColumnTable<T> table{n, p, stride, ScopedVector<T>(p * stride), ScopedVector<T*>(p)};
+    ColumnTable<T> table{n, p, stride, ScopedVector<T>(static_cast<long>(p) * stride),
+                         ScopedVector<T*>(p)};
     for (int k = 0; k < p; k++)
         table.columns[k] = table.places.get() + static_cast<long>(k) * stride;
     return table;

@@ -50,9 +50,9 @@ INLINE_BODY void DistancesBody(bool squared, int n, int p, const double* columns
     }
 }
 
-INLINE_BODY double SumBody(int m, const double* x) {
+INLINE_BODY double SumBody(long m, const double* x) {
     Lanes s0{}, s1{}, v;
-    int k = 0;
+    long k = 0;
     for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
         s0 += Load(x + k, v);
         s1 += Load(x + k + kLanes, v);
@@ -62,9 +62,9 @@ INLINE_BODY double SumBody(int m, const double* x) {
     return sum;
 }
 
-INLINE_BODY double DotBody(int m, const double* x, const double* y) {
+INLINE_BODY double DotBody(long m, const double* x, const double* y) {
     Lanes s0{}, s1{}, v, w;
-    int k = 0;
+    long k = 0;
     for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
         s0 += Load(x + k, v) * Load(y + k, w);
         s1 += Load(x + k + kLanes, v) * Load(y + k + kLanes, w);
@@ -74,9 +74,9 @@ INLINE_BODY double DotBody(int m, const double* x, const double* y) {
     return sum;
 }
 
-INLINE_BODY double CentreBody(int m, double mean, double* x) {
+INLINE_BODY double CentreBody(long m, double mean, double* x) {
     Lanes s0{}, s1{}, v;
-    int k = 0;
+    long k = 0;
     for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
         const Lanes c0 = Load(x + k, v) - mean;
         const Lanes c1 = Load(x + k + kLanes, v) - mean;
@@ -170,13 +170,13 @@ INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* co
     TARGET void Absolute(int n, int p, const double* columns, int stride, double* cells) {         \
         DistancesBody(false, n, p, columns, stride, cells);                                        \
     }                                                                                              \
-    TARGET double Sum(int m, const double* x) {                                                    \
+    TARGET double Sum(long m, const double* x) {                                                   \
         return SumBody(m, x);                                                                      \
     }                                                                                              \
-    TARGET double Dot(int m, const double* x, const double* y) {                                   \
+    TARGET double Dot(long m, const double* x, const double* y) {                                  \
         return DotBody(m, x, y);                                                                   \
     }                                                                                              \
-    TARGET double Centre(int m, double mean, double* x) {                                          \
+    TARGET double Centre(long m, double mean, double* x) {                                         \
         return CentreBody(m, mean, x);                                                             \
     }                                                                                              \
     TARGET void WeightedRows(int entries, const int* at, const double* weights,                    \

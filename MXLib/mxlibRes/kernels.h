@@ -13,10 +13,10 @@ struct Kernels {
     void (*euclidean)(int n, int p, const double* columns, int stride, double* cells);
     void (*absolute)(int n, int p, const double* columns, int stride, double* cells);
 
-    double (*sum)(int m, const double* x);
-    double (*dot)(int m, const double* x, const double* y);
+    double (*sum)(long m, const double* x);
+    double (*dot)(long m, const double* x, const double* y);
     /// Subtracts the mean; the result is the sum of squares of what remains.
-    double (*centre)(int m, double mean, double* x);
+    double (*centre)(long m, double mean, double* x);
 
     /// row = the sum over the entries e, ascending, of weights[e] times table row at[e]; `width` is
     /// a multiple of 4.

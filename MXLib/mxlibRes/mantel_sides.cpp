@@ -10,7 +10,7 @@ namespace {
 
 /// Sums over cells that wait for a pass.
 struct Chains {
-    int m;
+    long m;
     int count = 0;
     const double* x[kMostChains] = {};
     const double* y[kMostChains] = {};
@@ -40,25 +40,26 @@ void Deviations(int count, MantelSide* const* sides) {
     for (int s = 0; s < count; s++) cells[s] = sides[s]->cells;
     kernels.chains(count, sides[0]->nCells, cells, nullptr, sums);
     for (int s = 0; s < count; s++)
-        sides[s]->hasMissing = kernels.deviations(sides[s]->nCells, sums[s] / sides[s]->nCells,
-                                                  sides[s]->cells, sides[s]->deviations);
+        sides[s]->hasMissing =
+            kernels.deviations(sides[s]->nCells, sums[s] / static_cast<double>(sides[s]->nCells),
+                               sides[s]->cells, sides[s]->deviations);
 }
 
 /// Over the cells present in both sides.
 double CorrelatePresent(const MantelSide& a, const MantelSide& b) {
     double sumA = 0.0, sumB = 0.0;
-    int present = 0;
-    for (int c = 0; c < a.nCells; c++) {
+    long present = 0;
+    for (long c = 0; c < a.nCells; c++) {
         if (IsMissing(a.cells[c]) || IsMissing(b.cells[c])) continue;
         sumA += a.cells[c];
         sumB += b.cells[c];
         present++;
     }
     double squaresA = 0.0, squaresB = 0.0, products = 0.0;
-    for (int c = 0; c < a.nCells; c++) {
+    for (long c = 0; c < a.nCells; c++) {
         if (IsMissing(a.cells[c]) || IsMissing(b.cells[c])) continue;
-        const double da = a.cells[c] - sumA / present;
-        const double db = b.cells[c] - sumB / present;
+        const double da = a.cells[c] - sumA / static_cast<double>(present);
+        const double db = b.cells[c] - sumB / static_cast<double>(present);
         squaresA += da * da;
         squaresB += db * db;
         products += da * db;
@@ -81,7 +82,7 @@ void CompleteSides(int count, MantelSide* const* sides, Chains* chains) {
 }  // namespace
 
 MantelSide MakeMantelSide(int n) {
-    const int nCells = CountCellsAbove(n);
+    const long nCells = CountCellsAbove(n);
     return {nCells, ScopedVector<double>(nCells + kOverrun),
             ScopedVector<double>(nCells + kOverrun), 0.0, false};
 }

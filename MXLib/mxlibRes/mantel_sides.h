@@ -15,12 +15,12 @@ void CellsAbove(int n, ConstMatrix<T> s, double* cells) {
 }
 
 /// Cells above the diagonal of a matrix of n objects.
-inline int CountCellsAbove(int n) {
-    return n < 2 ? 0 : n * (n - 1) / 2;
+inline long CountCellsAbove(int n) {
+    return n < 2 ? 0 : static_cast<long>(n) * (n - 1) / 2;
 }
 
 struct MantelSide {
-    int nCells;
+    long nCells;
     ScopedVector<double> cells;       ///< kOverrun places of room beyond the last
     ScopedVector<double> deviations;  ///< from their mean
     double squares;                   ///< of the deviations

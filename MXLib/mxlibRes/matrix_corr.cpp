@@ -10,7 +10,7 @@ struct Sums {
     double a = 0.0;
     double b = 0.0;
     double ab = 0.0;
-    int cells = 0;
+    long cells = 0;
 };
 
 template <class T>
@@ -45,7 +45,8 @@ template <class T>
 double Mantel(int n, ConstMatrix<T> a, ConstMatrix<double> b) {
     if (n < 2) return 0.0;
     const Sums total = SumPresentCells(n, a, b);
-    const Sums s = SumDeviations(n, a, b, total.a / total.cells, total.b / total.cells);
+    const Sums s = SumDeviations(n, a, b, total.a / static_cast<double>(total.cells),
+                                 total.b / static_cast<double>(total.cells));
     if (s.a == 0.0 || s.b == 0.0) return 0.0;
     return s.ab / std::sqrt(s.a * s.b);
 }

@@ -18,9 +18,9 @@ inline bool IsMissing(double x) {
 
 /// Whether a matrix of n x p holds a missing value anywhere.
 template <class T>
-bool HasMissing(int n, int p, const T* const* a) {
+bool HasMissing(int n, long p, const T* const* a) {
     for (int i = 0; i < n; i++)
-        for (int j = 0; j < p; j++)
+        for (long j = 0; j < p; j++)
             if (IsMissing(a[i][j])) return true;
     return false;
 }

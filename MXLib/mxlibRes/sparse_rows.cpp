@@ -52,11 +52,11 @@ bool AllFinite(int n, int m, ConstMatrix<T> w) {
 }
 
 /// The slices, rows of the most cells first; returns how many cells they take.
-int MakeSlices(int n, const int* cells, int slices, int* row, int* start) {
+long MakeSlices(int n, const int* cells, int slices, int* row, long* start) {
     for (int i = 0; i < slices * kSliceRows; i++) row[i] = i;
     std::stable_sort(row, row + n, [cells](int a, int b) { return cells[a] > cells[b]; });
     for (int i = 0; i < slices; i++)
-        start[i + 1] = start[i] + cells[row[i * kSliceRows]] * kSliceRows;
+        start[i + 1] = start[i] + static_cast<long>(cells[row[i * kSliceRows]]) * kSliceRows;
     return start[slices];
 }
 
@@ -65,7 +65,7 @@ void FillSlices(SparseRows<T>* rows) {
     for (int i = 0; i < rows->slices * kSliceRows; i++) {
         if (rows->row[i] >= rows->n) continue;
         const T* w = rows->w[rows->row[i]];
-        int e = rows->start[i / kSliceRows] + i % kSliceRows;
+        long e = rows->start[i / kSliceRows] + i % kSliceRows;
         for (int k = 0; k < rows->m; k++) {
             if (!HasWeight(w[k])) continue;
             rows->at[e] = k;
@@ -82,9 +82,11 @@ SparseRows<T> MakeSparseRows(int n, int m, int K, ConstMatrix<T> w) {
     constexpr int kMultiple = 8;  // of sparseRows
     const int width = (K + kMultiple - 1) / kMultiple * kMultiple;
     const int slices = (n + kSliceRows - 1) / kSliceRows;
-    ScopedVector<int> cells(n), row(slices * kSliceRows), start(slices + 1);
+    const int rowsOfSlices = slices * kSliceRows;
+    ScopedVector<int> cells(n), row(rowsOfSlices);
+    ScopedVector<long> start(slices + 1);
     for (int i = 0; i < n; i++) cells[i] = CountCells(m, w[i]);
-    const int count = MakeSlices(n, cells, slices, row, start);
+    const long count = MakeSlices(n, cells, slices, row, start);
     SparseRows<T> rows{n,
                        m,
                        K,
@@ -96,8 +98,8 @@ SparseRows<T> MakeSparseRows(int n, int m, int K, ConstMatrix<T> w) {
                        ScopedVector<int>(count),
                        ScopedVector<T>(count),
                        width,
-                       ScopedVector<T>(m * width),
-                       ScopedVector<T>(slices * kSliceRows * width),
+                       ScopedVector<T>(static_cast<long>(m) * width),
+                       ScopedVector<T>(static_cast<long>(rowsOfSlices) * width),
                        ScopedVector<T*>(n)};
     for (int i = 0; i < n; i++) rows.x[i] = rows.places.get() + static_cast<long>(i) * width;
     FillSlices(&rows);

@@ -36,9 +36,9 @@ INLINE_BODY void TurnCells(const Lanes* v, Lanes* cell) {
 
 /// 4 G chains at once.
 template <int G, bool kProducts>
-INLINE_BODY void SumChains(int m, const double* const* x, const double* const* y, double* sums) {
+INLINE_BODY void SumChains(long m, const double* const* x, const double* const* y, double* sums) {
     Lanes sum[G] = {};
-    int k = 0;
+    long k = 0;
     for (; k + kLanes <= m; k += kLanes) {
         UNROLL
         for (int g = 0; g < G; g++) {
@@ -55,13 +55,13 @@ INLINE_BODY void SumChains(int m, const double* const* x, const double* const* y
     }
     for (int c = 0; c < G * kLanes; c++) {
         double s = sum[c / kLanes][c % kLanes];
-        for (int j = k; j < m; j++) s += kProducts ? x[c][j] * y[c][j] : x[c][j];
+        for (long j = k; j < m; j++) s += kProducts ? x[c][j] * y[c][j] : x[c][j];
         sums[c] = s;
     }
 }
 
 /// Chains that fill no vector are the first one again.
-INLINE_BODY void ChainsBody(int chains, int m, const double* const* x, const double* const* y,
+INLINE_BODY void ChainsBody(int chains, long m, const double* const* x, const double* const* y,
                             double* sums) {
     const double* ofX[kMostChains];
     const double* ofY[kMostChains];
@@ -85,9 +85,9 @@ INLINE_BODY void ChainsBody(int chains, int m, const double* const* x, const dou
     for (int c = 0; c < chains; c++) sums[c] = result[c];
 }
 
-INLINE_BODY bool DeviationsBody(int m, double mean, const double* cells, double* deviations) {
+INLINE_BODY bool DeviationsBody(long m, double mean, const double* cells, double* deviations) {
     LongLanes missing{};
-    int k = 0;
+    long k = 0;
     for (; k + kLanes <= m; k += kLanes) {
         Lanes v;
         Load(cells + k, v);
@@ -212,11 +212,11 @@ INLINE_BODY void SparseSlicePart(int entries, const int* at, const T* weights, c
 }
 
 template <class T>
-INLINE_BODY void SparseRowsBody(int slices, const int* start, const int* at, const T* weights,
+INLINE_BODY void SparseRowsBody(int slices, const long* start, const int* at, const T* weights,
                                 const int* row, const T* table, int width, T* rows) {
     constexpr int kWidth = LanesOf<T>::kWidth;
     for (int i = 0; i < slices; i++) {
-        const int entries = (start[i + 1] - start[i]) / kSliceRows;
+        const auto entries = static_cast<int>((start[i + 1] - start[i]) / kSliceRows);
         const int* ofAt = at + start[i];
         const T* of = weights + start[i];
         const int* ofRow = row + i * kSliceRows;
@@ -340,9 +340,9 @@ INLINE_BODY void PlusPresent(const float* counts, const float* layer, FloatLanes
 }
 
 template <bool kMV>
-INLINE_BODY void AddLayerBody(int m, const double* from, const float* counts, const float* layer,
+INLINE_BODY void AddLayerBody(long m, const double* from, const float* counts, const float* layer,
                               double* to, float* toCounts) {
-    for (int c = 0; c < m; c += kFloatLanes) {
+    for (long c = 0; c < m; c += kFloatLanes) {
         Lanes sum;
         PlusLayer<kMV>(from + c, layer + c, &sum);
         Store(sum, to + c);
@@ -430,7 +430,7 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
     TARGET void Absolute##NAME(int n, int p, const T* const* columns, double* cells) {            \
         DistancesBody<false>(n, p, columns, cells);                                               \
     }                                                                                             \
-    TARGET void SparseRows##NAME(int slices, const int* start, const int* at, const T* weights,   \
+    TARGET void SparseRows##NAME(int slices, const long* start, const int* at, const T* weights,  \
                                  const int* row, const T* table, int width, T* rows) {            \
         SparseRowsBody(slices, start, at, weights, row, table, width, rows);                      \
     }                                                                                             \
@@ -447,11 +447,11 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
 #define SUBSET_KERNELS(TARGET)                                                                     \
     TYPED_KERNELS(TARGET, float, Float)                                                            \
     TYPED_KERNELS(TARGET, double, Double)                                                          \
-    TARGET void Chains(int chains, int m, const double* const* x, const double* const* y,          \
+    TARGET void Chains(int chains, long m, const double* const* x, const double* const* y,         \
                        double* sums) {                                                             \
         ChainsBody(chains, m, x, y, sums);                                                         \
     }                                                                                              \
-    TARGET bool Deviations(int m, double mean, const double* cells, double* deviations) {          \
+    TARGET bool Deviations(long m, double mean, const double* cells, double* deviations) {         \
         return DeviationsBody(m, mean, cells, deviations);                                         \
     }                                                                                              \
     TARGET void Products(int n, int p, const float* const* columns, double* cells) {               \
@@ -460,10 +460,10 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
     TARGET bool SameAsOne(int from, int to, const float* row, const int* types, int type) {        \
         return SameAsOneBody(from, to, row, types, type);                                          \
     }                                                                                              \
-    TARGET void AddLayer(int m, const double* from, const float* layer, double* to) {              \
+    TARGET void AddLayer(long m, const double* from, const float* layer, double* to) {             \
         AddLayerBody<false>(m, from, nullptr, layer, to, nullptr);                                 \
     }                                                                                              \
-    TARGET void AddLayerMV(int m, const double* from, const float* counts, const float* layer,     \
+    TARGET void AddLayerMV(long m, const double* from, const float* counts, const float* layer,    \
                            double* to, float* toCounts) {                                          \
         AddLayerBody<true>(m, from, counts, layer, to, toCounts);                                  \
     }                                                                                              \

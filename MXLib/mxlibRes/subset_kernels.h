@@ -26,7 +26,7 @@ struct TypedSubsetKernels {
     /// times table row at[e], into row[...] of `rows`. The entries of a slice, start[i] to
     /// start[i + 1], take turns between its rows. Both tables have `width` places in a row, a
     /// multiple of 8.
-    void (*sparseRows)(int slices, const int* start, const int* at, const T* weights,
+    void (*sparseRows)(int slices, const long* start, const int* at, const T* weights,
                        const int* row, const T* table, int width, T* rows);
 
     /// mean[i] = sum over the members m, in their order, of s[m][i] / size, each quotient a float
@@ -40,9 +40,10 @@ struct TypedSubsetKernels {
 struct SubsetKernels {
     /// Sums of x[c] times y[c], or of x[c] alone where y is null, over m cells in their order, for
     /// up to kMostChains chains c.
-    void (*chains)(int chains, int m, const double* const* x, const double* const* y, double* sums);
+    void (*chains)(int chains, long m, const double* const* x, const double* const* y,
+                   double* sums);
     /// Deviations of m cells from their mean; whether some cell is missing.
-    bool (*deviations)(int m, double mean, const double* cells, double* deviations);
+    bool (*deviations)(long m, double mean, const double* cells, double* deviations);
 
     /// Products between n objects described by p columns into the cells above the diagonal, row
     /// after row; their sums in float, column after column.
@@ -54,8 +55,8 @@ struct SubsetKernels {
 
     /// to = from + layer over m cells, a multiple of kTileCells; the form with counts passes over
     /// missing cells of the layer and counts the others.
-    void (*addLayer)(int m, const double* from, const float* layer, double* to);
-    void (*addLayerMV)(int m, const double* from, const float* counts, const float* layer,
+    void (*addLayer)(long m, const double* from, const float* layer, double* to);
+    void (*addLayerMV)(long m, const double* from, const float* counts, const float* layer,
                        double* to, float* toCounts);
     /// The matrix of (sums + layer) / count from its tiles on and above the diagonal, tile row
     /// after tile row, both halves of it; a row has `tiles` times kTileSide places. The form with

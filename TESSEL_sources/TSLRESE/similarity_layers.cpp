@@ -4,7 +4,6 @@
 
 #include "TSLGLOB/settings.h"
 #include "TSLRESE/gower_partial.h"
-#include "mxlibDim/failure.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/subset_kernels.h"
 
@@ -23,11 +22,9 @@ void PackTiles(int n, int tiles, const float* const* pairs, float* cells) {
 }
 
 SimilarityLayers MakeRoom(int nVariables, int n, int largestSubset) {
-    constexpr int kMostObjects = 40000;  // more cells than an int counts
-    if (n > kMostObjects) RaiseError(kOutOfMemory);
     const int tiles = (n + kTileSide - 1) / kTileSide;
-    const int nCells = tiles * (tiles + 1) / 2 * kTileCells;
-    const int side = tiles * kTileSide;
+    const long nCells = static_cast<long>(tiles) * (tiles + 1) / 2 * kTileCells;
+    const long side = tiles * kTileSide;
     const int levels = std::max(largestSubset, 1);  // the sum over all members is not kept
     SimilarityLayers layers{n,
                             largestSubset,
@@ -42,8 +39,7 @@ SimilarityLayers MakeRoom(int nVariables, int n, int largestSubset) {
                             0,
                             ScopedVector<float>(side * side),
                             ScopedVector<float*>(n)};
-    for (int i = 0; i < n; i++)
-        layers.rows[i] = layers.similarity.get() + static_cast<long>(i) * side;
+    for (int i = 0; i < n; i++) layers.rows[i] = layers.similarity.get() + i * side;
     return layers;
 }
 
@@ -101,8 +97,8 @@ float* const* AverageLayers(int size, const int* members, SimilarityLayers* laye
     if (size > 0)
         AverageWith(level, members[level], layers);
     else
-        std::fill_n(layers->similarity.get(), layers->tiles * layers->tiles * kTileCells,
-                    float{kMissing});
+        std::fill_n(layers->similarity.get(),
+                    static_cast<long>(layers->tiles) * layers->tiles * kTileCells, float{kMissing});
     for (int i = 0; i < layers->n; i++) layers->rows[i][i] = 1.0F;
     return layers->rows;
 }

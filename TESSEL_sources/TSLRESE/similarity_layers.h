@@ -11,7 +11,7 @@ struct SimilarityLayers {
     int n;  ///< objects compared
     int largestSubset;
     int tiles;                   ///< per row; cells lie in square tiles on and above the diagonal
-    int nCells;                  ///< of a layer
+    long nCells;                 ///< of a layer
     ScopedMatrix<float> layers;  ///< by variable
     ScopedVector<bool> isComplete;   ///< by variable: no missing cell
     ScopedMatrix<double> sums;       ///< by number of members

@@ -6,6 +6,7 @@
 #include <random>
 #include <vector>
 
+#include "mxlibRes/mantel_sides.h"
 #include "mxlibRes/subset_kernels.h"
 
 namespace {
@@ -32,6 +33,17 @@ TEST(Kernels, WideRegistersChangeNoDigit) {
         EXPECT_EQ(wide.centre(m, 0.3, centred.data()), plain.centre(m, 0.3, centredToo.data()));
         EXPECT_EQ(centred, centredToo);
     }
+}
+
+// 46,341 objects squared are beyond an int: rooms for their pairs came out empty.
+TEST(Sizes, OfPairsGoBeyondAnInt) {
+    EXPECT_EQ(CountCellsAbove(46342), 1073767311);
+    EXPECT_EQ(CountCellsAbove(100000), 4999950000);
+    constexpr long kMany = 3L << 30;
+    const ScopedVector<char> vector(kMany);
+    const ScopedMatrix<char> matrix(1, kMany);
+    vector[kMany - 1] = matrix[0][kMany - 1] = 7;
+    EXPECT_EQ(vector[kMany - 1] + vector[kMany / 2] + matrix[0][kMany / 2], 7);
 }
 
 /// Distances and weighted rows have the digits of the plain loops too.

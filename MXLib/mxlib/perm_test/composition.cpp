@@ -53,12 +53,12 @@ void FillTable(const TestRecord& in, Composition* c) {
 
 void SparseProducts(const TestRecord& in, const int* list, Composition* c, Arrangement* now) {
     const Kernels& kernels = KernelsOfProcessor();
-    const int* start = c->w.start;
-    for (int e = 0; e < start[in.nCommunities]; e++) c->at[e] = list[c->w.otu[e]] - 1;
+    const long* start = c->w.start;
+    for (long e = 0; e < start[in.nCommunities]; e++) c->at[e] = list[c->w.otu[e]] - 1;
     for (int i = 0; i < in.nCommunities; i++) {
-        const int first = start[i];
-        kernels.weightedRows(start[i + 1] - first, c->at + first, c->w.value + first, c->table,
-                             c->width, c->row);
+        const long first = start[i];
+        kernels.weightedRows(static_cast<int>(start[i + 1] - first), c->at + first,
+                             c->w.value + first, c->table, c->width, c->row);
         const double* from = c->row;
         for (int j = 0; j < in.nTraits; j++) now->T[i][j] = in.traitsInUse[j] == 1 ? *from++ : 0.0;
         for (int j = 0; j < in.nTypes; j++) now->X[i][j] = *from++;
@@ -95,18 +95,18 @@ int ColumnsOf(const TestRecord& in, Letter letter) {
     return columns[letter];
 }
 
-int CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w) {
-    int count = 0;
+long CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w) {
+    long count = 0;
     for (int i = 0; i < nCommunities; i++)
         for (int k = 0; k < nOTUs; k++) count += w[i][k] != 0 && !IsMissing(w[i][k]);
     return count;
 }
 
 SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w) {
-    const int count = CountPresent(nCommunities, nOTUs, w);
-    SparseCells cells{ScopedVector<int>(nCommunities + 1), ScopedVector<int>(count),
+    const long count = CountPresent(nCommunities, nOTUs, w);
+    SparseCells cells{ScopedVector<long>(nCommunities + 1), ScopedVector<int>(count),
                       ScopedVector<double>(count)};
-    int e = 0;
+    long e = 0;
     for (int i = 0; i < nCommunities; i++) {
         for (int k = 0; k < nOTUs; k++) {
             if (w[i][k] == 0 || IsMissing(w[i][k])) continue;
@@ -121,12 +121,12 @@ SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w) {
 
 Composition MakeComposition(const TestRecord& in) {
     const int width = TableWidth(in);
-    const int count = CountPresent(in.nCommunities, in.nOTUs, in.W);
+    const long count = CountPresent(in.nCommunities, in.nOTUs, in.W);
     Composition c{NeedsPlainProducts(in),
                   PresentCells(in.nCommunities, in.nOTUs, in.W),
                   ScopedVector<int>(count),
                   width,
-                  ScopedVector<double>(in.nOTUs * width),
+                  ScopedVector<double>(static_cast<long>(in.nOTUs) * width),
                   ScopedVector<double>(width),
                   ScopedVector<const float*>(in.nOTUs),
                   ScopedVector<const double*>(in.nOTUs),

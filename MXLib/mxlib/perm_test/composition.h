@@ -22,11 +22,11 @@ int ColumnsOf(const TestRecord& in, Letter letter);
 
 /// The cells of W that add anything, community after community, OTUs ascending.
 struct SparseCells {
-    ScopedVector<int> start;  ///< first entry of each community, and the end
+    ScopedVector<long> start;  ///< first entry of each community, and the end
     ScopedVector<int> otu;
     ScopedVector<double> value;
 };
-int CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w);
+long CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w);
 SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w);
 
 /// What the products keep from one order of the OTUs to the next.

@@ -23,8 +23,8 @@ bool ToProportions(int nCommunities, SparseCells* cells) {
     bool finite = true;
     for (int i = 0; i < nCommunities; i++) {
         double total = 0.0;
-        for (int e = cells->start[i]; e < cells->start[i + 1]; e++) total += cells->value[e];
-        for (int e = cells->start[i]; e < cells->start[i + 1]; e++) {
+        for (long e = cells->start[i]; e < cells->start[i + 1]; e++) total += cells->value[e];
+        for (long e = cells->start[i]; e < cells->start[i + 1]; e++) {
             cells->value[e] = total > 0 ? cells->value[e] / total : 0.0;
             finite = finite && std::isfinite(cells->value[e]);
         }
@@ -76,8 +76,8 @@ double SumOverPairs(int present, const int* at, const double* p, const double* t
 
 void SumOverPresentPairs(const TestRecord& in, const double* table, Entropies* e) {
     for (int i = 0; i < in.nCommunities; i++) {
-        const int first = e->proportions.start[i];
-        e->q[i] = SumOverPairs(e->proportions.start[i + 1] - first, e->at + first,
+        const long first = e->proportions.start[i];
+        e->q[i] = SumOverPairs(static_cast<int>(e->proportions.start[i + 1] - first), e->at + first,
                                e->proportions.value + first, table, in.nOTUs);
     }
 }
@@ -113,13 +113,13 @@ void EntropiesInOrder(const TestRecord& in, const int* list, const Resemblances<
 
 Entropies MakeEntropies(const TestRecord& in) {
     const int n = in.nOTUs;
-    const int count = CountPresent(in.nCommunities, n, in.W);
-    const int phylogenyCells = in.includePhylogeny ? n * n : 0;
+    const long count = CountPresent(in.nCommunities, n, in.W);
+    const long cells = static_cast<long>(n) * n;
     Entropies e{false,
                 PresentCells(in.nCommunities, n, in.W),
                 ScopedVector<int>(count),
-                ScopedVector<double>(n * n),
-                ScopedVector<double>(phylogenyCells),
+                ScopedVector<double>(cells),
+                ScopedVector<double>(in.includePhylogeny ? cells : 0),
                 ScopedVector<double>(in.nCommunities),
                 ScopedMatrix<double>(n, n),
                 ScopedVector<int>(n),
@@ -149,8 +149,8 @@ void FillDifferences(const TestRecord& in, Entropies* e) {
 }
 
 void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arrangement* now) {
-    const int entries = e->proportions.start[in.nCommunities];
-    for (int k = 0; k < entries; k++) e->at[k] = list[e->proportions.otu[k]] - 1;
+    const long entries = e->proportions.start[in.nCommunities];
+    for (long k = 0; k < entries; k++) e->at[k] = list[e->proportions.otu[k]] - 1;
     EntropiesInOrder<float>(in, list, {in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->byTraits}, e);
     EquivalentNumbers(in.nCommunities, e->q, now->R);
     if (!in.includePhylogeny) return;

@@ -30,19 +30,19 @@ int MeasureOf(const TestRecord& in, Letter letter) {
 }
 
 /// The rule of MatrixCorr on two vectors of cells.
-double CorrelationOfPresent(int m, const double* a, const double* b) {
+double CorrelationOfPresent(long m, const double* a, const double* b) {
     double meanA = 0.0, meanB = 0.0;
-    int count = 0;
-    for (int k = 0; k < m; k++) {
+    long count = 0;
+    for (long k = 0; k < m; k++) {
         if (IsMissing(a[k]) || IsMissing(b[k])) continue;
         meanA += a[k];
         meanB += b[k];
         count++;
     }
-    meanA /= count;
-    meanB /= count;
+    meanA /= static_cast<double>(count);
+    meanB /= static_cast<double>(count);
     double squaresA = 0.0, squaresB = 0.0, products = 0.0;
-    for (int k = 0; k < m; k++) {
+    for (long k = 0; k < m; k++) {
         if (IsMissing(a[k]) || IsMissing(b[k])) continue;
         squaresA += (a[k] - meanA) * (a[k] - meanA);
         squaresB += (b[k] - meanB) * (b[k] - meanB);
@@ -58,7 +58,7 @@ void TakeFixed(const TestRecord& in, Letter letter, ConstMatrix<double> d, Mante
     m->hasMissing[letter] = HasMissing(1, m->nCells, &cells);
     if (m->hasMissing[letter] || IsSmallSample(in)) return;
     const Kernels& kernels = KernelsOfProcessor();
-    const double mean = kernels.sum(m->nCells, cells) / m->nCells;
+    const double mean = kernels.sum(m->nCells, cells) / static_cast<double>(m->nCells);
     m->squares[letter] = kernels.centre(m->nCells, mean, m->cells[letter]);
 }
 
@@ -127,15 +127,15 @@ double CorrelationOf(double products, double squaresA, double squaresB) {
 /// Centres the cells just made and sums their products with the other side of each pair of the
 /// block, a piece of cells after the other while it is at hand.
 void CorrelateCells(Block block, MantelPairs* m, Statistics* s) {
-    constexpr int kPiece = 1024;
+    constexpr long kPiece = 1024;
     const Letter made = MadeIn(block);
     const Kernels& kernels = KernelsOfProcessor();
     double* cells = m->cells[made];
-    const double mean = kernels.sum(m->nCells, cells) / m->nCells;
+    const double mean = kernels.sum(m->nCells, cells) / static_cast<double>(m->nCells);
     double squares = 0.0;
     double products[kLetters] = {};
-    for (int from = 0; from < m->nCells; from += kPiece) {
-        const int size = std::min(kPiece, m->nCells - from);
+    for (long from = 0; from < m->nCells; from += kPiece) {
+        const long size = std::min(kPiece, m->nCells - from);
         squares += kernels.centre(size, mean, cells + from);
         for (const PairStatistic& pair : kPairStatistics) {
             if (pair.block != block) continue;
@@ -161,14 +161,14 @@ int WidestVarying(const TestRecord& in) {
 
 MantelPairs MakeMantelPairs(const TestRecord& in) {
     const int n = in.nCommunities;
-    const int nCells = n * (n - 1) / 2;
+    const long nCells = CountCellsAbove(n);
     const int stride = n + kOverrun;
     MantelPairs m{nCells,
                   stride,
                   ScopedMatrix<double>(kLetters, nCells + kOverrun),
                   ScopedVector<double>(kLetters),
                   ScopedVector<bool>(kLetters),
-                  ScopedVector<double>(stride * WidestVarying(in)),
+                  ScopedVector<double>(static_cast<long>(stride) * WidestVarying(in)),
                   ScopedMatrix<double>(n, n)};
     TakeFixed(in, kE, in.DE, &m);
     TakeFixed(in, kZ, in.DZ, &m);

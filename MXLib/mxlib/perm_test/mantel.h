@@ -7,7 +7,7 @@
 #include "mxlibRes/mantel_sides.h"
 
 struct MantelPairs {
-    int nCells;
+    long nCells;
     int stride;                     ///< places of a column
     ScopedMatrix<double> cells;     ///< by letter, centred (two communities: as they are)
     ScopedVector<double> squares;   ///< by letter: sum of squares of the centred cells

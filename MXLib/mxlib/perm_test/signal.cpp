@@ -21,14 +21,14 @@ bool IsSymmetric(int n, ConstMatrix<double> s) {
 
 std::unique_ptr<SignalOfPairs> MakeSignalOfPairs(int n) {
     return std::unique_ptr<SignalOfPairs>(
-        new SignalOfPairs{false, ScopedVector<double>(n * (n - 1) / 2), ScopedVector<double>(n),
-                          ScopedVector<double>(n * n), 0.0});
+        new SignalOfPairs{false, ScopedVector<double>(CountCellsAbove(n)), ScopedVector<double>(n),
+                          ScopedVector<double>(static_cast<long>(n) * n), 0.0});
 }
 
 /// Both sides centred at the means of their cells above the diagonal.
 void PrepareCorrelation(const TestRecord& in, SignalOfPairs* pairs) {
     const int n = in.nOTUs;
-    const int nCells = n * (n - 1) / 2;
+    const long nCells = CountCellsAbove(n);
     CellsAbove<float>(n, in.Sb, pairs->above);
     const double* above = pairs->above;
     pairs->plain =
@@ -37,12 +37,12 @@ void PrepareCorrelation(const TestRecord& in, SignalOfPairs* pairs) {
     const Kernels& kernels = KernelsOfProcessor();
     ScopedVector<double> cells(nCells);
     CellsAbove<double>(n, in.Sf, cells);
-    const double mean = kernels.sum(nCells, cells) / nCells;
+    const double mean = kernels.sum(nCells, cells) / static_cast<double>(nCells);
     const double squares = kernels.centre(nCells, mean, cells);
     double* to = pairs->phylogeny;
     for (int i = 0; i < n; i++)
         for (int j = 0; j < n; j++) *to++ = in.Sf[i][j] - mean;
-    const double meanB = kernels.sum(nCells, pairs->above) / nCells;
+    const double meanB = kernels.sum(nCells, pairs->above) / static_cast<double>(nCells);
     const double squaresB = kernels.centre(nCells, meanB, pairs->above);
     pairs->scale = squares == 0 || squaresB == 0 ? 0.0 : 1.0 / std::sqrt(squares * squaresB);
 }
