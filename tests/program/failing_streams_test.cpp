@@ -83,7 +83,9 @@ TEST(FailingStreams, EveryFileIsReplacedAsAWholeOrNotAtAll) {
             EXPECT_EQ(well.folder.Read(file).find(kOld), continues ? 0 : std::string::npos) << file;
             if (*mode == 'a' && !continues) continue;
             for (const char* call : {"write", "close", "fsync", "rename", "read"}) {
-                if (std::string(call) == "read" && !continues) continue;  // the old content
+                // The old content is read; what follows a write is the same for all files.
+                if (std::string(call) == "read" && !continues) continue;
+                if (std::string(call) != "write" && file != "newPrinda.txt") continue;
                 SCOPED_TRACE(file + " " + mode + " " + call);
                 const Failure failure(call, file, 1, ENOSPC);
                 const Everything ill(mode);
