@@ -56,11 +56,11 @@ TEST_F(Memory, IsToldWithinAThird) {
         int OTUs, communities, traits;
         bool phylogeny;
         const char* congruence;
-    } cases[] = {{500, 100, 3, true, "1 6"},
-                 {500, 100, 3, true, "3"},
+    } cases[] = {{350, 100, 3, true, "1 6"},
+                 {350, 100, 3, true, "3"},
                  {400, 100, 20, false, "1 6"},
                  {300, 600, 3, false, "1 6"},
-                 {300, 600, 3, true, "2"}};
+                 {250, 600, 3, true, "2"}};
     for (const auto& c : cases) {
         Load(c.OTUs, c.communities, c.traits, c.phylogeny);
         int pipes[2];
