@@ -74,7 +74,7 @@ ComponentFactors MakeComponentFactors(int n, int maxCovariables, int maxResponse
             ScopedVector<double>(m),
             ScopedMatrix<double>(p + 1, p + 1),
             ScopedMatrix<double>(p + 1, m + 1),
-            ScopedVector<int>(3 * (p + 1)),
+            ScopedVector<int>(3L * (p + 1)),
             MakeGslMatrix(p, p),
             MakeGslMatrix(p, p),
             MakeGslVector(p),

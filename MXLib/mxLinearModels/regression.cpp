@@ -43,7 +43,7 @@ int Regression(int n, int m, int p, ConstMatrix<T> Y, ConstMatrix<T> X, Matrix<d
     ColumnProducts(n, p, Xc, m, Yc, B, missing);
     ScopedMatrix<double> system(p + 1, p + 1);
     ScopedMatrix<double> solution(p + 1, m + 1);
-    ScopedVector<int> room(3 * (p + 1));
+    ScopedVector<int> room(3L * (p + 1));
     SolveNormalEquations(p, m, S, B, system, solution, room);
     Intercepts(p, m, B, meansX, meansY, b0);
 

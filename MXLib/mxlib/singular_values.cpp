@@ -169,7 +169,7 @@ bool SingularValuesAlone(int m, int n, Matrix<double> a, double* s, double* room
         return true;
     }
     double* e = room;
-    Bidiagonalise(m, n, a, s, e, room + n, room + 2 * n);
+    Bidiagonalise(m, n, a, s, e, room + n, room + 2L * n);
     double norm = 0.0;
     for (int k = 0; k < n; k++) norm = std::max(norm, std::fabs(s[k]) + std::fabs(e[k]));
     for (int k = n - 1; k >= 0; k--)

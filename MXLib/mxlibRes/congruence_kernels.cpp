@@ -216,7 +216,7 @@ CongruenceScratch<T> MakeCongruenceScratch(int measure, int n, int p1, int p2) {
     const int values = measure == kProcrustes ? narrow : 0;
     return {ScopedMatrix<T>(wide, narrow), ScopedMatrix<T>(measure == kRV ? 2 : 0, n),
             ScopedMatrix<double>(values > 0 ? wide : 0, values), ScopedVector<double>(values),
-            ScopedVector<double>(3 * values)};
+            ScopedVector<double>(3L * values)};
 }
 
 template <class T>

@@ -6,6 +6,8 @@
 
 namespace {
 
+// NOLINTBEGIN(bugprone-implicit-widening-of-multiplication-result): lanes and tiles ahead
+
 INLINE_BODY double SumOfLanes(const Lanes& a, const Lanes& b) {
     return ((a[0] + a[1]) + (a[2] + a[3])) + ((b[0] + b[1]) + (b[2] + b[3]));
 }
@@ -161,6 +163,8 @@ INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* co
             (turned ? c[j][i] : c[i][j]) = sum;
         }
 }
+
+// NOLINTEND(bugprone-implicit-widening-of-multiplication-result)
 
 // NOLINTBEGIN(bugprone-macro-parentheses): an attribute takes none
 #define KERNELS(TARGET)                                                                            \

@@ -56,7 +56,8 @@ long MakeSlices(int n, const int* cells, int slices, int* row, long* start) {
     for (int i = 0; i < slices * kSliceRows; i++) row[i] = i;
     std::stable_sort(row, row + n, [cells](int a, int b) { return cells[a] > cells[b]; });
     for (int i = 0; i < slices; i++)
-        start[i + 1] = start[i] + static_cast<long>(cells[row[i * kSliceRows]]) * kSliceRows;
+        start[i + 1] = start[i] + static_cast<long>(cells[row[static_cast<long>(i) * kSliceRows]]) *
+                                      kSliceRows;
     return start[slices];
 }
 

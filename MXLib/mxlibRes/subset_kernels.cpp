@@ -9,6 +9,8 @@
 
 namespace {
 
+// NOLINTBEGIN(bugprone-implicit-widening-of-multiplication-result): lanes and tiles ahead
+
 /// One by one, which compilers understand better than a conversion of the whole.
 INLINE_BODY void Widen(const HalfLanes& x, Lanes* wide) {
     *wide = Lanes{static_cast<double>(x[0]), static_cast<double>(x[1]), static_cast<double>(x[2]),
@@ -421,6 +423,8 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
             for (int r = 0; r < kTileSide; r++) Store(line[r], below + r * stride);
         }
 }
+
+// NOLINTEND(bugprone-implicit-widening-of-multiplication-result)
 
 // NOLINTBEGIN(bugprone-macro-parentheses): an attribute takes none
 #define TYPED_KERNELS(TARGET, T, NAME)                                                            \

@@ -50,7 +50,7 @@ void SubtractRow(Matrix<double> x, int cols, int i, int j, double factor) {
 }  // namespace
 
 void gaussj(Matrix<double> a, int n, Matrix<double> b, int m) {
-    const ScopedVector<int> room(3 * (n + 1));
+    const ScopedVector<int> room(3L * (n + 1));
     gaussj(a, n, b, m, room);
 }
 

@@ -24,7 +24,7 @@ void PackTiles(int n, int tiles, const float* const* pairs, float* cells) {
 SimilarityLayers MakeRoom(int nVariables, int n, int largestSubset) {
     const int tiles = (n + kTileSide - 1) / kTileSide;
     const long nCells = static_cast<long>(tiles) * (tiles + 1) / 2 * kTileCells;
-    const long side = tiles * kTileSide;
+    const long side = static_cast<long>(tiles) * kTileSide;
     const int levels = std::max(largestSubset, 1);  // the sum over all members is not kept
     SimilarityLayers layers{n,
                             largestSubset,
