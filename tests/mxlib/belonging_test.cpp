@@ -34,16 +34,6 @@ TEST(Groups, CountLabelsAndReorder) {
     EXPECT_FALSE(HasQualitTrait(1, b.data()));
 }
 
-TEST(Belonging, CrispColumnsFollowTheLabels) {
-    const int partition[] = {9, 4, 9, 5};
-    Table<float> c(4, 3, 8);
-    EXPECT_TRUE(CrispBelonging(4, 3, partition, c));
-    ExpectSame(c, {{0, 0, 1}, {1, 0, 0}, {0, 0, 1}, {0, 1, 0}});
-    Table<double> own(2, 2, 8);
-    CrispBelonging(2, 2, nullptr, own);
-    ExpectSame(own, {{1, 0}, {0, 1}});
-}
-
 // OTUs 0 and 2 are identical and of one type: that type has one member less in every mean. OTU 3 is
 // identical to OTU 1 but of another type.
 TEST(Belonging, FuzzyWorkedByHand) {

@@ -94,31 +94,6 @@ TEST(DataCongruence, WithoutVariationOrFinitenessTheResultIsNaN) {
     EXPECT_TRUE(std::isnan(ProcrustesCoeff(4, 2, 2, a, odd)));
 }
 
-TEST(DataCongruence, SidesAndScratchServeManyComparisons) {
-    std::mt19937 generator(5);
-    const int widths[] = {25, 4, 1};
-    for (const int measure : {kProcrustes, kRV}) {
-        std::vector<CongruenceSide<double>> sides;
-        for (const int p : widths) sides.push_back(MakeCongruenceSide<double>(measure, 20, p));
-        auto scratch = MakeCongruenceScratch<double>(measure, 20, 4, 25);
-        for (int round = 0; round < 4;
-             round++) {  // missing values on each side alone, then on none
-            std::vector<Table<double>> x;
-            for (int k = 0; k < 3; k++) {
-                const double missing = round == k ? 0.1 : 0.0;
-                x.push_back(RandomTable<double>(20, widths[k], 0, 1, generator, missing, -999.0));
-                SetCongruenceSide<double>(x[k], &sides[k]);
-            }
-            for (const auto& [k, l] : {std::pair{0, 1}, {2, 1}, {1, 2}, {0, 2}})
-                EXPECT_NEAR(
-                    Congruence(sides[k], sides[l], &scratch),
-                    (measure == kRV ? PlainRV(20, widths[k], widths[l], x[k], x[l])
-                                    : PlainProcrustes(20, widths[k], widths[l], x[k], x[l])),
-                    1e-12);
-        }
-    }
-}
-
 TEST(PartialCongruence, ChosenColumnsOfSeveralSetsCountAsOneSet) {
     std::mt19937 generator(6);
     auto a = RandomTable<double>(8, 3, 0, 1, generator),

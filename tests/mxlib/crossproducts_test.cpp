@@ -67,17 +67,6 @@ TEST(CrossProducts, WithGapsEachPairUsesItsOwnCompletePositions) {
     EXPECT_DOUBLE_EQ(r[2][3], Correlation2VecMV(kYears - 2, common[2], common[3]));
 }
 
-TEST(CrossProducts, TooFewPositions) {
-    const double x[] = {1, -999, 3}, y[] = {-999, 5, 4};
-    EXPECT_EQ(CrossProduct2VecMV(3, x, y), 12.0);
-    EXPECT_EQ(CrossProduct2VecMV(0, x, y), 0.0);
-    EXPECT_EQ(Covariance2VecMV(0, x, y), 0.0);
-    EXPECT_EQ(Covariance2VecMV(2, x, y), 0.0) << "no common position";
-    EXPECT_TRUE(std::isnan(Covariance2VecMV(3, x, y))) << "one common position";
-    EXPECT_EQ(Correlation2VecMV(0, x, y), 0.0);
-    EXPECT_EQ(Correlation2VecMV(2, x, y), 0.0);
-}
-
 TEST(CrossProducts, ConstantRowsDependOnTheCompletenessOfTheTable) {
     Table<double> complete = {{2, 2, 2}, {1, 2, 4}};
     Table<double> r(2, 2, 77);

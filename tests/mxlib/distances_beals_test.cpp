@@ -46,18 +46,6 @@ TEST(Distances, EveryPairIsReachedAndNaNFlowsOn) {
     }
 }
 
-TEST(Distances, FloatStepsAreRoundedToFloat) {
-    Table<float> a{{0.1F, 3.3F}, {0.7F, 1.2F}};
-    Table<double> d(2, 2);
-    const float x = 0.1F - 0.7F, y = 3.3F - 1.2F;
-    EucliDistMV(2, 2, a, d);
-    EXPECT_EQ(d[0][1], std::sqrt(double(x * x) + double(y * y)));
-    EucliDist(2, 2, a, d);
-    EXPECT_EQ(d[0][1], std::sqrt(double(x) * double(x) + double(y) * double(y)));
-    AbsValFunctionMV(2, 2, a, d);
-    EXPECT_EQ(d[0][1], -double(x) + double(y));
-}
-
 TEST(Distances, ChordIsSquaredWithMissingValues) {
     // rows 0 and 2 keep all their values, and yet their distance is squared
     Table<double> a{{3, 4, 0}, {-999, 0, 2}, {3, 0, 4}}, d(3, 3);

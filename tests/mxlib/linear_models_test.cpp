@@ -80,17 +80,4 @@ TEST(ComponentRegression, SharedComponentsGiveTheResidualsOfTheSeparateSteps) {
             }
 }
 
-TEST(ComponentRegression, TheLimitOnComponentsIsTruncated) {
-    std::mt19937 generator(4);
-    auto X = RandomTable<double>(12, 6, 0, 10, generator);
-    auto factors = MakeComponentFactors(12, 6, 1);
-    for (const auto& [overfit, expected] :
-         {std::pair{5.0, 2}, {1.8, 5}, {10.0, 1}, {10.1, 0}, {1.0, 6}, {0.0, 6}, {-1.0, 0}}) {
-        StartCovariables(&factors);
-        AddCovariables(6, X, nullptr, &factors);
-        FindComponents(2, overfit, &factors);
-        EXPECT_EQ(factors.nFactors, expected) << overfit;
-    }
-}
-
 }  // namespace

@@ -72,10 +72,4 @@ TYPED_TEST(Cholesky, FactorsBelowTheDiagonalInputAboveItAndFailsWithoutAPositive
     }
 }
 
-TEST(Failure, EndsTheProgramWithItsText) {
-    const ConsoleRun run = WithConsole("", [](FILE*) { nrerror("NSTACK too small in sort2."); });
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_EQ(run.err, "NSTACK too small in sort2.\n");
-}
-
 }  // namespace

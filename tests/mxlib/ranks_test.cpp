@@ -39,19 +39,6 @@ TYPED_TEST(Ranks, AgreeWithCountingTheSmallerAndTheEqual) {
     EXPECT_EQ(low[0], T(0));
 }
 
-TEST(Orderings, ByValueAndByMagnitude) {
-    const auto order = [](void (*rank)(int, const double*, double*), std::vector<double> x) {
-        std::vector<double> out(x.size());
-        rank(int(x.size()), x.data(), out.data());
-        return out;
-    };
-    EXPECT_EQ(order(RankVector, {-5, 2, -0.5, 4}), (std::vector<double>{1, 3, 2, 4}));
-    EXPECT_EQ(order(RankVectorAbs, {-5, 2, -0.5, 4}), (std::vector<double>{3, 2, 4, 1}));
-    // eight equal values, the routine followed by hand: one partition, then insertion
-    EXPECT_EQ(order(RankVector, std::vector<double>(8, 1.0)),
-              (std::vector<double>{1, 6, 7, 4, 5, 2, 3, 8}));
-}
-
 TYPED_TEST(Ranks, SortMovesTheCompanionAlongAndNaNStaysInside) {
     using T = TypeParam;
     std::mt19937 generator(23);

@@ -97,25 +97,6 @@ TYPED_TEST(Standardisation, OneScaleForTheWholeMatrixMakesTheVariancesSumToOne) 
     ExpectNear<T>(rows, {{r, -r, 0}, {-999, 4 * r, -4 * r}}, 1e-6);
 }
 
-TYPED_TEST(Standardisation, InPlaceGivesTheSameDigits) {
-    using T = TypeParam;
-    std::mt19937 generator(3);
-    const Table<T> a = RandomTable<T>(7, 5, -10, 30, generator, 0.2, T(-999));
-    const auto same = [&](auto routine) {
-        Table<T> source = a, result = a;
-        routine(source, result);
-        routine(source, source);
-        ExpectSame(source, result);
-    };
-    using Routine = void (*)(int, int, ConstMatrix<T>, Matrix<T>);
-    for (const Routine routine :
-         std::initializer_list<Routine>{CenterRowsMV, CenterRowsCovMV, CenterColsMV,
-                                        NormalizeRowsMV, NormalizeCols, ZStandardizationRowsMV})
-        same([&](Table<T>& from, Table<T>& to) { routine(7, 5, from, to); });
-    same([](Table<T>& from, Table<T>& to) { UnitSumRowsAdjMV(7, 5, to, from); });
-    same([](Table<T>& from, Table<T>& to) { CorrAdj(7, 5, to, from); });
-}
-
 TEST(StandardisationOfFloats, ColumnForms) {
     Table<float> a = {{3, 5, -999}, {-999, 5, -999}, {-4, 5, 2}};
     Table<float> result(3, 3);

@@ -52,16 +52,6 @@ TEST(Totals, MeanAndStandardDeviation) {
     EXPECT_TRUE(std::isnan(SumOfSquaresDev(0, gaps)));
 }
 
-TEST(Totals, ExtremesAndTheirEmptyCases) {
-    const float x[] = {-3, -999, 7};
-    EXPECT_EQ(maxVector(3, x), 7.0F);
-    EXPECT_EQ(minVector(3, x), -999.0F);
-    EXPECT_EQ(maxVector(0, x), -FLT_MAX);
-    EXPECT_EQ(minVector(0, x), FLT_MAX);
-    Table<double> negative = {{-1, -2}};
-    EXPECT_EQ(MatrixMax(1, 2, negative), 0.0);
-}
-
 TEST(Totals, TransposeScaleAddAndMirror) {
     Table<double> a = {{1, 2, -999}, {4, 5, 6}};
     Table<double> b(3, 2);
