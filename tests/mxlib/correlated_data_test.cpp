@@ -55,4 +55,3 @@ TEST(CorrelatedData, ColumnsHaveTheCovariance) {
     for (int i = 0; i < 2; i++)
         for (int j = 0; j < 2; j++) EXPECT_NEAR(products[i][j], R[i][j], 0.06);
 }
-

@@ -234,19 +234,4 @@ TEST_F(Ordination, IdenticalObjectsGiveNoAxisAndNegativeValuesAreNotKept) {
     EXPECT_NEAR(c.eval[2], -5.0 / 6.0, 1e-5);
 }
 
-TEST_F(Ordination, ConversionsOfResemblances) {
-    Table<double> r = {{1, -1, 1}, {0, 1, 0.25}, {0, 0, 1}}, d(3, 3, 5.0);
-    CorrToSqDist(3, r, d);
-    ExpectSame(d, {{0, 4, 0}, {4, 0, 1.5}, {0, 1.5, 0}});
-    Table<double> p = {{1, 0.75}, {0, 0.5}};
-    ProbToDissim(2, p, p);
-    ExpectSame(p, {{0, 0.25}, {0.25, 0.5}});
-    Table<double> products = {{4, -2}, {0, 1}}, squared(2, 2, 5.0);
-    ProdToSqDist(2, products, squared);
-    ExpectSame(squared, {{0, 9}, {5, 0}});
-    Table<double> distances = {{0, 2}, {7, 0}}, centred(2, 2, 5.0);
-    DissToCenterProdMatrix(2, distances, centred, false);
-    ExpectSame(centred, {{1, -1}, {5, 1}});
-}
-
 }  // namespace

@@ -19,33 +19,6 @@ std::vector<double> RandomNumbers(int n, unsigned seed) {
     return x;
 }
 
-/// Sums are compared to the last bit: the results of a session must not depend on the processor.
-TEST(Kernels, WideRegistersChangeNoDigit) {
-    const Kernels& wide = KernelsOfProcessor();
-    const Kernels& plain = KernelsOfAnyProcessor();
-    for (const int m : {0, 1, 7, 8, 31, 1000}) {
-        const std::vector<double> x = RandomNumbers(m, 1);
-        const std::vector<double> y = RandomNumbers(m, 2);
-        EXPECT_EQ(wide.sum(m, x.data()), plain.sum(m, x.data()));
-        EXPECT_EQ(wide.dot(m, x.data(), y.data()), plain.dot(m, x.data(), y.data()));
-        std::vector<double> centred = x;
-        std::vector<double> centredToo = x;
-        EXPECT_EQ(wide.centre(m, 0.3, centred.data()), plain.centre(m, 0.3, centredToo.data()));
-        EXPECT_EQ(centred, centredToo);
-    }
-}
-
-// 46,341 objects squared are beyond an int: rooms for their pairs came out empty.
-TEST(Sizes, OfPairsGoBeyondAnInt) {
-    EXPECT_EQ(CountCellsAbove(46342), 1073767311);
-    EXPECT_EQ(CountCellsAbove(100000), 4999950000);
-    constexpr long kMany = 3L << 30;
-    const ScopedVector<char> vector(kMany);
-    const ScopedMatrix<char> matrix(1, kMany);
-    vector[kMany - 1] = matrix[0][kMany - 1] = 7;
-    EXPECT_EQ(vector[kMany - 1] + vector[kMany / 2] + matrix[0][kMany / 2], 7);
-}
-
 /// Distances and weighted rows have the digits of the plain loops too.
 TEST(Kernels, ColumnsAndWeightedRowsAreSummedInTheirOrder) {
     constexpr int kColumns = 5;
@@ -111,8 +84,9 @@ TEST(Kernels, ColumnProductsAreSummedInTheirOrder) {
         }
 }
 
-/// The loops over subsets of traits, for every kind of processor; the last bit counts.
-TEST(Kernels, LoopsOverSubsetsHaveTheSameDigitsInWideRegisters) {
+/// The sums, and the loops over subsets of traits, for every kind of processor; the last bit
+/// counts: the results of a session must not depend on the processor.
+TEST(Kernels, WideRegistersChangeNoDigit) {
     constexpr int kTiles = 5, kSide = kTiles * kTileSide, kMembers[] = {3, 0, 17};
     constexpr int kCells = kTiles * (kTiles + 1) / 2 * kTileCells;
     const std::vector<double> x = RandomNumbers(4 * kCells, 1);
@@ -124,6 +98,18 @@ TEST(Kernels, LoopsOverSubsetsHaveTheSameDigitsInWideRegisters) {
         rows.push_back(narrow.data() + 31 * c);
     }
     std::vector<std::vector<double>> results;
+    for (const Kernels* k : {&KernelsOfProcessor(), &KernelsOfAnyProcessor()}) {
+        results.emplace_back();
+        for (const int m : {0, 1, 7, 8, 31, 1000}) {
+            std::vector<double> centred(x.begin(), x.begin() + m);
+            for (const double sum : {k->sum(m, x.data()), k->dot(m, x.data(), x.data() + 1000),
+                                     k->centre(m, 0.3, centred.data())})
+                results.back().push_back(sum);
+            results.back().insert(results.back().end(), centred.begin(), centred.end());
+        }
+    }
+    EXPECT_EQ(results[0], results[1]);
+    results.clear();
     for (const SubsetKernels* k : {&SubsetKernelsOfProcessor(), &SubsetKernelsOfAnyProcessor()}) {
         std::vector<double> d(8000), sums(8);
         std::vector<float> s(kSide * kSide), means(kSide);
@@ -143,6 +129,17 @@ TEST(Kernels, LoopsOverSubsetsHaveTheSameDigitsInWideRegisters) {
         results.push_back(d);
     }
     EXPECT_EQ(results[0], results[1]);
+}
+
+// 46,341 objects squared are beyond an int: rooms for their pairs came out empty.
+TEST(Sizes, OfPairsGoBeyondAnInt) {
+    EXPECT_EQ(CountCellsAbove(46342), 1073767311);
+    EXPECT_EQ(CountCellsAbove(100000), 4999950000);
+    constexpr long kMany = 3L << 30;
+    const ScopedVector<char> vector(kMany);
+    const ScopedMatrix<char> matrix(1, kMany);
+    vector[kMany - 1] = matrix[0][kMany - 1] = 7;
+    EXPECT_EQ(vector[kMany - 1] + vector[kMany / 2] + matrix[0][kMany / 2], 7);
 }
 
 }  // namespace

@@ -21,17 +21,11 @@ void FisherYates(gsl_rng* generator, std::vector<int>* list) {
         std::swap((*list)[i], (*list)[i + gsl_rng_uniform_int(generator, n - i)]);
 }
 
-TEST(RandomLists, TheGeneratorIsTheMersenneTwister) {
-    InitRndNumberGenerator(5489);
-    EXPECT_EQ(gsl_rng_get(r), 3499211612u);
-    EXPECT_EQ(gsl_rng_get(r), 581869302u);
-    InitRndNumberGenerator(5489);
-    EXPECT_EQ(gsl_rng_get(r), 3499211612u);
-}
-
 TEST(RandomLists, ShufflesFollowTheForwardWalk) {
     gsl_rng* own = gsl_rng_alloc(gsl_rng_mt19937);
     gsl_rng_set(own, 20240501);
+    InitRndNumberGenerator(5489);
+    EXPECT_EQ(gsl_rng_get(r), 3499211612u) << "the Mersenne twister";
     InitRndNumberGenerator(20240501);
     std::vector<int> list(50);
     std::vector<int> expected = Identity(50);

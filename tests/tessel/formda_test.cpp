@@ -95,18 +95,6 @@ TEST_F(FormdaTest, OldestFormInterleavesStatesAndQuantities) {
     EXPECT_EQ(env[1][0], 5.0F);
 }
 
-TEST_F(FormdaTest, PhylogenyOfOtherTypes) {
-    ASSERT_EQ(Open(Small("0\n0\nSMW 1\n1\n0\n0\n" + kStamp)).raised, 0);
-    ASSERT_NE(phylogenyRese, nullptr);
-    EXPECT_EQ(phylogenyRese[2][2], 0.0);
-    EXPECT_TRUE(Contains(WrittenBack(), "SMW 1\n1\n0\n0\n"));
-    const std::string clades = "2\n2\n3\t1\t\n0.5\t1\t\n0\t1\t\n2\t0\t\n";
-    ASSERT_EQ(Open(Small("0\n0\nSMW 1\n1\n" + clades + "0\n" + kStamp)).raised, 0);
-    EXPECT_EQ(phylogenyVarType[0], 3);
-    EXPECT_EQ(phylogenyData[2][0], 2.0F);
-    EXPECT_TRUE(Contains(WrittenBack(), "\n1\n" + clades + "0\n"));
-}
-
 TEST_F(FormdaTest, LongWordsAreCutAndStrayMapCharactersSkipped) {
     std::string text = kWhole;
     for (const auto& [word, longWord] : {std::pair("height\t", "heightOfTheFirstLeaf\t"),
@@ -166,19 +154,6 @@ TEST_F(FormdaTest, MatrixOfZerosIsBounded) {
     EXPECT_EQ(Open(FormdaOf(many)).raised, 0);
     many.phylogeny = "1\n0\n";
     EXPECT_EQ(Open(FormdaOf(many)).raised, 2);
-}
-
-TEST_F(FormdaTest, FilesThatCannotBeOpenedOrWritten) {
-    std::strcpy(whichFormda, "absent.txt");
-    const ConsoleRun run = WithConsole("", [](FILE*) { OpenFormda(1); });
-    EXPECT_EQ(run.raised, 4);
-    EXPECT_EQ(run.err, "\ncan't open absent.txt \n");
-    ASSERT_EQ(Open(kWhole).raised, 0);
-    for (const char* name : {"/dev/full", "absent/dataFormda.txt"})
-        EXPECT_EQ(
-            WithConsole("", [name](FILE*) { WriteFormda(tcst, name, dataName, csm_Float, cadat); })
-                .raised,
-            3);
 }
 
 }  // namespace
