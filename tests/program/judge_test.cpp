@@ -6,16 +6,40 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <sstream>
 #include <vector>
 
-#include "support/judge_values.h"
 #include "support/run_program.h"
 #include "support/text.h"
 
 namespace {
 
-constexpr double kPrintedDigits = 1e-5;
+using Numbers = std::vector<double>;
+
+/// The numbers of tests/data/judge_values.txt by their names.
+std::map<std::string, Numbers> ReadJudged() {
+    std::ifstream stream(TESSEL_TEST_DATA "/judge_values.txt");
+    std::map<std::string, Numbers> judged;
+    for (std::string line, name; std::getline(stream, line);) {
+        std::istringstream words(line);
+        words >> name;
+        for (double x; words >> x;) judged[name].push_back(x);
+    }
+    return judged;
+}
+const std::map<std::string, Numbers> kJudged = ReadJudged();
+
+/// To the digits printed, relative to the largest number.
+void ExpectAsJudged(const std::string& name, const Numbers& numbers) {
+    const Numbers& judged = kJudged.at(name);
+    ASSERT_EQ(numbers.size(), judged.size()) << name;
+    double largest = 0.0;
+    for (const double x : judged) largest = std::max(largest, std::fabs(x));
+    for (std::size_t i = 0; i < judged.size(); i++)
+        EXPECT_NEAR(numbers[i], judged[i], 1e-5 * largest) << name << " " << i;
+}
 
 struct Analysis {
     const char* name;        ///< of its values
@@ -46,18 +70,13 @@ std::string Answers(const std::string& prepared, bool traitGroups, const Analysi
 }
 
 /// The numbers that stand after the first tab or line end behind `title`.
-std::vector<double> NumbersAfter(const std::string& report, const std::string& title) {
+Numbers NumbersAfter(const std::string& report, const std::string& title) {
     const std::size_t at = report.find_first_of("\t\n", report.find(title) + title.size());
-    std::vector<double> numbers;
+    Numbers numbers;
     if (report.find(title) == std::string::npos || at == std::string::npos) return numbers;
     std::istringstream words(report.substr(at));
     for (double x; words >> x;) numbers.push_back(x);
     return numbers;
-}
-
-/// Holds what stands behind `title`, to the digits printed.
-void ExpectJudged(const std::string& name, const std::string& report, const std::string& title) {
-    ExpectAsJudged(name, NumbersAfter(report, title), kPrintedDigits);
 }
 
 /// Runs an example and holds each statistic that was judged as `example.analysis`.
@@ -75,9 +94,9 @@ void ExpectAnalysisAsJudged(const std::string& example, const std::string& name,
                             const std::string& title) {
         std::ranges::replace(letters, '.', '_');
         const std::string key = example + "." + name + ".ro" + letters;
-        if (!HasJudged(key)) return;
-        const std::vector<double> numbers = NumbersAfter(text, title);
-        ExpectAsJudged(key, numbers.empty() ? NAN : numbers[0], kPrintedDigits);
+        if (!kJudged.contains(key)) return;
+        const Numbers numbers = NumbersAfter(text, title);
+        ExpectAsJudged(key, {numbers.empty() ? NAN : numbers[0]});
         judged++;
     };
     for (const std::string letters : {"TE", "XE", "XE.T", "RE", "XE.TR", "BF", "PE", "PT", "PX",
@@ -91,10 +110,12 @@ void ExpectAnalysisAsJudged(const std::string& example, const std::string& name,
         expect(rankings[k].first,
                folder.Read("aravoChRank_" + std::string(rankings[k].second) + ".txt"), "traits: ");
     EXPECT_EQ(judged, hasPhylogeny ? 16 : 5 + analysis.rankings);
-    ExpectJudged(example + ".gini", report, "\nGini-Simpson index (D)");
-    ExpectJudged(example + ".rao_sqrt", report, "considering trait dissimilarities");
+    ExpectAsJudged(example + ".gini", NumbersAfter(report, "\nGini-Simpson index (D)"));
+    ExpectAsJudged(example + ".rao_sqrt",
+                   NumbersAfter(report, "considering trait dissimilarities"));
     if (hasPhylogeny)
-        ExpectJudged(example + ".rao_phylogeny", report, "\nRao quadratic entropy (Rp)");
+        ExpectAsJudged(example + ".rao_phylogeny",
+                       NumbersAfter(report, "\nRao quadratic entropy (Rp)"));
 }
 
 TEST(JudgedReport, OfTheExamples) {

@@ -33,7 +33,6 @@ struct Rated {
     bool operator==(const Rated&) const = default;
 };
 using RatedSubsets = std::vector<Rated>;
-using Lines = std::vector<std::string>;
 
 /// Value and labels among the fields of a line, blanks and the number of types left out.
 Rated ParseLine(const std::string& line) {
@@ -63,41 +62,16 @@ RatedSubsets ListBehind(const std::string& text, const std::string& heading) {
 struct Report {
     std::string text;
     RatedSubsets bestOfSize;  ///< by the lines that the search writes as it goes
-    RatedSubsets table;       ///< the same by the closing table
     RatedSubsets ranked;
-    RatedSubsets rankedTwin;  ///< second list of the niche conservation
-    Lines ofSubsets = {};     ///< written as the search meets them
 };
 
 Report ParseReport(const std::string& text) {
-    Report report{text,
-                  {},
-                  ListBehind(text, "Trait subsets with maximum rank for each number"),
-                  ListBehind(text, "Trait subsets "),
-                  ListBehind(text, "Trait subsets with maximum matrix correlation (only")};
-    const std::size_t walk = text.find("Ranking algorithm");
-    std::istringstream lines(text.substr(walk, text.find("\n\nTrait subsets ") - walk));
-    for (std::string line; std::getline(lines, line);) {
+    Report report{text, {}, ListBehind(text, "Trait subsets ")};
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
         if (line.starts_with("Ranking criterion value"))
             report.bestOfSize.push_back(ParseLine(line.substr(line.find('\t') + 1)));
-        else if (line.ends_with('\t') && Contains(line, " \t"))
-            report.ofSubsets.push_back(line);
-    }
     return report;
-}
-
-/// What stands at the top of the results on niche conservation.
-std::string Summary(const RatedSubsets& best, int types) {
-    std::string labels, sizes, values;
-    for (const Rated& rated : best) {
-        for (const char letter : rated.subset) labels += std::string(1, letter) + " \t";
-        labels += "\n";
-        sizes += std::to_string(rated.subset.empty() ? 0 : types) + "    \t";
-        char value[40];
-        std::snprintf(value, sizeof value, "%-13.10g\t", std::max(rated.value, -DBL_MAX));
-        values += value;
-    }
-    return labels + "\n" + sizes + "\n" + values + "\n";
 }
 
 /// All subsets of the traits in use in the order of the walk: size after size, by letters.
@@ -211,10 +185,6 @@ void ExpectSameRanking(const RankingCase& in, const Report& report) {
     ASSERT_GE(report.ranked.size(), expected.size());
     if (kNiche.contains(in.criterion)) {
         EXPECT_EQ(report.ranked.size(), 100U);
-        EXPECT_EQ(report.ranked, report.rankedTwin);
-        EXPECT_TRUE(report.text.starts_with(Summary(report.bestOfSize, CountLabels(in.types))));
-    } else {
-        EXPECT_EQ(report.table, report.bestOfSize);
     }
     std::set<std::string> met;
     for (std::size_t place = 0; place < expected.size(); place++) {
@@ -300,33 +270,33 @@ TEST_F(RankingSearch, DigitsBeyondThoseOfAnyNumber) {
     for (const int digits : {INT_MAX, INT_MIN}) {
         const Report report = Search(TinyCase(10, 2, true), 'y', digits);
         EXPECT_LT(report.text.size(), 10000U);
-        EXPECT_EQ(report.table, report.bestOfSize);
+        EXPECT_EQ(report.bestOfSize.size(), 1U);
     }
 }
 
 TEST_F(RankingSearch, FirstOfEqualSubsets) {
     const Report equal = Search(TinyCase(10, 2, true, {{0, 3, 4}, {0, 3, 4}}));
-    EXPECT_EQ(equal.table[0].subset, "a");
+    EXPECT_EQ(equal.bestOfSize[0].subset, "a");
     // Crisp types are the same for all subsets.
     const Report crisp = Search(TinyCase(1, 2, false, {{1, 2, 9}, {0, 3, 4}, {4, 1, 1}}));
     for (const char* first : {"a", "ab", "abc"})
-        EXPECT_EQ(crisp.table[std::strlen(first) - 1].subset, first);
+        EXPECT_EQ(crisp.bestOfSize[std::strlen(first) - 1].subset, first);
     EXPECT_EQ(crisp.ranked.size(), 7U);
 }
 
 TEST_F(RankingSearch, ValuesThatAreDropped) {
     // All OTUs alike by trait a: no entropy anywhere, and RV divides 0 by 0.
     const Report undefined = Search(TinyCase(16, 3, true, {{2, 2, 2}, {0, 3, 4}}));
-    EXPECT_EQ(undefined.table[0].subset, "b");
+    EXPECT_EQ(undefined.bestOfSize[0].subset, "b");
     EXPECT_EQ(undefined.ranked.size(), 2U);
     const Report never = Search(TinyCase(16, 3, true, {{2, 2, 2}}), 'y');
     EXPECT_TRUE(Contains(never.text, "r(RE)=\tnan\tTraits:\ta"));
-    EXPECT_EQ(never.table[0], (Rated{"", -HUGE_VAL}));
+    EXPECT_EQ(never.bestOfSize[0], (Rated{"", -HUGE_VAL}));
     // Negative values stand in the table per size alone.
     const Report negative = Search(TinyCase(10, 1, true));
     EXPECT_TRUE(negative.ranked.empty());
-    EXPECT_EQ(negative.table[0].subset, "a");
-    EXPECT_LT(negative.table[0].value, -0.9);
+    EXPECT_EQ(negative.bestOfSize[0].subset, "a");
+    EXPECT_LT(negative.bestOfSize[0].value, -0.9);
 }
 
 TEST_F(RankingSearch, NumbersThatAreNoneHaveNoSign) {
@@ -357,7 +327,7 @@ TEST_F(RankingSearch, OneTypeGivesNoValue) {
         EXPECT_EQ(report.bestOfSize[0],
                   kByMagnitude.contains(criterion) ? (Rated{"none", 0}) : (Rated{"", -HUGE_VAL}))
             << criterion;
-        EXPECT_TRUE(report.ofSubsets.empty()) << criterion;
+        EXPECT_FALSE(Contains(report.text, "\tTraits:")) << criterion;
         EXPECT_EQ(report.ranked.size(), kNiche.contains(criterion) ? 100U : 0U) << criterion;
     }
 }
