@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "TSLRESE/gower_partial.h"
+#include "example_data.h"
 #include "mxlib/belonging.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibRes/beals.h"

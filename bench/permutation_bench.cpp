@@ -6,6 +6,7 @@
 #include <ctime>
 #include <string>
 
+#include "example_data.h"
 #include "mxlib/perm_test.h"
 #include "mxlib/random_lists.h"
 #include "reference/perm_test_data.h"

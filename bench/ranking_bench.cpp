@@ -8,6 +8,7 @@
 #include <string>
 
 #include "TSLGLOB/shell.h"
+#include "example_data.h"
 #include "reference/perm_test_data.h"
 #include "reference/ranking_session.h"
 #include "silence.h"

@@ -6,8 +6,6 @@
 #include <cmath>
 #include <random>
 
-#include "mxlib/partial_matrix_correlation.h"
-#include "mxlibRes/congruence_kernels.h"
 #include "reference/plain_congruence.h"
 #include "support/matrices.h"
 
@@ -73,16 +71,6 @@ TEST(DataCongruence, ShortRoutesAgreeWithTheDefinitions) {
     }
 }
 
-TEST(DataCongruence, ACentredValueThatHappensToBeMinus999IsMissing) {
-    Table<double> x = {{0}, {999}, {1998}, {999}};  // mean 999
-    Table<double> y = {{1}, {2}, {4}, {8}};
-    EXPECT_NEAR(RVcoeff(4, 1, 1, x, y), PlainRV(4, 1, 1, x, y), 1e-14);
-    EXPECT_NEAR(ProcrustesCoeff(4, 1, 1, x, y), PlainProcrustes(4, 1, 1, x, y), 1e-14);
-    // one deviation of 999 is left: the coefficients differ from those of the same shape elsewhere
-    Table<double> other = {{0}, {99}, {198}, {99}};
-    EXPECT_GT(std::fabs(ProcrustesCoeff(4, 1, 1, x, y) - ProcrustesCoeff(4, 1, 1, other, y)), 0.01);
-}
-
 TEST(DataCongruence, WithoutVariationOrFinitenessTheResultIsNaN) {
     gsl_set_error_handler_off();
     Table<double> a{{2.31, 5.1}, {0.7, 6.2}, {1.9, 4.9}, {4.42, 7.75}}, flat(4, 1, 3.0);
@@ -92,54 +80,6 @@ TEST(DataCongruence, WithoutVariationOrFinitenessTheResultIsNaN) {
     odd[2][1] = HUGE_VAL;
     EXPECT_TRUE(std::isnan(RVcoeff(4, 2, 2, a, odd)));
     EXPECT_TRUE(std::isnan(ProcrustesCoeff(4, 2, 2, a, odd)));
-}
-
-TEST(DataCongruence, SidesAndScratchServeManyComparisons) {
-    std::mt19937 generator(5);
-    const int widths[] = {25, 4, 1};
-    for (const int measure : {kProcrustes, kRV}) {
-        std::vector<CongruenceSide<double>> sides;
-        for (const int p : widths) sides.push_back(MakeCongruenceSide<double>(measure, 20, p));
-        auto scratch = MakeCongruenceScratch<double>(measure, 20, 4, 25);
-        for (int round = 0; round < 4;
-             round++) {  // missing values on each side alone, then on none
-            std::vector<Table<double>> x;
-            for (int k = 0; k < 3; k++) {
-                const double missing = round == k ? 0.1 : 0.0;
-                x.push_back(RandomTable<double>(20, widths[k], 0, 1, generator, missing, -999.0));
-                SetCongruenceSide<double>(x[k], &sides[k]);
-            }
-            for (const auto& [k, l] : {std::pair{0, 1}, {2, 1}, {1, 2}, {0, 2}})
-                EXPECT_NEAR(
-                    Congruence(sides[k], sides[l], &scratch),
-                    (measure == kRV ? PlainRV(20, widths[k], widths[l], x[k], x[l])
-                                    : PlainProcrustes(20, widths[k], widths[l], x[k], x[l])),
-                    1e-12);
-        }
-    }
-}
-
-TEST(PartialCongruence, ChosenColumnsOfSeveralSetsCountAsOneSet) {
-    std::mt19937 generator(6);
-    auto a = RandomTable<double>(8, 3, 0, 1, generator),
-         b = RandomTable<double>(8, 2, 0, 1, generator);
-    auto c = RandomTable<double>(8, 3, 0, 1, generator), first = c;
-    Table<double> rest(8, 2);
-    for (int i = 0; i < 8; i++) {
-        first[i][1] = 50 + i * i;
-        rest[i][0] = c[i][1];
-        rest[i][1] = c[i][2];
-    }
-    const int onlyFirst[] = {1, 0, 2}, none[] = {0, 0, 0};
-    const auto partial = [&](std::initializer_list<CovariableSet> sets) {
-        return PartialMatrixCorrelation(8, 3, 2, a, b, kRV, 2.0, sets);
-    };
-    const double whole = partial({{3, nullptr, c}});
-    EXPECT_GT(std::fabs(whole - RVcoeff(8, 3, 2, a, b)), 0.01);
-    EXPECT_NEAR(partial({{3, onlyFirst, first}, {2, nullptr, rest}}), whole, 1e-12);
-    // without covariables nothing, with none chosen only the mean is removed
-    EXPECT_TRUE(std::isnan(partial({})));
-    EXPECT_NEAR(partial({{3, none, c}}), RVcoeff(8, 3, 2, a, b), 1e-14);
 }
 
 }  // namespace

@@ -55,20 +55,3 @@ TEST(CorrelatedData, ColumnsHaveTheCovariance) {
     for (int i = 0; i < 2; i++)
         for (int j = 0; j < 2; j++) EXPECT_NEAR(products[i][j], R[i][j], 0.06);
 }
-
-TEST(CorrelatedData, OneVariableIsScaledByTheRoot) {
-    ScopedMatrix<float> out(3, 1);
-    InitRndNumberGenerator(2);
-    CorrToData_New(3, 1, Square<float>(1, 0, 6.25F), out, 2);
-    InitRndNumberGenerator(2);
-    for (int i = 0; i < 3; i++)
-        EXPECT_EQ(out[i][0], static_cast<float>(gsl_ran_gaussian(r, 1.0)) * 2.5F);
-}
-
-TEST(CorrelatedData, PerfectCorrelationEndsTheProgram) {
-    ScopedMatrix<double> out(3, 2);
-    const ConsoleRun run =
-        WithConsole("", [&](FILE*) { CorrToData_New(3, 2, Square<double>(2, 1.0), out, 'n'); });
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_EQ(run.out, "\ncholdc failed");
-}

@@ -135,26 +135,6 @@ TEST_F(Eigenanalysis, EndsOnAnyMatrix) {
     alarm(0);
 }
 
-TEST_F(SingularValues, ProductOfTheFactorsRefusedSizesAndNaN) {
-    Table<double> a = {{3, 0}, {4, 5}, {0, 0}}, u(3, 2), v(2, 2);
-    double s[3];
-    EXPECT_EQ(SingValueDecomp(3, 2, a, u, s, v), 1);
-    EXPECT_NEAR(s[0], std::sqrt(45.0), 1e-14);
-    EXPECT_NEAR(s[1], std::sqrt(5.0), 1e-14);
-    for (int i = 0; i < 3; i++)
-        for (int j = 0; j < 2; j++)
-            EXPECT_NEAR(u[i][0] * s[0] * v[j][0] + u[i][1] * s[1] * v[j][1], a[i][j], 1e-14);
-    Table<double> flat = {{1, 2, 3}};
-    s[0] = v[0][0] = 7.0;
-    EXPECT_EQ(SingValueDecomp(1, 3, flat, u, s, v), 0);
-    EXPECT_EQ(s[0], 7.0);
-    EXPECT_EQ(v[0][0], 7.0);
-    EXPECT_EQ(SingValueDecomp(0, 0, a, u, s, v), 1);
-    Table<double> odd = {{1, 2}, {kNaN, 1}};
-    EXPECT_EQ(SingValueDecomp(2, 2, odd, u, s, v), 1);
-    EXPECT_TRUE(std::isnan(s[0]) && std::isnan(s[1]));
-}
-
 /// Descending, by SingularValuesAlone.
 std::vector<double> ValuesAlone(Table<double> a) {
     const int n = a.cols();
@@ -252,36 +232,6 @@ TEST_F(Ordination, IdenticalObjectsGiveNoAxisAndNegativeValuesAreNotKept) {
     EXPECT_FALSE(c.ok);
     EXPECT_NEAR(c.eval[0], 4.5, 1e-5);
     EXPECT_NEAR(c.eval[2], -5.0 / 6.0, 1e-5);
-}
-
-TEST_F(Ordination, ComponentScoresProjectTheDataOnUnitVectors) {
-    Table<double> cross = {{2, 1}, {1, 2}}, byObjects = {{1, 1}, {2, -2}, {-999, 4}};
-    Table<double> byVariables = {{1, 2, -999}, {1, -2, 4}};
-    const double h = std::sqrt(0.5);
-    for (const int orientation : {1, 2}) {
-        Table<double> scores(2, 3);
-        EXPECT_EQ(OrdinationLib_Scores(2, 3, orientation == 1 ? byVariables : byObjects, cross,
-                                       scores, kPrincipalComponents, 1, orientation),
-                  2);
-        for (int k = 0; k < 2; k++)
-            for (int j = 0; j < 3; j++) scores[k][j] = std::fabs(scores[k][j]);
-        ExpectNear(scores, {{2 * h, 0, 4 * h}, {0, 4 * h, 4 * h}}, 1e-14);
-    }
-}
-
-TEST_F(Ordination, ConversionsOfResemblances) {
-    Table<double> r = {{1, -1, 1}, {0, 1, 0.25}, {0, 0, 1}}, d(3, 3, 5.0);
-    CorrToSqDist(3, r, d);
-    ExpectSame(d, {{0, 4, 0}, {4, 0, 1.5}, {0, 1.5, 0}});
-    Table<double> p = {{1, 0.75}, {0, 0.5}};
-    ProbToDissim(2, p, p);
-    ExpectSame(p, {{0, 0.25}, {0.25, 0.5}});
-    Table<double> products = {{4, -2}, {0, 1}}, squared(2, 2, 5.0);
-    ProdToSqDist(2, products, squared);
-    ExpectSame(squared, {{0, 9}, {5, 0}});
-    Table<double> distances = {{0, 2}, {7, 0}}, centred(2, 2, 5.0);
-    DissToCenterProdMatrix(2, distances, centred, false);
-    ExpectSame(centred, {{1, -1}, {5, 1}});
 }
 
 }  // namespace

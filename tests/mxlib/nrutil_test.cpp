@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
+#include <vector>
 
 #include "nrutilMX/nrutilMX.h"
 #include "support/console.h"
@@ -53,29 +56,29 @@ TEST(GaussJordan, SingularMatricesAreReportedAndDoNotStop) {
 }
 
 template <class T>
-class Cholesky : public ::testing::Test {};
+class Sorting : public ::testing::Test {};
 using Types = ::testing::Types<float, double>;
-TYPED_TEST_SUITE(Cholesky, Types);
+TYPED_TEST_SUITE(Sorting, Types);
 
-TYPED_TEST(Cholesky, FactorsBelowTheDiagonalInputAboveItAndFailsWithoutAPositiveSum) {
+TYPED_TEST(Sorting, SortMovesTheCompanionAlongAndNaNStaysInside) {
     using T = TypeParam;
-    Table<T> a = {{4, 12, -16}, {12, 37, -43}, {-16, -43, 98}};
-    T diag[3];
-    EXPECT_EQ(choldc(a, 3, diag), 1);
-    EXPECT_EQ(std::vector<T>(diag, diag + 3), (std::vector<T>{2, 1, 3}));
-    ExpectSame<T>(a, {{4, 12, -16}, {6, 37, -43}, {-8, 5, 98}});
-    EXPECT_EQ(choldc(a, 0, diag), 1);
-    for (const T second : {T(4), T(3), T(std::nan(""))}) {
-        Table<T> b = {{1, 2}, {2, second}};
-        const ConsoleRun run = WithConsole("", [&](FILE*) { EXPECT_EQ(choldc(b, 2, diag), 0); });
-        EXPECT_EQ(run.out, "\ncholdc failed");
+    std::mt19937 generator(23);
+    for (int t = 0; t < 400; t++) {
+        const int n = t < 399 ? t % 70 : 1000;
+        const bool withNaN = t % 2 == 1;
+        std::vector<T> arr(n + 1), brr(n + 1);
+        for (int k = 1; k <= n; k++) {
+            arr[k] = withNaN && generator() % 3 == 0 ? T(NAN) : T(generator() % 20) - 3;
+            brr[k] = T(k);
+        }
+        const std::vector<T> before = arr;
+        sort2(static_cast<unsigned long>(n), arr.data(), brr.data());
+        EXPECT_TRUE(withNaN || std::is_sorted(arr.begin() + 1, arr.end())) << n;
+        for (int k = 1; k <= n; k++)
+            EXPECT_TRUE(before[int(brr[k])] == arr[k] || std::isnan(arr[k]));
+        std::sort(brr.begin() + 1, brr.end());
+        for (int k = 1; k <= n; k++) EXPECT_EQ(brr[k], T(k));
     }
-}
-
-TEST(Failure, EndsTheProgramWithItsText) {
-    const ConsoleRun run = WithConsole("", [](FILE*) { nrerror("NSTACK too small in sort2."); });
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_EQ(run.err, "NSTACK too small in sort2.\n");
 }
 
 }  // namespace

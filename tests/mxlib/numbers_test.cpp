@@ -71,33 +71,31 @@ TEST(Numbers, FactorialsAndStates) {
     EXPECT_EQ(CountStates(9, states), 4);  // 0, 1, 3, 1e9
 }
 
+using Order = int (*)(const void*, const void*);
+
+/// Of numbers, and of rows by their first number.
 template <class T>
-void ExpectOrders(int (*up)(const void*, const void*), int (*down)(const void*, const void*)) {
+void ExpectOrders(Order up, Order down, Order rowsUp = nullptr, Order rowsDown = nullptr) {
+    T low[] = {T(-1), 9}, middle[] = {T(2), 8}, high[] = {T(3), 7};
     std::vector<T> values = {3, -1, 2};
+    std::vector<T*> rows = {high, low, middle};
     std::qsort(values.data(), 3, sizeof(T), up);
     EXPECT_EQ(values, (std::vector<T>{-1, 2, 3}));
     std::qsort(values.data(), 3, sizeof(T), down);
     EXPECT_EQ(values, (std::vector<T>{3, 2, -1}));
-}
-
-/// The same for rows, by their first number.
-template <class T>
-void ExpectOrdersOfRows(int (*up)(const void*, const void*),
-                        int (*down)(const void*, const void*)) {
-    T low[] = {T(0.1), 9}, high[] = {T(0.2), 8};
-    T* rows[] = {high, low};
-    std::qsort(rows, 2, sizeof(T*), up);
-    EXPECT_EQ(rows[0], low);
-    std::qsort(rows, 2, sizeof(T*), down);
-    EXPECT_EQ(rows[0], high);
+    if (rowsUp == nullptr) return;
+    std::qsort(rows.data(), 3, sizeof(T*), rowsUp);
+    EXPECT_EQ(rows, (std::vector<T*>{low, middle, high}));
+    std::qsort(rows.data(), 3, sizeof(T*), rowsDown);
+    EXPECT_EQ(rows, (std::vector<T*>{high, middle, low}));
 }
 
 TEST(Comparators, SortUpAndDown) {
     ExpectOrders<int>(compareInt, compareIntDecreasing);
-    ExpectOrders<float>(compareFloat, compareFloatDecreasing);
-    ExpectOrders<double>(compareDouble, compareDoubleDecreasing);
-    ExpectOrdersOfRows<float>(compare2Dfloat, compare2DfloatDecreasing);
-    ExpectOrdersOfRows<double>(compare2Double, compare2DoubleDecreasing);
+    ExpectOrders<float>(compareFloat, compareFloatDecreasing, compare2Dfloat,
+                        compare2DfloatDecreasing);
+    ExpectOrders<double>(compareDouble, compareDoubleDecreasing, compare2Double,
+                         compare2DoubleDecreasing);
     const double one = 1.0;
     EXPECT_EQ(compareDouble(&one, &kNaN), 0);
     EXPECT_EQ(compareDoubleDecreasing(&kNaN, &one), 0);

@@ -19,34 +19,12 @@ FILE* FileWith(const TempFolder& folder, const std::string& content) {
     return std::fopen(folder.File("f").c_str(), "r");
 }
 
-TEST(Dim, TablesAreZeroedAndReleaseWithTheirSizes) {
-    double** matrix = dim2Double(2, 3);
-    EXPECT_EQ(matrix[1][2], 0.0);
-    matrix[0][0] = 1.0;
-    swap(matrix, 0, 1);
-    EXPECT_EQ(matrix[1][0], 1.0);
-    free2D(matrix, 2);
-    free2D(dim2Dint(0, 5), 0);
-    free3D(dim3Dfloat(2, 0, 4), 2, 0);
-    free1D(dim1D(8, -3));
-}
-
-TEST(Opening, MissingFilesAndFoldersAreReportedWithTheirFullName) {
-    TempFolder folder;
-    const std::string prefix = folder.path().string() + "/";
-    ConsoleRun run = WithConsole("", [&](FILE*) {
-        EXPECT_EQ(fopenck("absent", prefix.c_str(), "r"), nullptr);
-        EXPECT_EQ(fopenck(".", prefix.c_str(), "r"), nullptr);
-    });
-    EXPECT_EQ(run.err, "\ncan't open " + prefix + "absent \n\ncan't open " + prefix + ". \n");
-    EXPECT_EQ(run.out, "\a\a");
-}
-
 // A pipe without a writer and a device without an end kept the program for ever.
 TEST(Opening, OnlyFilesOnADiskAreReadAndDevicesAreStillWritten) {
     const TempFolder folder;
     ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
-    for (const std::string& name : {folder.File("pipe"), std::string("/dev/zero")}) {
+    for (const std::string& name :
+         {folder.File("pipe"), std::string("/dev/zero"), folder.File("."), folder.File("absent")}) {
         const auto open = [&](FILE*) { EXPECT_EQ(fopenck(name.c_str(), nullptr, "r"), nullptr); };
         EXPECT_EQ(WithConsole("", open).err, "\ncan't open " + name + " \n");
     }
@@ -78,13 +56,6 @@ std::vector<double> NumbersOf(const std::string& text, ConsoleRun* run) {
         while (freadck1(file, "%lf", &number, "f") == 1) numbers.push_back(number);
     });
     return numbers;
-}
-
-TEST(Reading, NumbersAreFoundAmongWords) {
-    ConsoleRun run;
-    EXPECT_EQ(NumbersOf("trait\theight 1.5e1,abc-2 x9y\n", &run), (std::vector<double>{15, -2, 9}));
-    EXPECT_EQ(run.err, "\nEnd of file f\n");
-    EXPECT_EQ(run.out, "\a");
 }
 
 // A word in n or i, as "nan" and "inf" begin, took the digit behind it along: "win 15" was 5.
@@ -132,31 +103,6 @@ TEST(Reading, FieldsEndAtTabsLineEndsAndTheirLimit) {
     ConsoleRun run = WithConsole("", [&](FILE*) { freadlineck(file, 19, text, "f"); });
     EXPECT_EQ(run.raised, kEndOfFile);
     EXPECT_EQ(run.err, "\nfile f ");
-}
-
-TEST(Reading, LongWordsAreCutAndNothingOfThemIsLeft) {
-    TempFolder folder;
-    FILE* file = FileWith(folder, "abcdefghijklmnop next");
-    char text[11];
-    freadckWord(file, text, 10, "f");
-    EXPECT_STREQ(text, "abcdefghij");
-    EXPECT_EQ(freadck1Word(file, text, 10, "f"), 1);
-    EXPECT_STREQ(text, "next");
-    std::fclose(file);
-}
-
-TEST(Prompts, LettersComplainOncePerWrongLetter) {
-    int letter = 0, any = 0;
-    ConsoleRun run = WithConsole("\n q1 \tN\n\n\t Z", [&](FILE* input) {
-        letter = ScanChar(input, "n O", "input");
-        any = ScanChar(input, nullptr, "input");
-    });
-    EXPECT_EQ(letter, 'n');
-    EXPECT_EQ(any, 'z');
-    EXPECT_EQ(run.err,
-              "\nIncorrect input = q. Reenter.\nAccepted input: n O\n"
-              "\nIncorrect input = 1. Reenter.\nAccepted input: n O\n");
-    EXPECT_EQ(run.out, "\a\a");
 }
 
 TEST(Prompts, NumbersFollowTheAcceptedList) {

@@ -120,7 +120,7 @@ TEST(FailingStreams, WhatCannotBeReadOnEndsThere) {
                 {"W.txt", 1, end, good, 0},
                 {"E.txt", 2, strict, good, 1},
                 {"spp.txt", 2, strict, good, 1},
-                {"types.txt", 2, end, good, -1},
+                {"types.txt", 2, end, good, kStopped},
                 {"oldFormda.txt", 9, strict, attach, 1},
                 {"oldTrk.txt", 2, strict, attach, 1},
                 {"oldTrk.txt", 5, strict, attach, 1},
@@ -137,7 +137,7 @@ TEST(FailingStreams, WhatCannotBeReadOnEndsThere) {
         ProgramRun run;
         {
             const Failure failure("read", row.file, row.read, EIO);
-            run = RunProgram(folder, row.answers, row.status < 0 ? 0.5 : 60);
+            run = RunProgram(folder, row.answers, row.status == kStopped ? 0.5 : 60);
         }
         EXPECT_EQ(run.status, row.status);
         const std::string told = "\ncan't read " + row.file + " \n" + row.complaint + row.file;

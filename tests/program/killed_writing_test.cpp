@@ -33,11 +33,6 @@ std::string Analysis(const std::string& resemblance) {
     return "H\nk\n1 1 2\n0\n1\n0\n2\n7\n1\n" + resemblance + "\n1\ny\nn\nw\n";
 }
 
-/// Whether the program had begun a file when it died; the file is removed.
-int TakeUnfinished(const TempFolder& folder, const std::string& file) {
-    return std::filesystem::remove(folder.File(file + ".tmp")) ? 1 : 0;
-}
-
 }  // namespace
 
 TEST(KilledWriting, LeavesTheOldFileOrTheNewOneWhole) {
@@ -63,10 +58,10 @@ TEST(KilledWriting, LeavesTheOldFileOrTheNewOneWhole) {
         // A busy machine may take its time to begin.
         for (int death = 0; death < 30 || (diedWriting == 0 && death < 120); death++) {
             const double moment = moments(generator) * std::max(1, death / 15);
-            EXPECT_TRUE(RunProgram(folder, again, moment, SIGKILL).timedOut);
+            EXPECT_EQ(RunProgram(folder, again, moment, "KILL").status, 128 + 9);
             const std::string left = Masked(folder.Read(rewriting.file));
             EXPECT_TRUE(left == first || left == second) << rewriting.file << ":\n" << left;
-            diedWriting += TakeUnfinished(folder, rewriting.file);
+            diedWriting += std::filesystem::remove(folder.File(rewriting.file + ".tmp"));
         }
         EXPECT_GT(diedWriting, 0) << rewriting.file;
     }
@@ -85,8 +80,7 @@ TEST(KilledWriting, ARankingUnderWayCanBeRead) {
     folder.Write("sFormda.txt", FormdaOf(data));
     folder.Write("sTrk.txt", "sFormda.txt\n07Jul17\n");
     folder.Write("sChRank_TCAP.txt", "the last one\n");
-    EXPECT_TRUE(
-        RunProgram(folder, "O\ns\nV\nK\n10\n1\n6\n1\nn\n1\n24\nn\n", 1.5, SIGKILL).timedOut);
+    EXPECT_EQ(RunProgram(folder, "O s V K 10 1 6 1 n 1 24 n\n", 1.5, "KILL").status, 128 + 9);
     EXPECT_EQ(folder.Read("sChRank_TCAP.txt"), "the last one\n");
     EXPECT_TRUE(Contains(folder.Read("sChRank_TCAP.txt.tmp"), "optimal subset with 1 traits"));
 }

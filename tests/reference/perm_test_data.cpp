@@ -10,7 +10,6 @@
 #include "mxlibRes/distances.h"
 #include "mxlibRes/gower.h"
 #include "mxlibRes/standardisation.h"
-#include "reference/example_tables.h"
 
 namespace {
 
@@ -67,11 +66,6 @@ void MakeTables(PermTestData* data) {
     in.outF = data->vectors.emplace_back(c).data();
 }
 
-template <class T>
-void CopyRows(const ExampleTables::Rows& rows, T** to) {
-    for (std::size_t i = 0; i < rows.size(); i++) std::copy(rows[i].begin(), rows[i].end(), to[i]);
-}
-
 void Narrow(int n, ConstMatrix<double> from, Matrix<float> to) {
     for (int i = 0; i < n; i++) std::copy(from[i], from[i] + n, to[i]);
 }
@@ -102,7 +96,8 @@ void ScoresOfPhylogeny(PermTestData* data) {
         for (int k = 0; k < in.nPhylAxes; k++) in.PhylScores[i][k] = scores[k][i];
 }
 
-/// Distances between random points, the largest being 1.
+}  // namespace
+
 void RandomPhylogeny(int n, std::mt19937* random, double** f) {
     std::normal_distribution<double> normal;
     ScopedMatrix<double> points(n, 6);
@@ -115,7 +110,12 @@ void RandomPhylogeny(int n, std::mt19937* random, double** f) {
         for (int j = i; j < n; j++) f[j][i] = f[i][j] = largest > 0 ? f[i][j] / largest : 0.0;
 }
 
-}  // namespace
+std::unique_ptr<PermTestData> EmptyPermTestData(const PermTestSizes& sizes, int opt_ro) {
+    auto data = std::make_unique<PermTestData>();
+    SetSizes(sizes, opt_ro, data.get());
+    MakeTables(data.get());
+    return data;
+}
 
 void DeriveFromTables(PermTestData* data) {
     Record& in = data->record;
@@ -135,9 +135,7 @@ void DeriveFromTables(PermTestData* data) {
 
 std::unique_ptr<PermTestData> RandomPermTestData(const PermTestSizes& sizes, unsigned seed,
                                                  int opt_ro) {
-    auto data = std::make_unique<PermTestData>();
-    SetSizes(sizes, opt_ro, data.get());
-    MakeTables(data.get());
+    auto data = EmptyPermTestData(sizes, opt_ro);
     Record& in = data->record;
     std::mt19937 random(seed);
     std::normal_distribution<double> normal;
@@ -152,33 +150,6 @@ std::unique_ptr<PermTestData> RandomPermTestData(const PermTestSizes& sizes, uns
     }
     UnitSumRowsAdjMV(in.nCommunities, in.nOTUs, in.W, in.W);
     RandomPhylogeny(in.nOTUs, &random, in.Sf);
-    DeriveFromTables(data.get());
-    return data;
-}
-
-std::unique_ptr<PermTestData> ExamplePermTestData(const std::string& examples,
-                                                  const std::string& name, bool phylogeny,
-                                                  int opt_ro) {
-    const ExampleTables tables = ReadExampleTables(examples + "/" + name);
-    auto data = std::make_unique<PermTestData>();
-    SetSizes({tables.communities, tables.OTUs, tables.traits, tables.variables, tables.types,
-              phylogeny ? tables.types : 0, 0.0},
-             opt_ro, data.get());
-    MakeTables(data.get());
-    data->traitTypes = tables.traitTypes;
-    data->traitWeights = TraitWeights(tables);
-    data->typeLabels = data->taxonLabels = tables.labels;
-    Record& in = data->record;
-    CopyRows(tables.B, in.B);
-    CopyRows(tables.W, in.W);
-    CopyRows(tables.E, in.E);
-    CorrAdj(in.nCommunities, in.nEnv, in.E, in.E);
-    UnitSumRowsAdjMV(in.nCommunities, in.nOTUs, in.W, in.W);
-    if (phylogeny && tables.F.empty()) {
-        std::mt19937 random(1);
-        RandomPhylogeny(in.nOTUs, &random, in.Sf);
-    }
-    if (phylogeny) CopyRows(tables.F, in.Sf);
     DeriveFromTables(data.get());
     return data;
 }

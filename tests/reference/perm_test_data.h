@@ -3,6 +3,7 @@
 /// Records for the permutation test, made from the example data or from random numbers.
 
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -41,12 +42,11 @@ struct PermTestSizes {
 std::unique_ptr<PermTestData> RandomPermTestData(const PermTestSizes& sizes, unsigned seed,
                                                  int opt_ro);
 
-/// The example `name` ("aravo", "mafragh") of the folder `examples` as the functional analysis
-/// takes it: fuzzy types, traits weighted by the sizes of their groups, E standardised, W at unit
-/// totals, the types for taxa. aravo has no phylogeny: a random one stands in.
-std::unique_ptr<PermTestData> ExamplePermTestData(const std::string& examples,
-                                                  const std::string& name, bool phylogeny,
-                                                  int opt_ro);
+/// A record of these sizes with empty tables, types and taxa in turn.
+std::unique_ptr<PermTestData> EmptyPermTestData(const PermTestSizes& sizes, int opt_ro);
+
+/// f = distances between n random points, the largest being 1.
+void RandomPhylogeny(int n, std::mt19937* random, double** f);
 
 /// Makes again what follows from B, W, E and Sf: to be called after changing one of them.
 void DeriveFromTables(PermTestData* data);

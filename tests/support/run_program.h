@@ -2,8 +2,6 @@
 /// \file
 /// The built program as a user runs it: keystrokes in, screen and files out, with a time limit.
 
-#include <signal.h>
-
 #include <string>
 
 #include "support/temp_folder.h"
@@ -11,16 +9,16 @@
 struct ProgramRun {
     std::string out;
     std::string err;
-    int status = -1;        ///< exit status; -1 when it did not exit by itself
-    bool timedOut = false;  ///< it was stopped at the time limit
-    int signal = 0;         ///< signal that ended it, other than the time limit's
+    int status = -1;        ///< exit status, 128 and the signal that ended it, kStopped
     double cpuSeconds = 0;  ///< processor time that it took
 };
 
-/// Runs the program in `folder` with `answers` on its standard input. The time limit stops it in an
-/// orderly way first, so that buffered output is lost as it would be for a user.
+constexpr int kStopped = 124;  ///< status at the time limit
+
+/// Runs the program in `folder` with `answers` on its standard input. The time limit stops it by
+/// TERM, so that buffered output is lost as it would be for a user, or by `signal`.
 ProgramRun RunProgram(const TempFolder& folder, const std::string& answers, double seconds = 60,
-                      int stopSignal = SIGTERM);
+                      const std::string& signal = "TERM");
 
 /// The text with what changes from run to run masked: time stamps, elapsed times, the progress
 /// line and the backspaces that take it off the screen.

@@ -53,17 +53,6 @@ struct Checks : InProcess {
     int otus_ = 0, species_ = 0;
 };
 
-TEST_F(Checks, OTUsOfOneNameShareASpecies) {
-    const Texts names = {"Poa annua", "Poa nemoralis", "Poa annua",
-                         "poa annua", "Poa nemoralis", "Poa annua"};
-    Make({{1, 0}, {0, 2}, {0, 0}, {0, 0}, {-999, 0}, {0, 1}}, names, {});
-    CheckSpecies(1);
-    EXPECT_EQ(Names(), (Texts{"Poa annua", "Poa nemoralis", "poa annua"}));
-    EXPECT_EQ(Map(cstSppMap, tcst, nSpp), (Texts{"100", "010", "100", "001", "010", "100"}));
-    SpeciesReleveMap();
-    EXPECT_EQ(Map(sppRelMap, nSpp, ncsm), (Texts{"11", "11", "00"}));
-}
-
 TEST_F(Checks, LabelsAreTheFirstTwoLettersOfTwoWords) {
     const std::string longName = "Anthoxanthum odoratum" + std::string(49, 'x');
     EXPECT_EQ(NamesAfterCheck({"Poa annua", "Poa angustifolia", "Bromus", "Poa  x", "A", "P oa bc",
@@ -109,41 +98,6 @@ TEST_F(Checks, EqualLabelsAreAlteredUntilTheyDiffer) {
         EXPECT_FALSE(Contains(name, "\r"));
         EXPECT_EQ(name[4], ' ');
     }
-}
-
-TEST_F(Checks, StatesAndRangesTakeMissingValuesForValues) {
-    const float nan = std::nanf("");
-    // 1e8 is never a state; NaN differs from itself; negative traits reach up to 0.
-    float rows[5][4] = {{5, 1e8F, 0.0F, -3},
-                        {5, 2, -0.0F, -1},
-                        {-999, 1e8F, nan, -2},
-                        {5, 2, nan, -3},
-                        {5, 3, 1, -1}};
-    const float* B[] = {rows[0], rows[1], rows[2], rows[3], rows[4]};
-    int states[4];
-    CountStates(4, 5, states, B);
-    EXPECT_EQ(Entries(states, 4), Ints({2, 2, 4, 3}));
-    CountStates(1, 0, states, B);
-    EXPECT_EQ(states[0], 0);
-    const int types[] = {3, 2, 1, 3};
-    float ranges[] = {-1, -1, -1, -1};
-    RangeStates(4, 5, B, types, ranges);
-    EXPECT_EQ(Entries(ranges, 4), (std::vector<float>{1004, -1, -1, 3}));
-}
-
-TEST_F(Checks, DataWithoutAbsentOTUsAndTheirSpecies) {
-    Make({{0, 1, 0, 0}, {1e-14, 0, 0, 0}, {0, -999, 0, 0}, {0, 0, 0, 0}, {2, 3, 0, 0}},
-         {"one", "two", "three", "four"}, {"1000", "0100", "0010", "0100", "0001"});
-    CheckData(1);
-    ASSERT_EQ(tcst, 3);
-    EXPECT_EQ(Cells(csm_Float, 5, 1), (std::vector<float>{100, 102, 104, 103, 101}));
-    EXPECT_EQ(cadat[1][1], -999);
-    EXPECT_EQ(Ints({ncst[0], ncst[1], emptyReleves, onsta[0]}), Ints({1, 3, 2, 3}));
-    EXPECT_EQ(chrange[0], 4);
-    EXPECT_EQ(Names(), (Texts{"one", "three", "four"}));
-    EXPECT_EQ(Map(cstSppMap, tcst, nSpp), (Texts{"100", "010", "001"}));
-    EXPECT_EQ(Map(sppRelMap, nSpp, ncsm), (Texts{"0100", "0100", "1100"}));
-    EXPECT_EQ(spp[3], nullptr);
 }
 
 TEST_F(Checks, MergeOfSpeciesIsExactNextToTheEndAndMissesTheLast) {

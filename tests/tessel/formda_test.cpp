@@ -95,27 +95,6 @@ TEST_F(FormdaTest, OldestFormInterleavesStatesAndQuantities) {
     EXPECT_EQ(env[1][0], 5.0F);
 }
 
-TEST_F(FormdaTest, PhylogenyOfOtherTypes) {
-    ASSERT_EQ(Open(Small("0\n0\nSMW 1\n1\n0\n0\n" + kStamp)).raised, 0);
-    ASSERT_NE(phylogenyRese, nullptr);
-    EXPECT_EQ(phylogenyRese[2][2], 0.0);
-    EXPECT_TRUE(Contains(WrittenBack(), "SMW 1\n1\n0\n0\n"));
-    const std::string clades = "2\n2\n3\t1\t\n0.5\t1\t\n0\t1\t\n2\t0\t\n";
-    ASSERT_EQ(Open(Small("0\n0\nSMW 1\n1\n" + clades + "0\n" + kStamp)).raised, 0);
-    EXPECT_EQ(phylogenyVarType[0], 3);
-    EXPECT_EQ(phylogenyData[2][0], 2.0F);
-    EXPECT_TRUE(Contains(WrittenBack(), "\n1\n" + clades + "0\n"));
-}
-
-TEST_F(FormdaTest, PhylogenyLeftFromASmallerDataSetIsFilledWithZeros) {
-    ASSERT_EQ(Open(kWhole).raised, 0);
-    ASSERT_EQ(Open(FormdaOf({Rows(4, {1}), Rows(4, {1})})).raised, 0);
-    ASSERT_EQ(Ints({tcst, phylogenyOTUs}), Ints({4, 3}));
-    hasPhylogeny = 1;
-    EXPECT_TRUE(Contains(WrittenBack(),
-                         "1\n3\n0\t2\t4\t0\t\n2\t0\t0.5\t0\t\n4\t0.5\t0\t0\t\n0\t0\t0\t0\t"));
-}
-
 TEST_F(FormdaTest, LongWordsAreCutAndStrayMapCharactersSkipped) {
     std::string text = kWhole;
     for (const auto& [word, longWord] : {std::pair("height\t", "heightOfTheFirstLeaf\t"),
@@ -152,21 +131,16 @@ TEST_F(FormdaTest, EveryCutEndsAtTheEndOfTheFileOrLoads) {
 }
 
 TEST_F(FormdaTest, CountsThatLieEndAsWordsThatDoNotConvert) {
-    for (const auto& [truth, lie] : {std::pair("1998 \n2 ", "1998 \n-2 "),
-                                     {"1998 \n2 ", "1998 \n0 "},
-                                     {"1998 \n2 ", "1998 \n4294967298 "},
-                                     {"2 \nplotA", "-1 \nplotA"},
-                                     {"2 \nplotA", "400000000 \nplotA"},
-                                     {"3 \n0", "0 \n0"},
-                                     {"3 \n0", "90000000 \n0"},
-                                     {"3 \n0", "200 \n0"},
-                                     {"2 \n97Sep08", "-2 \n97Sep08"},
-                                     {"2 \n97Sep08", "999999999 \n97Sep08"},
-                                     {"2 \nspp.txt", "-2 \nspp.txt"},
-                                     {"2 \nspp.txt", "77777777 \nspp.txt"},
-                                     {"1\n3\n0\t", "1\n2\n99999999\t"},
-                                     {"1\n3\n0\t", "1\n2\n-1\t"},
-                                     {"growth\t\n 3", "growth\t\n x"}}) {
+    // Each count too small, at its least, or more than the file can hold.
+    std::vector<std::pair<std::string, std::string>> lies = {{"3 \n0", "0 \n0"},
+                                                             {"3 \n0", "200 \n0"},
+                                                             {"1\n3\n0\t", "1\n2\n-1\t"},
+                                                             {"1\n3\n0\t", "1\n2\n99999999\t"},
+                                                             {"growth\t\n 3", "growth\t\n x"}};
+    for (const std::string place : {"1998 \n2 ", "2 \nplotA", "2 \n97Sep08", "2 \nspp.txt"})
+        for (const char* count : {"-2", "77777777", "4294967298"})
+            lies.emplace_back(place, Replaced(place, "2", count));
+    for (const auto& [truth, lie] : lies) {
         const ConsoleRun run = Open(Replaced(kWhole, truth, lie));
         EXPECT_EQ(run.raised, 2) << lie;
         EXPECT_EQ(run.err, "\nfile dataFormda.txt ") << lie;
@@ -180,19 +154,6 @@ TEST_F(FormdaTest, MatrixOfZerosIsBounded) {
     EXPECT_EQ(Open(FormdaOf(many)).raised, 0);
     many.phylogeny = "1\n0\n";
     EXPECT_EQ(Open(FormdaOf(many)).raised, 2);
-}
-
-TEST_F(FormdaTest, FilesThatCannotBeOpenedOrWritten) {
-    std::strcpy(whichFormda, "absent.txt");
-    const ConsoleRun run = WithConsole("", [](FILE*) { OpenFormda(1); });
-    EXPECT_EQ(run.raised, 4);
-    EXPECT_EQ(run.err, "\ncan't open absent.txt \n");
-    ASSERT_EQ(Open(kWhole).raised, 0);
-    for (const char* name : {"/dev/full", "absent/dataFormda.txt"})
-        EXPECT_EQ(
-            WithConsole("", [name](FILE*) { WriteFormda(tcst, name, dataName, csm_Float, cadat); })
-                .raised,
-            3);
 }
 
 }  // namespace

@@ -52,23 +52,6 @@ TEST_F(GowerPartial, EachTypeAndFlag) {
     }
 }
 
-TEST_F(GowerPartial, AveragesOfSubsets) {
-    const int types[] = {3, 1, 2};
-    const float ranges[] = {4, 0, 0}, ones[] = {1, 1, 1};
-    Table<float> data{{1, 0, 1}, {3, 0, 1}, {5, 1, kNone}, {kNone, 0, 2}};
-    countDoubleAbsence = 0;
-    ScopedCube<float> cube(4, 4, 3);
-    Table<float> s(4, 4, 7);
-    gower_similarityPartial(3, data, 4, cube, types, ranges, ones);
-    const auto average = [&](std::vector<int> include) {
-        gower_similarityAverage(3, 4, cube, s, include.data());
-    };
-    average({1, 1, 1});
-    ExpectSame(s, Table<float>{{1, 0.75F, 0, 0}, {7, 1, 0.25F, 0}, {7, 7, 1, 0}, {7, 7, 7, 1}});
-    average({0, 1, 2});  // only entries of 1 take part
-    ExpectSame(s, Table<float>{{1, kNone, 0, kNone}, {7, 1, 0, kNone}, {7, 7, 1, 0}, {7, 7, 7, 1}});
-}
-
 TEST_F(GowerPartial, AgreesWithTheDirectRoute) {
     std::mt19937 generator(31);
     std::uniform_int_distribution<int> state(0, 5);

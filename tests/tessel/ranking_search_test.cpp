@@ -5,14 +5,12 @@
 #include <cfloat>
 #include <climits>
 #include <cmath>
-#include <map>
 #include <random>
 #include <set>
 #include <sstream>
 
 #include "TSLCHORD/searches.h"
 #include "in_process.h"
-#include "nrutilMX/nrutilMX.h"
 #include "reference/ranking_session.h"
 #include "support/text.h"
 
@@ -35,7 +33,6 @@ struct Rated {
     bool operator==(const Rated&) const = default;
 };
 using RatedSubsets = std::vector<Rated>;
-using Lines = std::vector<std::string>;
 
 /// Value and labels among the fields of a line, blanks and the number of types left out.
 Rated ParseLine(const std::string& line) {
@@ -65,41 +62,16 @@ RatedSubsets ListBehind(const std::string& text, const std::string& heading) {
 struct Report {
     std::string text;
     RatedSubsets bestOfSize;  ///< by the lines that the search writes as it goes
-    RatedSubsets table;       ///< the same by the closing table
     RatedSubsets ranked;
-    RatedSubsets rankedTwin;  ///< second list of the niche conservation
-    Lines ofSubsets = {};     ///< written as the search meets them
 };
 
 Report ParseReport(const std::string& text) {
-    Report report{text,
-                  {},
-                  ListBehind(text, "Trait subsets with maximum rank for each number"),
-                  ListBehind(text, "Trait subsets "),
-                  ListBehind(text, "Trait subsets with maximum matrix correlation (only")};
-    const std::size_t walk = text.find("Ranking algorithm");
-    std::istringstream lines(text.substr(walk, text.find("\n\nTrait subsets ") - walk));
-    for (std::string line; std::getline(lines, line);) {
+    Report report{text, {}, ListBehind(text, "Trait subsets ")};
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
         if (line.starts_with("Ranking criterion value"))
             report.bestOfSize.push_back(ParseLine(line.substr(line.find('\t') + 1)));
-        else if (line.ends_with('\t') && Contains(line, " \t"))
-            report.ofSubsets.push_back(line);
-    }
     return report;
-}
-
-/// What stands at the top of the results on niche conservation.
-std::string Summary(const RatedSubsets& best, int types) {
-    std::string labels, sizes, values;
-    for (const Rated& rated : best) {
-        for (const char letter : rated.subset) labels += std::string(1, letter) + " \t";
-        labels += "\n";
-        sizes += std::to_string(rated.subset.empty() ? 0 : types) + "    \t";
-        char value[40];
-        std::snprintf(value, sizeof value, "%-13.10g\t", std::max(rated.value, -DBL_MAX));
-        values += value;
-    }
-    return labels + "\n" + sizes + "\n" + values + "\n";
 }
 
 /// All subsets of the traits in use in the order of the walk: size after size, by letters.
@@ -213,10 +185,6 @@ void ExpectSameRanking(const RankingCase& in, const Report& report) {
     ASSERT_GE(report.ranked.size(), expected.size());
     if (kNiche.contains(in.criterion)) {
         EXPECT_EQ(report.ranked.size(), 100U);
-        EXPECT_EQ(report.ranked, report.rankedTwin);
-        EXPECT_TRUE(report.text.starts_with(Summary(report.bestOfSize, CountLabels(in.types))));
-    } else {
-        EXPECT_EQ(report.table, report.bestOfSize);
     }
     std::set<std::string> met;
     for (std::size_t place = 0; place < expected.size(); place++) {
@@ -265,39 +233,6 @@ TEST_F(RankingSearch, OneHundredBestOfMore) {
     }
 }
 
-// The list by its rule: 101 places of value 0; a value above that of place 0 takes it, and all
-// places are brought into ascending order by the sort, whose order of equal values shows.
-TEST_F(RankingSearch, EqualValuesStandAsTheSortLeavesThem) {
-    for (const int traits : {3, 7}) {
-        RankingCase in = RandomCase(3, 1, 3, true);
-        in.traitTypes.assign(traits, 3);
-        in.weights.assign(traits, 1);
-        for (auto& row : in.B) {
-            row.resize(traits);
-            for (int k = 0; k < traits; k++) row[k] = row[k / 2 * 2];
-        }
-        const Report report = Search(in, 'y', 17);
-        ASSERT_EQ(report.ofSubsets.size(), (1U << traits) - 1);
-        RatedSubsets list(101, {"", 0});
-        for (const std::string& line : report.ofSubsets) {
-            if (!(ParseLine(line).value > list[0].value)) continue;
-            list[0] = ParseLine(line);
-            std::vector<double> values(102), places(102);
-            for (int k = 1; k <= 101; k++) values[k] = list[k - 1].value, places[k] = k;
-            sort2(101, values.data(), places.data());
-            const RatedSubsets before = list;
-            for (int k = 1; k <= 101; k++) list[k - 1] = before[std::size_t(places[k]) - 1];
-        }
-        std::erase_if(list, [](const Rated& rated) { return rated.subset.empty(); });
-        if (list.size() == 101) list.erase(list.begin());
-        std::ranges::reverse(list);
-        EXPECT_EQ(report.ranked, list);
-        std::set<double> values;
-        for (const Rated& rated : list) values.insert(rated.value);
-        EXPECT_LT(values.size(), list.size());
-    }
-}
-
 /// Three communities of three OTUs, the types being {1} and {2, 3}; traits by their columns.
 RankingCase TinyCase(int criterion, int measure, bool fuzzy,
                      const std::vector<std::vector<double>>& traits = {{0, 3, 4}}) {
@@ -319,58 +254,6 @@ RankingCase TinyCase(int criterion, int measure, bool fuzzy,
     return in;
 }
 
-// Worked by hand. Distances stand in the order 12, 13, 23, deviations from their means behind them.
-// E: 1 3 2, deviations -1 1 0, squares 2.
-// T: W at unit totals times (0 3 4) is (20 9 17)/6; distances as 11 3 8, deviations (11 -13 2)/3,
-//    squares 294/9; r(TE) = -8 / sqrt(294/9 * 2). As columns: T less its mean is as 14 -19 5, E as
-//    -4 -1 5, so that Procrustes is |r| = 12 / sqrt(582 * 42) and RV its square.
-// X crisp: (1 5) (1 1) (1 5); 4 0 4, deviations (4 -8 4)/3, squares 96/9; r(XE) = -4 / sqrt(192/9),
-//    r(XT) = 52/3 / sqrt(96/9 * 294/9) = 13/14. With three distances any partial is 1 or -1: that
-//    of X and E has the sign of r(XE) - r(XT) r(TE) = -0.866 + 0.919.
-// X fuzzy: similarities of OTUs 0.25 0 0.75; U = (8 1)/9 (2 7)/9 (0 9)/9; X = (8 46)/9 (10 8)/9
-//    (14 40)/9; distances as sqrt(1448) sqrt(72) sqrt(1040).
-// R: of the first two OTUs, whose shares are (1 0) (1/2 1/2) (1/4 3/4): as 0 4 3; distances 4 3 1,
-//    deviations (4 1 -5)/3, squares 42/9; r(RE) = -1 / sqrt(84/9).
-// S: the same shares against those of X, (1/6 5/6) (1/2 1/2) (1/6 5/6): 10/12 0 1/12; distances as
-//    10 9 1, deviations (10 7 -17)/3, squares 438/9; r(SE) = -1 / sqrt(876/9).
-// P: Q = (8 3)/11 (2 3)/5 (1 3)/4; P = W Q; distances sqrt(10.645) sqrt(0.405) sqrt(8.98).
-TEST_F(RankingSearch, ValuesWorkedByHand) {
-    const auto correlation = [](std::vector<double> a, std::vector<double> b) {
-        double sa = 0, sb = 0, aa = 0, bb = 0, ab = 0;
-        for (int k = 0; k < 3; k++)
-            sa += a[k], sb += b[k], aa += a[k] * a[k], bb += b[k] * b[k], ab += a[k] * b[k];
-        return (3 * ab - sa * sb) / std::sqrt((3 * aa - sa * sa) * (3 * bb - sb * sb));
-    };
-    const std::vector<double> DP = {std::sqrt(10.645), std::sqrt(0.405), std::sqrt(8.98)};
-    const double TE = -8 / std::sqrt(588.0 / 9), XE = -4 / std::sqrt(192.0 / 9);
-    const double PT = correlation(DP, {11, 3, 8}), PX = correlation(DP, {4, 0, 4});
-    const double fuzzyXE =
-        correlation({std::sqrt(1448), std::sqrt(72), std::sqrt(1040)}, {1, 3, 2});
-    const struct {
-        int criterion, measure;
-        bool fuzzy;
-        double value;
-    } rows[] = {{10, 1, false, TE},
-                {10, 2, false, 12 / std::sqrt(582.0 * 42)},
-                {10, 3, false, 144 / (582.0 * 42)},
-                {1, 1, false, XE},
-                {1, 1, true, fuzzyXE},
-                {9, 1, false, 1},
-                {16, 1, false, -1 / std::sqrt(84.0 / 9)},
-                {24, 1, false, -1 / std::sqrt(876.0 / 9)},
-                {11, 1, false, PX},
-                {13, 1, false, PT},
-                {14, 1, false, PT * TE},
-                {15, 1, false, PX * XE}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.criterion << " measure " << row.measure);
-        const RankingCase in = TinyCase(row.criterion, row.measure, row.fuzzy);
-        const double tolerance = row.criterion == 9 ? 1e-5 : 1e-6;
-        EXPECT_NEAR(PlainRanking(in)({1}), row.value, tolerance);
-        EXPECT_NEAR(Search(in).bestOfSize[0].value, row.value, tolerance);
-    }
-}
-
 TEST_F(RankingSearch, TwoCommunities) {
     // T: (20 9)/6 at unit length, distance 11/sqrt(481); X: (1 5) and (1 1), distance 4; E: 1.
     for (const auto& [criterion, value] :
@@ -387,33 +270,33 @@ TEST_F(RankingSearch, DigitsBeyondThoseOfAnyNumber) {
     for (const int digits : {INT_MAX, INT_MIN}) {
         const Report report = Search(TinyCase(10, 2, true), 'y', digits);
         EXPECT_LT(report.text.size(), 10000U);
-        EXPECT_EQ(report.table, report.bestOfSize);
+        EXPECT_EQ(report.bestOfSize.size(), 1U);
     }
 }
 
 TEST_F(RankingSearch, FirstOfEqualSubsets) {
     const Report equal = Search(TinyCase(10, 2, true, {{0, 3, 4}, {0, 3, 4}}));
-    EXPECT_EQ(equal.table[0].subset, "a");
+    EXPECT_EQ(equal.bestOfSize[0].subset, "a");
     // Crisp types are the same for all subsets.
     const Report crisp = Search(TinyCase(1, 2, false, {{1, 2, 9}, {0, 3, 4}, {4, 1, 1}}));
     for (const char* first : {"a", "ab", "abc"})
-        EXPECT_EQ(crisp.table[std::strlen(first) - 1].subset, first);
+        EXPECT_EQ(crisp.bestOfSize[std::strlen(first) - 1].subset, first);
     EXPECT_EQ(crisp.ranked.size(), 7U);
 }
 
 TEST_F(RankingSearch, ValuesThatAreDropped) {
     // All OTUs alike by trait a: no entropy anywhere, and RV divides 0 by 0.
     const Report undefined = Search(TinyCase(16, 3, true, {{2, 2, 2}, {0, 3, 4}}));
-    EXPECT_EQ(undefined.table[0].subset, "b");
+    EXPECT_EQ(undefined.bestOfSize[0].subset, "b");
     EXPECT_EQ(undefined.ranked.size(), 2U);
     const Report never = Search(TinyCase(16, 3, true, {{2, 2, 2}}), 'y');
     EXPECT_TRUE(Contains(never.text, "r(RE)=\tnan\tTraits:\ta"));
-    EXPECT_EQ(never.table[0], (Rated{"", -HUGE_VAL}));
+    EXPECT_EQ(never.bestOfSize[0], (Rated{"", -HUGE_VAL}));
     // Negative values stand in the table per size alone.
     const Report negative = Search(TinyCase(10, 1, true));
     EXPECT_TRUE(negative.ranked.empty());
-    EXPECT_EQ(negative.table[0].subset, "a");
-    EXPECT_LT(negative.table[0].value, -0.9);
+    EXPECT_EQ(negative.bestOfSize[0].subset, "a");
+    EXPECT_LT(negative.bestOfSize[0].value, -0.9);
 }
 
 TEST_F(RankingSearch, NumbersThatAreNoneHaveNoSign) {
@@ -444,65 +327,9 @@ TEST_F(RankingSearch, OneTypeGivesNoValue) {
         EXPECT_EQ(report.bestOfSize[0],
                   kByMagnitude.contains(criterion) ? (Rated{"none", 0}) : (Rated{"", -HUGE_VAL}))
             << criterion;
-        EXPECT_TRUE(report.ofSubsets.empty()) << criterion;
+        EXPECT_FALSE(Contains(report.text, "\tTraits:")) << criterion;
         EXPECT_EQ(report.ranked.size(), kNiche.contains(criterion) ? 100U : 0U) << criterion;
     }
-}
-
-// The statistics in the line of a subset, each against the criterion that it is the value of.
-TEST_F(RankingSearch, StatisticsOfEachSubset) {
-    const std::map<std::string, int> criteria = {
-        {"ro(XE)", 1},    {"ro(XE.T)", 9}, {"ro(TE)", 10},      {"ro(PX)", 11},
-        {"ro(PX.T)", 12}, {"ro(PT)", 13},  {"roBetaNiche", 14}, {"roAlphaBetaNiche", 15}};
-    for (const auto& [criterion, measure] : {std::pair(9, 1), {12, 1}, {12, 2}, {12, 3}, {14, 1}}) {
-        const RankingCase in = RandomCase(4, criterion, measure, true);
-        const Lines lines = Search(in, 'y').ofSubsets;
-        std::map<std::string, RatedSubsets> expected;
-        for (const auto& [name, other] : criteria) {
-            RankingCase same = in;
-            same.criterion = other;
-            expected[name] = RateAll(same);
-        }
-        int compared = 0;
-        for (std::size_t k = 0; k < lines.size(); k++) {
-            std::istringstream fields(lines[k]);
-            for (std::string name, value; std::getline(fields, name, '=') && fields >> value;) {
-                fields.ignore();
-                if (!expected.contains(name)) continue;
-                EXPECT_NEAR(std::stod(value), expected[name].at(k).value, 1e-5) << lines[k];
-                compared++;
-            }
-        }
-        EXPECT_EQ(compared, int(expected["ro(PX)"].size()) * (criterion == 14 ? 8 : 3));
-    }
-}
-
-// The phylogeny opens the file, and each subset leaves the residuals of DP on DT to the next: with
-// DP and DT as worked by hand, slope of DP on DT s, r(PX) of the second subset is that of DP - s
-// DT.
-TEST_F(RankingSearch, StructuresOfThePhylogeneticSearch) {
-    OpenRanking(TinyCase(11, 1, false, {{0, 3, 4}, {0, 3, 4}}));
-    phylogenyRese[2][0] = 7;  // the upper half counts
-    saveStruct = printRankIntermedResults = 'y';
-    Typed("", [] { ChRankPhylogenyAssembly(); });
-    saveStruct = 'n';
-    const std::string structures = folder_.Read("IntermediateRankResults.txt");
-    // Once a lower half, while the functional analysis prints it in full.
-    EXPECT_TRUE(
-        structures.starts_with("\nDissimilarity matrix between 3 OTUs:\n0\t0.5\t0.75\t\n"
-                               "0.5\t0\t0.5\t\n0.75\t0.5\t0\t\n\n"));
-    EXPECT_LT(structures.find("DP"), structures.find("\nTrait matrix with 3 populations"));
-    EXPECT_TRUE(Contains(structures, "\t2 groups\tTraits:\ta \tGroup sizes:\t1\t2\t\n"));
-    const double DP[] = {std::sqrt(10.645), std::sqrt(0.405), std::sqrt(8.98)};
-    const double slope = (DP[0] * 11 - DP[1] * 13 + DP[2] * 2) / (294.0 / 3);
-    const double e[] = {DP[0] - slope * 11, DP[1] - slope * 3, DP[2] - slope * 8};
-    const double mean = (e[0] + e[1] + e[2]) / 3;
-    double squares = 0;
-    for (const double x : e) squares += (x - mean) * (x - mean);
-    const double PX = (4 * e[0] - 8 * e[1] + 4 * e[2]) / 3 / std::sqrt(squares * 96 / 9);
-    const std::string report = folder_.Read("Ranking.txt");
-    const std::size_t second = report.find("ro(PX)=\t", report.find("Traits:\ta"));
-    EXPECT_NEAR(std::strtod(report.c_str() + second + 8, nullptr), PX, 1e-4);
 }
 
 }  // namespace

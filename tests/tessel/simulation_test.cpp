@@ -10,19 +10,11 @@
 #include "in_process.h"
 #include "mxlib/random_lists.h"
 #include "reference/plain_simulation.h"
-#include "support/run_program.h"
 #include "support/text.h"
 
 namespace {
 
 using Simulation = InProcess;
-
-/// Answers of a run with trait data and initial conditions from files: sizes and interactions
-/// (sites, OTUs, traits, factors, y or n), rules, the rest.
-std::string RunOfFiles(const Texts& sizes, const std::string& rules, const std::string& rest) {
-    return "A\n" + sizes[0] + "\n" + sizes[1] + "\n" + sizes[2] + "\nt\nB.txt\n" + sizes[3] +
-           "\ne\nE.txt\n" + sizes[4] + "\nA.txt\nG.txt\n" + rules + "\n" + rest + "\nX\n";
-}
 
 std::string Numbers(unsigned long seed, int count, double scale) {
     InitRndNumberGenerator(seed);
@@ -68,35 +60,6 @@ struct OneRun {
     }
     SimulationAnswers answers;
     std::unique_ptr<World> world;
-};
-
-/// Counts what the recorded communities tell: arrivals and losses of OTUs since the onset.
-struct Tally {
-    Ints colonizations, extinctions;
-    std::vector<std::vector<double>> before;
-
-    explicit Tally(const World& world)
-        : colonizations(world.answers.nSites),
-          extinctions(world.answers.nSites),
-          before(world.answers.nSites, std::vector<double>(world.answers.nOTUs)) {}
-
-    void Watch(StepPoint point, const World& world) {
-        if (point == StepPoint::kFilter || point == StepPoint::kMeans) return;
-        EXPECT_LE(world.total, world.target);
-        int sum = 0;
-        for (int s = 0; s < world.answers.nSites; s++)
-            for (int j = 0; j < world.answers.nOTUs; j++) {
-                const double now = world.W[s][j];
-                sum += static_cast<int>(now);
-                EXPECT_GE(now, 0);
-                if (world.onset > 0) {
-                    colonizations[s] += before[s][j] == 0 && now > 0;
-                    extinctions[s] += before[s][j] > 0 && now == 0;
-                }
-                before[s][j] = now;
-            }
-        EXPECT_EQ(sum, world.total);
-    }
 };
 
 /// The bytes of a table; what is no number has no sign.
@@ -179,11 +142,9 @@ TEST_F(Simulation, CheapStepsGiveWhatFullTablesGive) {
         if (k % 17 == 16) folder_.Write("B.txt", "-999 nan " + Numbers(k, 40, 4));
         const bool files = k % 3 == 0;
         OneRun plain(a);
-        Tally tally(*plain.world);
         std::unique_ptr<StepFiles> steps(files ? new StepFiles : nullptr);
         WithConsole("", [&](FILE*) {
             PlainAssembleCommunities(*plain.world, [&](StepPoint point, auto d, auto p) {
-                tally.Watch(point, *plain.world);
                 if (files) PrintPoint(*steps, *plain.world, point, d, p);
             });
         });
@@ -197,89 +158,11 @@ TEST_F(Simulation, CheapStepsGiveWhatFullTablesGive) {
         EXPECT_EQ(gsl_rng_uniform(r), nextDraw);
         ExpectSameWorlds(*fast.world, *plain.world);
         EXPECT_TRUE(TakeStepFiles(folder_) == written);
-        EXPECT_EQ(tally.colonizations, Entries(fast.world->colonizations.get(), a.nSites));
-        EXPECT_EQ(tally.extinctions, Entries(fast.world->extinctions.get(), a.nSites));
         renewals += fast.world->chiSquareCalls > kChiSquareEntries;
         filled += fast.world->step < a.maxIterations;
-        losses += *std::max_element(tally.extinctions.begin(), tally.extinctions.end()) > 0;
+        losses += std::ranges::max(Entries(fast.world->extinctions.get(), a.nSites)) > 0;
     }
     EXPECT_GT(std::min({renewals, filled, losses}), 5) << renewals << filled << losses;
-}
-
-/// Two OTUs of trait -1 and 1 (mean 0, standard deviation sqrt 2) at two sites of factor -1 and 1,
-/// all unit Z scores; C = E / sqrt 2. Squared distances 0.0858 and 2.914 give the probabilities
-/// 0.771 and 0.0879 (one degree of freedom). Draws of seed 802, site by site:
-/// 1: OTU 1, immigrant 0.702, 0.547 < 0.771: settles. OTU 1, 0.827, 0.005 < 0.0879: settles.
-///    Horizon I = 4: risks 0.0572 and 0.228 against 0.894 and 0.791. R = (4 - 2) / 2 = 1.
-/// 2: OTU 1, resident 0.223, 0.470: a second one. OTU 1, resident 0.748: refused.
-///    Horizon 2 + 1: 0.0762 against 0.136, 0.602; 0.304 against 0.957. R = (4 - 3) / 1 = 1.
-/// 3: OTU 2, 0.965, 0.910 > 0.0879: fails. OTU 2, 0.852, 0.386 < 0.771: settles. Full.
-///    Horizon 4: 0.0572 against 0.341, 0.970; 0.228 against 0.029: OTU 1 is gone; 0.0572, 0.648.
-///    The means of site 2 rise from -1 to 1, and its factor from 1 to 3: C = 2.12.
-/// 4: OTU 2, 0.722, 0.057 < 0.0879: settles. Full: the second site draws nothing. 0.425, 0.865,
-///    0.944 against 0.0572, 0.0572, 0.228; (1.12)^2 leaves 0.2624 and a risk of 0.184 to 0.972.
-TEST_F(Simulation, DrawsOfATinyWorld) {
-    for (const char* name : {"A.txt", "G.txt"}) folder_.Write(name, "1\n");
-    for (const char* name : {"B.txt", "E.txt"}) folder_.Write(name, "-1 1\n");
-    const ConsoleRun run =
-        RunWhole(RunOfFiles({"2", "2", "1", "1", "n"}, "2\n0\n.5\n0\n4", "n\n2\n802\ny"));
-    EXPECT_EQ(run.exitStatus, 0);
-    std::string expected;
-    const auto block = [&](int step, const char* when, const char* cells, const char* sums) {
-        expected += "\nCommunity data matrix at step " + std::to_string(step) + ", " + when +
-                    " mortality, for 2 community sites in rows and 2 OTUs in columns:\n" + cells +
-                    "\nAbundance in each community:\n" + sums;
-    };
-    block(1, "BEFORE", "1\t0\t\n1\t0\t\n", "1\t1\t\nTotal abundance:\t2\n");
-    block(2, "BEFORE", "2\t0\t\n1\t0\t\n", "2\t1\t\nTotal abundance:\t3\n");
-    block(3, "BEFORE", "2\t0\t\n1\t1\t\n", "2\t2\t\nTotal abundance:\t4\n");
-    block(3, "AFTER", "2\t0\t\n0\t1\t\n", "2\t1\t\nTotal abundance:\t3\n");
-    block(4, "BEFORE", "2\t1\t\n0\t1\t\n", "3\t1\t\nTotal abundance:\t4\n");
-    EXPECT_EQ(folder_.Read("CommunityData.txt"), expected);
-    EXPECT_EQ(
-        folder_.Read("EnvData.txt"),
-        "Ecosystem data matrix (simulation steps and community sites in rows, 1 environmental "
-        "variables in columns):\n1\t1\t-1\t\n1\t2\t1\t\n2\t1\t-1\t\n2\t2\t1\t\n3\t1\t-1\t\n"
-        "3\t2\t1\t\n4\t1\t-1\t\n4\t2\t3\t\n");
-    EXPECT_EQ(folder_.Read("CWM.txt"),
-              "Community weighted means (CWM), (simulation steps and community sites in rows, 1 "
-              "traits in columns):\n1\t1\t-1\t\n1\t2\t-1\t\n2\t1\t-1\t\n2\t2\t-1\t\n3\t1\t-1\t\n"
-              "3\t2\t1\t\n4\t1\t-0.333333\t\n4\t2\t1\t\n");
-    const std::string report = folder_.Read("FinalSimulatedData.txt");
-    const std::string since =
-        "1, when either 0 of the average maximum number of individuals per "
-        "community or 0 of the specified maximum number of "
-        "colonization/extinction iterations were reached):\n";
-    EXPECT_TRUE(Contains(report, "OTU richness in each community (at step " + since + "0\t0\t\n"));
-    EXPECT_TRUE(
-        Contains(report, "colonizations in each community (after step " + since + "2\t2\t"));
-    EXPECT_TRUE(Contains(report, "extinctions in each community (after step " + since + "0\t1\t"));
-    EXPECT_TRUE(Contains(report, "mortality of individuals:\t0\n"));
-    EXPECT_TRUE(Contains(report,
-                         "trait value) at step 4, based on standardized to Z scores "
-                         "according to mean and standard deviations in the trait matrix, "
-                         "for 1 traits in rows and 2 community sites in columns:\n0\t1.12132"));
-    EXPECT_TRUE(Contains(folder_.Read("W_Simulated.txt"), "individuals:\t1e-19\n"));
-}
-
-TEST_F(Simulation, InteractionsOfOneTwoAndThreeFactors) {
-    for (const int F : {1, 2, 3}) {
-        SimulationAnswers a;
-        a.nSites = 4;
-        a.nOTUs = a.nTraits = 2;
-        a.nFactors = F;
-        a.interactions = true;
-        a.nPredictors = F + F * (F - 1) / 2;
-        WriteWorld(folder_, 7, a, 1, 1);
-        const OneRun run(a);
-        const auto& E = run.world->E;
-        for (int s = 0; s < a.nSites; s++) {
-            const double last = E[F - 1][s];
-            EXPECT_EQ(F < 2 ? 0 : E[F][s], F < 2 ? 0 : E[0][s] * last);
-            EXPECT_EQ(F < 3 ? 0 : E[4][s], F < 3 ? 0 : E[1][s] * last);
-            EXPECT_EQ(F < 3 ? 0 : E[5][s], 0);
-        }
-    }
 }
 
 TEST(ChiSquareTable, TailsAndTheLastEntry) {
@@ -290,38 +173,6 @@ TEST(ChiSquareTable, TailsAndTheLastEntry) {
     EXPECT_NEAR(LogTail(10.0, &table), -0.5 * 9.999, 1e-12);
     for (const double past : {10.5, 1e300, HUGE_VAL, std::nan("")})
         EXPECT_EQ(LogTail(past, &table), LogTail(10.0, &table));
-}
-
-TEST_F(Simulation, RunsThatComeToNothingLeaveNoFile) {
-    for (const char* name : {"B.txt", "E.txt", "G.txt"}) folder_.Write(name, "2 1 4 1 3 9 7 8\n");
-    const std::string run = RunOfFiles({"3", "4", "2", "2", "n"}, "2\n0\n.5\n0\n4", "n\n2\n1\ny");
-    folder_.Write("A.txt", "0 0 0 0\n");
-    EXPECT_TRUE(Contains(RunWhole(run).out, "\nNo trait responds to the ecosystem: "));
-    folder_.Write("A.txt", "1 0 0\n");
-    const ConsoleRun brief = RunWhole(run);
-    EXPECT_EQ(brief.exitStatus, 0);
-    EXPECT_EQ(WithoutBells(brief.err), "\nEnd of file A.txt\n");
-    EXPECT_FALSE(folder_.Has("TraitData.txt") || folder_.Has("FinalSimulatedData.txt"));
-    EXPECT_EQ(weight, nullptr);
-    std::filesystem::create_directory(folder_.path() / "FinalSimulatedData.txt");
-    folder_.Write("A.txt", "1 0 0 0\n");
-    const ConsoleRun blocked = RunWhole(run);
-    EXPECT_EQ(blocked.exitStatus, 1);
-    EXPECT_TRUE(Contains(blocked.err, "\nFAIL TO OPEN FILE !!!\n"));
-    const ConsoleRun huge =
-        RunWhole(RunOfFiles({"3", "4", "2147483647", "2", "n"}, "2\n0\n.5\n0\n4", "n\n2\n1\ny"));
-    EXPECT_TRUE(Contains(huge.err, "OUT OF MEMORY"));
-}
-
-TEST_F(Simulation, DrawnTraitsAreTakenDownBeforeTheEcosystemFails) {
-    folder_.Write("T.txt", "1 .5 .5 1\n");
-    for (const char* name : {"E.txt", "A.txt", "G.txt"}) folder_.Write(name, "1 1 1 1\n");
-    const ConsoleRun run = RunWhole(
-        "A\n3\n4\n2\nc\nT.txt\nn\n2\nc\nE.txt\nn\nn\nA.txt\nG.txt\n2\n0\n.5\n0\n4\n"
-        "n\n2\n1\ny\n");
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_TRUE(Contains(run.out, " saved on file TraitData.txt\n\ncholdc failed"));
-    EXPECT_TRUE(Contains(folder_.Read("TraitData.txt"), "Trait means (2 traits):"));
 }
 
 namespace {
@@ -374,31 +225,4 @@ TEST_F(Simulation, RatesAreSharesOfTheRejections) {
         EXPECT_EQ(brief.substr(brief.find("\n\nPROB")), report.substr(report.find("\n\nPROB")));
         EXPECT_FALSE(Contains(brief, "SIMULATED DATA ") || Contains(brief, "eights:"));
     }
-}
-
-TEST_F(Simulation, SameSeedSameFilesAndRawDataEntryTakesThem) {
-    SimulationAnswers a;
-    a.nSites = 6;
-    a.nOTUs = 8;
-    a.nTraits = a.nFactors = a.nPredictors = 2;
-    WriteWorld(folder_, 31, a, 2, 1);
-    const std::string run =
-        RunOfFiles({"6", "8", "2", "2", "n"}, "9\n.5\n.4\n.3\n80", "n\n2\n5\ny");
-    const auto files = [&] {
-        std::map<std::string, std::string> texts;
-        for (const auto& entry : std::filesystem::directory_iterator(folder_.path()))
-            texts[entry.path().filename()] = Masked(ReadWholeFile(entry.path()));
-        return texts;
-    };
-    RunWhole(run);
-    const auto first = files();
-    EXPECT_EQ(first.size(), 4U + 13U);
-    RunWhole(run);
-    EXPECT_EQ(files(), first);
-    const ConsoleRun entry = RunWhole(
-        "N\nsim\n1\nB_Simulated.txt\n0\nW_Simulated.txt\n0\n1\nE_Simulated.txt\n8\n2\n1\n2\nf\n"
-        "TraitTypes_Simulated.txt\ny\n0\n6\n1\n1\n2\n1\n2\nT\nC\nX\n");
-    EXPECT_EQ(entry.exitStatus, 0);
-    EXPECT_EQ(WithoutBells(entry.err), "");
-    EXPECT_TRUE(folder_.Has("simFormda.txt"));
 }

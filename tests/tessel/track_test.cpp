@@ -108,10 +108,4 @@ TEST_F(TrackTest, LongWordsAreCutAndLabelsOfThreeCharactersRunTogether) {
     EXPECT_EQ(WithConsole("", [](FILE*) { ReadTrack(); }).raised, 2);
 }
 
-TEST_F(TrackTest, FilesThatCannotBeOpened) {
-    std::strcpy(whichTrack, "absent/plotsTrk.txt");
-    EXPECT_EQ(WithConsole("", [](FILE*) { ReadTrack(); }).raised, 4);
-    EXPECT_EQ(WithConsole("", [](FILE*) { WriteTrack(1); }).raised, 4);
-}
-
 }  // namespace

@@ -1,3 +1,5 @@
+#include "mxlibRes/products.h"
+
 #include <gtest/gtest.h>
 
 #include <cfloat>
@@ -7,81 +9,12 @@
 #include <type_traits>
 #include <vector>
 
-#include "mxlibRes/products.h"
 #include "mxlibRes/totals.h"
 #include "support/matrices.h"
 
 namespace {
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-TEST(Totals, PassOverMissingValuesInTheElementType) {
-    // 2^24 + 1 has no place in single precision: a sum in float stays at 2^24.
-    Table<float> a = {{16777216, 1, 1}, {-999, 2.5F, -999}, {-999, -999, -999}};
-    Table<double> b = {{16777216, 1, 1}, {-999, 2.5, -999}, {-999, -999, -999.5}};
-    float rows[3], cols[3];
-    double rowsD[3], colsD[3];
-    RowTotalsMV(3, 3, a, rows);
-    ColTotalsMV(3, 3, a, cols);
-    RowTotalsMV(3, 3, b, rowsD);
-    ColTotalsMV(3, 3, b, colsD);
-    EXPECT_EQ(rows[0], 16777216.0F);
-    EXPECT_EQ(rows[1], 2.5F);
-    EXPECT_EQ(rows[2], 0.0F);
-    EXPECT_EQ(cols[1], 3.5F);
-    EXPECT_EQ(rowsD[0], 16777218.0);
-    EXPECT_EQ(rowsD[2], -999.5);
-    EXPECT_EQ(colsD[2], -998.5);
-    EXPECT_EQ(MatrixTotalMV(3, 3, b), 16777218.0 + 2.5 - 999.5);
-    EXPECT_EQ(MatrixTotalMV(0, 3, b), 0.0);
-}
-
-TEST(Totals, MeanAndStandardDeviation) {
-    double mean, sd;
-    const float known[] = {2, 4, 4, 4, 5, 5, 7, 9};  // population variance 4
-    MeanStDev(8, known, &mean, &sd);
-    EXPECT_EQ(mean, 5.0);
-    EXPECT_DOUBLE_EQ(sd, std::sqrt(32.0 / 7.0));
-    const float wide[] = {4097, 0};  // 4097^2 = 16785409 rounds to 16785408 in single precision
-    MeanStDev(2, wide, &mean, &sd);
-    EXPECT_EQ(sd, std::sqrt(16785408.0 - 16785409.0 / 2));
-
-    const double gaps[] = {1, -999, 2, 6, -999};
-    EXPECT_DOUBLE_EQ(SumOfSquaresDev(5, gaps), 14.0);
-    EXPECT_TRUE(std::isnan(SumOfSquaresDev(1, gaps + 1)));
-    EXPECT_TRUE(std::isnan(SumOfSquaresDev(0, gaps)));
-}
-
-TEST(Totals, ExtremesAndTheirEmptyCases) {
-    const float x[] = {-3, -999, 7};
-    EXPECT_EQ(maxVector(3, x), 7.0F);
-    EXPECT_EQ(minVector(3, x), -999.0F);
-    EXPECT_EQ(maxVector(0, x), -FLT_MAX);
-    EXPECT_EQ(minVector(0, x), FLT_MAX);
-    Table<double> negative = {{-1, -2}};
-    EXPECT_EQ(MatrixMax(1, 2, negative), 0.0);
-}
-
-TEST(Totals, TransposeScaleAddAndMirror) {
-    Table<double> a = {{1, 2, -999}, {4, 5, 6}};
-    Table<double> b(3, 2);
-    TransposeMatrix(2, 3, a, b);
-    ExpectSame(b, {{1, 4}, {2, 5}, {-999, 6}});
-    EXPECT_EQ(ScalarMatrixProd(2, 3, -2.0, a, a), 0);
-    ExpectSame(a, {{-2, -4, -999}, {-8, -10, -12}});
-
-    Table<float> square = {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}};
-    TransposeSqMatrix(3, square, square);
-    ExpectSame(square, {{1, 4, 7}, {2, 5, 8}, {3, 6, 9}});
-    UpperToLowerMatrix(3, square);
-    ExpectSame(square, {{1, 4, 7}, {4, 5, 8}, {7, 8, 9}});
-
-    Table<double> sum(2, 3, 0.5);
-    EXPECT_EQ(MatrixSum(2, 3, 3, 2, a, b, sum, 1), 1);
-    ExpectSame(sum, Table<double>(2, 3, 0.5));
-    EXPECT_EQ(MatrixSum(2, 3, 2, 3, a, a, sum, -1), 0);
-    ExpectSame(sum, Table<double>(2, 3, 0.0));
-}
 
 enum Form { kPlainForm, kMarksSkipped, kSelects, kAdjusts };
 

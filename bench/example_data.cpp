@@ -1,4 +1,4 @@
-#include "reference/example_tables.h"
+#include "example_data.h"
 
 #include <algorithm>
 #include <fstream>
@@ -6,7 +6,27 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "mxlibRes/standardisation.h"
+
 namespace {
+
+/// The raw tables of an example folder, as its README tells.
+struct ExampleTables {
+    using Rows = std::vector<std::vector<double>>;
+    int communities;
+    int OTUs;
+    int traits;
+    int variables;
+    int types;                ///< types of OTUs
+    Rows B;                   ///< OTUs by traits
+    Rows W;                   ///< communities by OTUs
+    Rows E;                   ///< communities by variables
+    Rows F;                   ///< distances between OTUs, the largest 1; empty without phylogeny
+    std::vector<int> labels;  ///< type of each OTU
+    std::vector<int> traitTypes;
+    std::vector<int> variableTypes;
+    std::vector<int> traitGroups;  ///< empty without groups
+};
 
 /// The numbers that follow `key` on its line of the README; none without that line.
 std::vector<int> Field(const std::string& folder, const std::string& key) {
@@ -35,9 +55,8 @@ ExampleTables::Rows Table(const std::string& file, int rows, int cols) {
     return table;
 }
 
-}  // namespace
-
-ExampleTables ReadExampleTables(const std::string& folder, const std::string& environment) {
+ExampleTables ReadExampleTables(const std::string& folder) {
+    const std::string environment = "E";
     ExampleTables t;
     t.communities = Size(folder, "communities");
     t.OTUs = Size(folder, "OTUs");
@@ -67,4 +86,36 @@ std::vector<float> TraitWeights(const ExampleTables& tables) {
     for (std::size_t k = 0; k < tables.traitGroups.size(); k++)
         weights[k] /= float(std::ranges::count(tables.traitGroups, tables.traitGroups[k]));
     return weights;
+}
+
+template <class T>
+void CopyRows(const ExampleTables::Rows& rows, T** to) {
+    for (std::size_t i = 0; i < rows.size(); i++) std::copy(rows[i].begin(), rows[i].end(), to[i]);
+}
+
+}  // namespace
+
+std::unique_ptr<PermTestData> ExamplePermTestData(const std::string& examples,
+                                                  const std::string& name, bool phylogeny,
+                                                  int opt_ro) {
+    const ExampleTables tables = ReadExampleTables(examples + "/" + name);
+    auto data = EmptyPermTestData({tables.communities, tables.OTUs, tables.traits, tables.variables,
+                                   tables.types, phylogeny ? tables.types : 0, 0.0},
+                                  opt_ro);
+    data->traitTypes = tables.traitTypes;
+    data->traitWeights = TraitWeights(tables);
+    data->typeLabels = data->taxonLabels = tables.labels;
+    PermTest_FunctionalPhyl_Correl_Input& in = data->record;
+    CopyRows(tables.B, in.B);
+    CopyRows(tables.W, in.W);
+    CopyRows(tables.E, in.E);
+    CorrAdj(in.nCommunities, in.nEnv, in.E, in.E);
+    UnitSumRowsAdjMV(in.nCommunities, in.nOTUs, in.W, in.W);
+    if (phylogeny && tables.F.empty()) {
+        std::mt19937 random(1);
+        RandomPhylogeny(in.nOTUs, &random, in.Sf);
+    }
+    if (phylogeny) CopyRows(tables.F, in.Sf);
+    DeriveFromTables(data.get());
+    return data;
 }
