@@ -232,9 +232,10 @@ class TableReader : CsvParser {
         if (cells != header_.size() && cells != header_.size() + 1)
             Fail(std::to_string(cells) + " cells where the header has " +
                  std::to_string(header_.size()) +
-                 (table_.separator == ',' ? " (numbers with a decimal comma need ; or tabs between "
-                                            "the cells)"
-                                          : ""));
+                 (table_.separator == ',' && cells > header_.size()
+                      ? " (numbers with a decimal comma need ; or tabs between "
+                        "the cells)"
+                      : ""));
         width_ = cells;
         if (cells == header_.size())
             header_.erase(header_.begin());
@@ -263,7 +264,8 @@ class TableReader : CsvParser {
         for (std::size_t j = 0; j < table_.columnNames.size(); j++)
             end = table_.text.find('\0', end) + 1;
         if (table_.text.find_first_not_of('\0', end) != std::string::npos)
-            Fail("a cell is filled behind the last column that has a name");
+            Fail("a cell behind column " + Quoted(table_.columnNames.back()) +
+                 " is filled, and its column has no name");
         table_.text.resize(end);
         table_.rowNames.push_back(name_);
         table_.lines.push_back(rowLine_);

@@ -130,7 +130,7 @@ Names MatchNames(const std::vector<NameList>& lists, const std::string& what, bo
         if (missing.empty()) return;
         const std::string text = what + " of " + has.file + " that " + lacks.file +
                                  " does not have: " + Listed(missing, *lacks.names);
-        if (dropUnmatched) Tell("Left out: " + std::to_string(missing.size()) + " " + text);
+        if (dropUnmatched) Tell("Left out (" + std::to_string(missing.size()) + "): " + text);
         faults += (faults.empty() ? "" : "; ") + text;
     };
     for (std::size_t k = 1; k < lists.size(); k++) {

@@ -12,8 +12,7 @@ inline constexpr const char* kNamesExt = "Names.csv";
 /// Full names in the order of the data set. `otus` are those of the rows of B.
 struct FullNames {
     std::vector<std::string> otus, traits, communities, variables;
-    /// For each trait or variable that came as words, or as two numbers other than 0 and 1: what
-    /// its codes stand for.
+    /// For each trait or variable that came as words: what its codes stand for.
     struct Codes {
         std::string name;  ///< of the trait or variable
         int first = 1;     ///< code of the first word; the others follow

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <system_error>
 
 namespace {
@@ -111,6 +112,12 @@ std::string ProblemOf(CellContent content, std::string_view cell, const std::str
                         ? " (decimal commas need ; or tabs between the cells)"
                         : "");
     }
+}
+
+std::string NumberText(double number) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*g", kKeptDigits, number);
+    return text;
 }
 
 void CellFaults::Add(int row, int column, const std::string& problem) {

@@ -35,6 +35,9 @@ CellContent ReadNumber(std::string_view cell, NumberForm* form, T* number);
 /// What is wrong with a cell that should be a number, and what to do; `advice` where it is missing.
 std::string ProblemOf(CellContent content, std::string_view cell, const std::string& advice);
 
+/// A number as messages tell it, with at most six digits.
+std::string NumberText(double number);
+
 /// The first fault among the cells of a table, and how many there are.
 class CellFaults {
   public:

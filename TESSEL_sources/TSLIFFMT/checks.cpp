@@ -233,12 +233,6 @@ void TrimSpecies(int nOTUs) {
     ReleaseRows(sppRelMap, nSpp, before);
 }
 
-int CheckIdenticalLabels(const char* label, const char* const* texts, int n) {
-    return std::any_of(texts, texts + n, [label](const char* text) {
-        return std::strncmp(label, text, kSpeciesLabelLength) == 0;
-    });
-}
-
 void ReleaseRowsLeftBehind(int allocatedOTUs, int allocatedSpecies) {
     ReleaseRows(csm_Float, tcst, allocatedOTUs);
     ReleaseRows(cadat, tcst, allocatedOTUs);

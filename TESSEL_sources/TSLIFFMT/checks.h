@@ -41,9 +41,6 @@ void CheckCSTsSameSpecies();
 /// species with which they share no community, and releases the removed rows of spp and sppRelMap.
 void TrimSpecies(int nOTUs);
 
-/// 1 when the first 4 characters of label equal those of one of the first n texts.
-int CheckIdenticalLabels(const char* label, const char* const* texts, int n);
-
 /// Releases and nulls the rows of B, W, the labels of OTU groups and the species tables between the
 /// counts and the counts that these tables were allocated with.
 void ReleaseRowsLeftBehind(int allocatedOTUs, int allocatedSpecies);

@@ -3,9 +3,10 @@
 #include <cctype>
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <unordered_set>
 
 #include "TSLGLOB/dataset.h"
-#include "TSLIFFMT/checks.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -49,22 +50,28 @@ void AlterLabel(char* label, int step) {
         CountOn(label);
 }
 
-void MakeLabel(SpeciesLabel& label, const char* const* names, int species) {
-    const char* name = names[species];
+/// The characters by which a label is told from the beginning of a labelled name.
+std::string BeginningOf(const char* text) {
+    return {text, strnlen(text, kSpeciesLabelLength)};
+}
+
+void MakeLabel(SpeciesLabel& label, const char* name,
+               const std::unordered_set<std::string>& taken) {
     std::memset(label, 0, sizeof label);
     std::snprintf(label, sizeof label, "%.2s%.2s", name, SecondWord(name));
-    for (int step = 0; CheckIdenticalLabels(label, names, species) == 1; step++)
-        AlterLabel(label, step);
+    for (int step = 0; taken.contains(BeginningOf(label)); step++) AlterLabel(label, step);
 }
 
 }  // namespace
 
 void LabelSpecies(int n, char** names) {
+    std::unordered_set<std::string> taken;  // beginnings of the names labelled so far
     for (int i = 0; i < n; i++) {
         SpeciesLabel label;
-        MakeLabel(label, names, i);
+        MakeLabel(label, names[i], taken);
         char labelled[kSpeciesLength + 1];
         std::snprintf(labelled, sizeof labelled, "%s %.*s", label, kKeptOfName, names[i]);
         CopyText(names[i], kSpeciesLength, labelled);
+        taken.insert(BeginningOf(names[i]));
     }
 }
