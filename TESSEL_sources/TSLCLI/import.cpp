@@ -97,20 +97,22 @@ CommandAction AddImport(CLI::App& command) {
         std::vector<std::string>* names;
         const char* help;
     } kinds[] = {
-        {"--binary", &settings.kinds.binary, "Columns of two values"},
+        {"--binary", &settings.kinds.binary, "Columns of two values, by name: a,b"},
         {"--nominal", &settings.kinds.nominal, "Columns of codes or words without order"},
         {"--ordinal", &settings.kinds.ordinal, "Columns of ranks"},
         {"--quantitative", &settings.kinds.quantitative, "Columns of quantities"},
     };
-    for (const auto& kind : kinds)
-        command.add_option(kind.option, *kind.names,
-                           std::string(kind.help) +
-                               ", by name: a,b; else words are nominal, two "
-                               "values binary, numbers quantitative");
+    for (const auto& kind : kinds) command.add_option(kind.option, *kind.names, kind.help);
     command.add_option("--trait-groups", settings.traitGroups,
                        "Groups of traits to be weighted as one: trait=group,trait=group");
     command.add_flag("--same-units", settings.sameUnits,
                      "The environmental variables are quantities of one unit: not standardised");
     command.add_flag("--force", options->force, "Replace an old session of this name");
+    command.footer(
+        "Rows and columns are matched by their names. Unless told otherwise numbers are "
+        "quantitative,\n"
+        "words nominal, two different values binary. Empty cells, NA and NaN are missing values, "
+        "which\n"
+        "only traits may have.");
     return [options] { Import(*options); };
 }

@@ -95,7 +95,8 @@ CellContent ReadNumber(std::string_view cell, NumberForm* form, T* number) {
 template CellContent ReadNumber(std::string_view, NumberForm*, float*);
 template CellContent ReadNumber(std::string_view, NumberForm*, double*);
 
-std::string ProblemOf(CellContent content, std::string_view cell, const std::string& advice) {
+std::string ProblemOf(CellContent content, std::string_view cell, const NumberForm& form,
+                      const std::string& advice) {
     switch (content) {
         case CellContent::kNoValue:
             return (cell.empty() ? "the cell is empty" : "missing value " + std::string(cell)) +
@@ -108,7 +109,7 @@ std::string ProblemOf(CellContent content, std::string_view cell, const std::str
                    "table";
         default:
             return Quoted(cell) + " is no number" +
-                   (cell.find(',') != std::string_view::npos
+                   (!form.mayHaveCommas && cell.find(',') != std::string_view::npos
                         ? " (decimal commas need ; or tabs between the cells)"
                         : "");
     }

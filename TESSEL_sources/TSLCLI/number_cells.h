@@ -33,7 +33,8 @@ template <class T>
 CellContent ReadNumber(std::string_view cell, NumberForm* form, T* number);
 
 /// What is wrong with a cell that should be a number, and what to do; `advice` where it is missing.
-std::string ProblemOf(CellContent content, std::string_view cell, const std::string& advice);
+std::string ProblemOf(CellContent content, std::string_view cell, const NumberForm& form,
+                      const std::string& advice);
 
 /// A number as messages tell it, with at most six digits.
 std::string NumberText(double number);
@@ -68,7 +69,8 @@ NumberForm ForEachNumber(const DelimitedTable& table, const std::vector<int>& ro
             T number = 0;
             const CellContent content = ReadNumber(cells[columns[j]], &form, &number);
             if (content != CellContent::kNumber) {
-                faults.Add(rows[i], columns[j], ProblemOf(content, cells[columns[j]], advice));
+                faults.Add(rows[i], columns[j],
+                           ProblemOf(content, cells[columns[j]], form, advice));
             } else if (const char* const problem = take(i, j, number)) {
                 faults.Add(rows[i], columns[j],
                            std::string(cells[columns[j]]).append(" ").append(problem));

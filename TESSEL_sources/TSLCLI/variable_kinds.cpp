@@ -133,7 +133,7 @@ void TakeMarks(Column& column, MissingCells missing) {
 }
 
 /// Fails where a cell of a column of numbers is none, or the other way round.
-void RefuseFaults(const Column& column, int words, int numbers) {
+void RefuseFaults(const Column& column, int words, int numbers, const NumberForm& form) {
     const char* const advice = ": correct it, or tell the column with --nominal";
     if (words > numbers)
         FailAtFirst(column, CellContent::kNumber,
@@ -144,7 +144,7 @@ void RefuseFaults(const Column& column, int words, int numbers) {
         if (first == column.contents.end()) continue;
         const std::string& cell = column.cells[first - column.contents.begin()];
         FailAtFirst(column, fault,
-                    ProblemOf(fault, cell, "") + (fault == CellContent::kWord ? advice : ""));
+                    ProblemOf(fault, cell, form, "") + (fault == CellContent::kWord ? advice : ""));
     }
 }
 
@@ -174,7 +174,7 @@ Variable ReadVariable(Column& column, const ToldKind* told, MissingCells missing
         form->isLong = wasLong;
         return variable;
     }
-    RefuseFaults(column, words, numbers);
+    RefuseFaults(column, words, numbers, *form);
     TakeNumbers(column, told, &variable);
     if (form->isLong) WarnOfLostDifferences(column);
     form->isLong = form->isLong || wasLong;
