@@ -11,7 +11,6 @@
 
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/utf8.h"
-#include "mxlibDim/scoped.h"
 
 namespace {
 
@@ -293,9 +292,8 @@ std::string_view WithoutMark(std::string_view text, const std::string& file) {
 }  // namespace
 
 DelimitedTable ReadDelimitedTable(const std::string& path) {
-    const ScopedFile stream(OpenInput(path));
-    std::string block;
-    ReadInput(stream, path, kBlock, &block);
+    InputFile file(path);
+    std::string block = file.Read(kBlock);
     const std::string_view head = WithoutMark(block, path);
     DelimitedTable table;
     table.file = path;
@@ -305,9 +303,7 @@ DelimitedTable ReadDelimitedTable(const std::string& path) {
     if (!ignored) table.text.reserve(size + 1);
     TableReader reader(&table);
     reader.Read(head);
-    for (ReadInput(stream, path, kBlock, &block); !block.empty();
-         ReadInput(stream, path, kBlock, &block))
-        reader.Read(block);
+    for (block = file.Read(kBlock); !block.empty(); block = file.Read(kBlock)) reader.Read(block);
     reader.Finish();
     return table;
 }

@@ -1,14 +1,17 @@
 #include "TSLCLI/findings.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <map>
+#include <set>
 
 #include "TSLCLI/delimited_table.h"
 #include "TSLCLI/variable_kinds.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLIFFM2/formda_versions.h"
+#include "TSLIFFMT/checks.h"
+#include "TSLIFFMT/findings.h"
+#include "mxlibDim/text.h"
 #include "mxlibRes/missing.h"
 
 namespace {
@@ -39,66 +42,59 @@ void Add(Lines* lines, const std::string& what, const Names& names, const std::s
     if (!names.empty()) lines->push_back(what + " " + Listed(names) + ": " + why);
 }
 
-bool IsNumber(const std::string& label) {
-    double number = 0;
-    const char* const end = label.data() + label.size();
-    return !label.empty() && std::from_chars(label.data(), end, number).ptr == end;
-}
-
 /// Labels of one table. Numbers from 1 in their order are what raw entry gives where there are
 /// none.
 struct LabelTable {
-    const char* what;
+    std::string what;
     const char* const* labels;
     int n;
 };
 
-void FindLabels(Lines* lines, bool isFromTable) {
-    const LabelTable tables[] = {
-        {"traits", chLabel, nch}, {"communities", reLabel, ncsm}, {"variables", envLabel, nenv}};
-    std::map<std::string, const char*> seen;
-    for (const LabelTable& table : tables) {
-        const Names labels(table.labels, table.labels + table.n);
-        std::map<std::string, const char*> own;
-        bool isNumbered = true;
-        for (int i = 0; i < table.n; i++) {
-            isNumbered = isNumbered && labels[i] == std::to_string(i + 1);
-            if (!own.emplace(labels[i], table.what).second && !labels[i].empty())
-                lines->push_back("two " + std::string(table.what) + " are labelled " +
-                                 Quoted(labels[i]) + ": a table may have been read out of step");
-        }
-        Add(lines, std::string("labels of ") + table.what + " that are empty:",
-            Where(labels, [&](int i) { return labels[i].empty(); }), "their file ended too early");
-        if (isNumbered || isFromTable) continue;
-        Add(lines, std::string("labels of ") + table.what + " that are numbers:",
-            Where(labels, [&](int i) { return IsNumber(labels[i]); }),
-            "numbers of the table may have been taken for labels");
-        Names shared;
-        for (const auto& [label, what] : own)
-            if (!label.empty() && !seen.emplace(label, what).second && !IsNumber(label))
-                shared.push_back(label);
-        Add(lines, std::string("labels of ") + table.what + " that another table has too:", shared,
-            "a file may have been given for another");
-    }
-    const bool hasIdentity = std::find(chLabel, chLabel + nch, std::string("sp")) != chLabel + nch;
-    if (hasIdentity)
-        lines->push_back(
-            "the trait 'sp': deriving and merging put the number of the species in its "
-            "place: rename it");
+void FindInLabels(Lines* lines, const LabelTable& table) {
+    const Names labels(table.labels, table.labels + table.n);
+    std::map<std::string, int> places;
+    for (int i = 0; i < table.n; i++) places.emplace(labels[i], i);
+    const std::string what = "labels of " + table.what;
+    Add(lines, what + " that are empty:", Where(labels, [&](int i) { return labels[i].empty(); }),
+        "their file ended too early");
+    Add(lines, what + " that are there twice:",
+        Where(labels, [&](int i) { return !labels[i].empty() && places[labels[i]] != i; }),
+        "a table may have been read out of step");
+    Add(lines, what + " that are numbers:", LabelsThatAreNumbers(table.n, table.labels),
+        "numbers of the table may have been taken for labels");
+}
+
+void FindSharedLabels(Lines* lines, const LabelTable& table, const LabelTable& other) {
+    const Names labels(table.labels, table.labels + table.n);
+    const std::set<std::string> others(other.labels, other.labels + other.n);
+    Add(lines, "labels of " + table.what + " that are labels of " + other.what + " too:",
+        Where(labels,
+              [&](int i) {
+                  return CountNumbers(labels[i].c_str()) == 0 && !labels[i].empty() &&
+                         others.contains(labels[i]);
+              }),
+        "a file may have been given for another");
+}
+
+void FindLabels(Lines* lines, const FullNames& names) {
+    const LabelTable traits = {"traits", chLabel, nch};
+    const LabelTable communities = {"communities", reLabel, ncsm};
+    const LabelTable variables = {"environmental variables", envLabel, nenv};
+    Add(lines, "traits labelled sp:",
+        Where(names.traits, [](int k) { return chLabel[k] == std::string("sp"); }),
+        "deriving and merging put the number of the species in their place; rename them");
+    // Names that were matched between tables are no slip.
+    if (names.isFromTable) return;
+    for (const LabelTable& table : {traits, communities, variables}) FindInLabels(lines, table);
+    FindSharedLabels(lines, communities, traits);
+    FindSharedLabels(lines, variables, traits);
+    FindSharedLabels(lines, variables, communities);
 }
 
 void FindEmpty(Lines* lines, const FullNames& names) {
-    const auto occurs = [](int otu) {
-        return std::any_of(cadat[otu], cadat[otu] + ncsm, [](float x) { return x != 0.0F; });
-    };
-    Add(lines, "OTUs that occur nowhere:", Where(names.otus, [&](int i) { return !occurs(i); }),
+    Add(lines, "OTUs that occur nowhere:", Where(names.otus, OccursNowhere),
         "their traits take part in the permutations and in the types all the same");
-    std::vector<bool> isEmpty(ncsm, true);
-    for (int i = 0; i < tcst; i++)
-        for (int c = 0; c < ncsm; c++)
-            if (cadat[i][c] != 0.0F) isEmpty[c] = false;
-    Add(lines,
-        "communities without any OTU:", Where(names.communities, [&](int c) { return isEmpty[c]; }),
+    Add(lines, "communities without any OTU:", Where(names.communities, IsEmptyCommunity),
         "every statistic is false; leave them out");
 }
 
@@ -246,7 +242,7 @@ void FindSizes(Lines* lines) {
 
 Lines Findings(const FullNames& names) {
     Lines lines;
-    FindLabels(&lines, names.isFromTable);
+    FindLabels(&lines, names);
     FindEmpty(&lines, names);
     FindFalseQuantities(&lines, names);
     FindInTraits(&lines, names);

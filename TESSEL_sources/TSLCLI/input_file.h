@@ -6,8 +6,21 @@
 #include <cstdio>
 #include <string>
 
-/// Opens the file for reading; fails where it cannot be.
-FILE* OpenInput(const std::string& path);
+/// A file open for reading, for the length of a scope. Fails where it cannot be opened or read.
+class InputFile {
+  public:
+    explicit InputFile(const std::string& path);
+    ~InputFile();
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
 
-/// Reads at most `bytes` bytes into `block`, none at the end; fails where the file cannot be read.
-void ReadInput(FILE* stream, const std::string& path, std::size_t bytes, std::string* block);
+    /// The next bytes, at most so many; none at the end.
+    std::string Read(std::size_t bytes);
+
+  private:
+    std::string path_;
+    FILE* stream_;
+};
+
+/// All of the file.
+std::string ReadWhole(const std::string& path);

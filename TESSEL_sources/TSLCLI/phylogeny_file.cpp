@@ -2,36 +2,24 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <unordered_set>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/number_cells.h"
-#include "mxlibDim/scoped.h"
 
 namespace {
 
 constexpr double kRounding = 1e-5;  // of six digits, with room
 
-std::string ReadText(const std::string& path) {
-    const ScopedFile stream(OpenInput(path));
-    std::string text, block;
-    do {
-        ReadInput(stream, path, 1U << 20U, &block);
-        text += block;
-    } while (!block.empty());
-    return text;
-}
-
 /// Whether the first character of the file that is no blank begins a tree, a comment or NEXUS.
 bool BeginsAsTree(const std::string& path) {
-    const ScopedFile stream(OpenInput(path));
     constexpr std::string_view kPassedOver = " \t\r\n\xEF\xBB\xBF";
-    int c = std::fgetc(stream);
-    while (c != EOF && kPassedOver.find(static_cast<char>(c)) != std::string_view::npos)
-        c = std::fgetc(stream);
-    return c == '(' || c == '[' || c == '#';
+    InputFile file(path);
+    std::string next = file.Read(1);
+    while (!next.empty() && kPassedOver.find(next[0]) != std::string_view::npos)
+        next = file.Read(1);
+    return next == "(" || next == "[" || next == "#";
 }
 
 void MatchUnderscores(const Names& otus, const std::vector<bool>& isQuoted, Names* tips) {
@@ -106,7 +94,7 @@ void FillFromTree(const PhylogenyFile& phylogeny, const Names& otus, double* con
 PhylogenyFile ReadPhylogenyFile(const std::string& path, const Names& otus) {
     PhylogenyFile phylogeny;
     if (BeginsAsTree(path)) {
-        phylogeny.tree = ParseNewick(ReadText(path), path);
+        phylogeny.tree = ParseNewick(ReadWhole(path), path);
         phylogeny.names = phylogeny.tree->tipNames;
         MatchUnderscores(otus, phylogeny.tree->isQuoted, &phylogeny.names);
         RequireDistinct({path, &phylogeny.names}, "tip");

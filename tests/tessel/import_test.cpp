@@ -302,9 +302,10 @@ TEST_F(Import, CheckTellsWhatLooksWrong) {
     } cases[] = {
         {[](auto& d) { d.communityLabels = "p 12 r s 5"; },
          "labels of communities that are numbers: '12', '5'"},
-        {[](auto& d) { d.communityLabels = "p q q s t"; }, "two communities are labelled 'q'"},
+        {[](auto& d) { d.communityLabels = "p q q s t"; },
+         "labels of communities that are there twice: 'q'"},
         {[](auto& d) { d.envLabels = "x cold"; },
-         "labels of variables that another table has too: 'x'"},
+         "labels of environmental variables that are labels of traits too: 'x'"},
         {[](auto& d) { d.W[0][2] = d.W[1][2] = d.W[3][2] = 0; },
          "communities without any OTU: 'r'"},
         {[](auto& d) {
