@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 
 #include "TSLCLI/commands.h"
@@ -18,7 +19,10 @@ void Check(const std::string& session) {
     const DataSetOfDialogue released;
     const FullNames names = ReadNames(session);
     TellSummary(session, names);
-    const std::vector<std::string> findings = Findings(names);
+    std::vector<std::string> findings = Findings(names);
+    const std::string table = session + kNamesExt;
+    if (!names.isFromTable && std::filesystem::exists(table))
+        findings.push_back(table + " has other labels than the data set: its names are not used");
     for (const std::string& finding : findings) std::printf("Looks wrong: %s\n", finding.c_str());
     if (findings.empty()) Tell("Nothing looks wrong");
 }

@@ -15,6 +15,8 @@
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 20U;
+constexpr const char* kDecimalCommas =
+    " (numbers with a decimal comma need ; or tabs between the cells)";
 // Where a file reads alike by several, the first is taken: a comma may be a decimal comma.
 constexpr char kSeparators[] = {'\t', ';', ','};
 
@@ -146,7 +148,7 @@ std::string_view Trimmed(std::string_view text) {
 
 class TableReader : CsvParser {
   public:
-    TableReader(DelimitedTable* table)
+    explicit TableReader(DelimitedTable* table)
         : CsvParser(table->separator, CSV_STRICT | CSV_STRICT_FINI), table_(*table) {}
 
     /// Goes line by line, so that the parser's calls know where they are.
@@ -183,9 +185,7 @@ class TableReader : CsvParser {
             beforeRow_ = line == "\n" || line == "\r";
         }
         if (!Parse(line))
-            Fail(
-                "a quote stands within a cell: put the cell in quotes, its own "
-                "quotes doubled");
+            Fail("a quote within a cell: put the cell in quotes, its own quotes doubled");
     }
 
     void Cell(std::string_view text) override {
@@ -211,6 +211,7 @@ class TableReader : CsvParser {
         if (!hasHeader_) {
             hasHeader_ = !std::all_of(header_.begin(), header_.end(), IsEmpty);
             if (!hasHeader_) header_.clear();
+            headerLine_ = rowLine_;
             return;
         }
         const bool isEmpty =
@@ -231,22 +232,20 @@ class TableReader : CsvParser {
         if (cells != header_.size() && cells != header_.size() + 1)
             Fail(std::to_string(cells) + " cells where the header has " +
                  std::to_string(header_.size()) +
-                 (table_.separator == ',' && cells > header_.size()
-                      ? " (numbers with a decimal comma need ; or tabs between "
-                        "the cells)"
-                      : ""));
+                 (table_.separator == ',' && cells > header_.size() ? kDecimalCommas : ""));
         width_ = cells;
         if (cells == header_.size())
             header_.erase(header_.begin());
         else if (IsHeadingOfNames(header_[0]))
             Fail("one cell more than the header, which begins with " + Quoted(header_[0]) +
-                 ": give each column its name (numbers with a decimal comma need ; or tabs between "
-                 "the cells)");
+                 ": give each column its name" + kDecimalCommas);
+        const int row = std::exchange(rowLine_, headerLine_);
         while (!header_.empty() && header_.back().empty()) header_.pop_back();
         if (header_.empty())
             Fail("no columns found: put a comma, a semicolon or a tab between the cells");
         for (std::size_t j = 0; j < header_.size(); j++)
             RequireName(header_[j], "column " + std::to_string(j + 1));
+        rowLine_ = row;
         table_.columnNames = header_;
     }
 
@@ -279,7 +278,7 @@ class TableReader : CsvParser {
     std::size_t cells_ = 0;  ///< of the present row so far
     std::string name_;
     std::size_t start_ = 0;
-    int line_ = 1, rowLine_ = 1;
+    int line_ = 1, rowLine_ = 1, headerLine_ = 1;
     bool behindEnd_ = false, behindReturn_ = false, beforeRow_ = true;
 };
 

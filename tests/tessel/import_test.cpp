@@ -295,6 +295,9 @@ TEST_F(Import, CheckTellsWhatLooksWrong) {
     const CommandRun fine = check(good);
     EXPECT_EQ(fine.status, kDone);
     EXPECT_TRUE(Contains(fine.out, "Nothing looks wrong")) << fine.out;
+    folder_.Write("oNames.csv", "kind,label,code,name\ntrait,x,,long\n");
+    EXPECT_TRUE(Contains(check(good).out, "Looks wrong: oNames.csv has other labels"));
+    std::filesystem::remove("oNames.csv");
     struct {
         std::function<void(FormdaText&)> spoil;
         const char* line;
