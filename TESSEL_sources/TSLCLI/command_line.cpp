@@ -21,7 +21,10 @@ struct Command {
     CommandAction (*add)(CLI::App& command);
 };
 
-constexpr std::initializer_list<Command> kCommands = {};
+constexpr Command kCommands[] = {
+    {"import", "Make a session from tables as spreadsheets and R write them", AddImport},
+    {"check", "Tell what a session holds, and what looks wrong in it", AddCheck},
+};
 
 struct AddedCommand {
     CLI::App* app;

@@ -130,14 +130,13 @@ bool IsEmptyCommunity(int community) {
 }
 
 void CheckSpecies(int option) {
-    constexpr int kMakeLabels = 2;
     nSpp = tcst;
     for (int i = 0; i < tcst; i++) {
         std::fill_n(cstSppMap[i], tcst, kNo);
         cstSppMap[i][i] = kYes;
     }
     MergeEqualNames();
-    if (option == kMakeLabels) LabelSpecies(nSpp, spp);
+    if (option == kMakeSpeciesLabels) LabelSpecies(nSpp, spp);
 }
 
 void SpeciesReleveMap() {

@@ -4,6 +4,9 @@
 /// and print nothing. What a removal leaves behind the counts stays allocated unless told:
 /// ReleaseRowsLeftBehind releases it.
 
+/// How the labels before the names of species come about.
+enum SpeciesLabels : int { kLabelsPrecedeNames = 1, kMakeSpeciesLabels = 2 };
+
 /// Builds cstSppMap (tcst x tcst) from the names of raw entry, one per OTU, merging equal names,
 /// and with option 2 puts a label of up to four characters before each name. Sets nSpp.
 void CheckSpecies(int option);

@@ -11,6 +11,7 @@
 #include "TSLIFFMT/community_pooling.h"
 #include "TSLIFFMT/derive_dialogue.h"
 #include "TSLIFFMT/dialogue_data.h"
+#include "TSLIFFMT/environment_kinds.h"
 #include "iflibG/iflibG.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
@@ -61,17 +62,13 @@ void ReadSettingsOfSource() {
 /// A kind of several types becomes a simpler one when the variables are of one type. Types count
 /// that the source has, also in variables that were not chosen.
 void SetKindOfEnvironment() {
-    enum KindOfE : int { kSameUnits = 1, kDifferentUnits, kQualitative, kBinary, kSeveralTypes };
     if (optEnvVarType == kSeveralTypes) {
         for (int j = 0; j < nenv; j++) {
             if (envVarType[j] == 1) temEnvBin = 1;
             if (envVarType[j] == 2) temEnvQual = 1;
             if (envVarType[j] == 3) temEnvQuant = 1;
         }
-        if (temEnvBin + temEnvQual + temEnvQuant == 1)
-            optEnvVarType = temEnvQual != 0    ? kQualitative
-                            : temEnvQuant != 0 ? kDifferentUnits
-                                               : kBinary;
+        if (temEnvBin + temEnvQual + temEnvQuant == 1) optEnvVarType = KindOfOneType();
     }
     if (nenv == 1 && optEnvVarType == kDifferentUnits) optEnvVarType = kSameUnits;
 }

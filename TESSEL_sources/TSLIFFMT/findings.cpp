@@ -8,16 +8,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-Texts LabelsThatAreNumbers(int n, const char* const* labels) {
-    Texts numbers;
-    bool areDefault = true;
-    for (int i = 0; i < n; i++) {
-        if (CountNumbers(labels[i]) > 0) numbers.emplace_back(labels[i]);
-        areDefault = areDefault && labels[i] == std::to_string(i + 1);
-    }
-    return areDefault ? Texts() : numbers;
-}
-
 Texts EmptyCommunities() {
     Texts empty;
     for (int c = 0; c < ncsm; c++)
@@ -52,6 +42,16 @@ std::string Sizes() {
 }
 
 }  // namespace
+
+Texts LabelsThatAreNumbers(int n, const char* const* labels) {
+    Texts numbers;
+    bool areDefault = true;
+    for (int i = 0; i < n; i++) {
+        if (CountNumbers(labels[i]) > 0) numbers.emplace_back(labels[i]);
+        areDefault = areDefault && labels[i] == std::to_string(i + 1);
+    }
+    return areDefault ? Texts() : numbers;
+}
 
 Texts FindingsOfDataSet() {
     Texts findings;

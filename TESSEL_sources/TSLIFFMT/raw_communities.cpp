@@ -19,13 +19,6 @@ constexpr char kFormats[] =
     "   3  Community data is a vector of OTUs performances in each community\n"
     "Type option no.: ";
 
-void AllocateCommunities() {
-    RequireRoomForTable(tcst, ncsm, sizeof(float));
-    RequireRoomForTable(ncsm, kLabelLength + 1, sizeof(char));
-    ncst = dim1Dint(ncsm);
-    reLabel = dim2Dchar(ncsm, kLabelLength + 1);
-}
-
 void ReadCommunitiesAsRows(RawFile& file) {
     const LongStep step("Reading the communities");
     for (int c = 0; c < ncsm; c++)
@@ -57,6 +50,13 @@ void ReadVector(RawFile& file) {
 }
 
 }  // namespace
+
+void AllocateCommunities() {
+    RequireRoomForTable(tcst, ncsm, sizeof(float));
+    RequireRoomForTable(ncsm, kLabelLength + 1, sizeof(char));
+    ncst = dim1Dint(ncsm);
+    reLabel = dim2Dchar(ncsm, kLabelLength + 1);
+}
 
 void EnterCommunities(RawFile& file) {
     std::fprintf(out, "%s\n", lineL);

@@ -23,12 +23,6 @@ struct RawFiles {
     RawFile traits, phylogeny, communities, species, environment;
 };
 
-void ForgetDataSet() {
-    FreeGlobals2();
-    tcst = nch = nSpp = ncsm = nenv = 0;
-    SMWSize = 1;
-}
-
 void AskForOptionalFile(const char* question, RawFile& file) {
     if (ReadOption(question, "0 1") == 1) AskForRawFile(file);
 }
@@ -70,13 +64,19 @@ void TellFindings(const RawFiles& files) {
     for (const std::string& finding : FindingsOfDataSet()) TellPerson(finding.c_str());
 }
 
+}  // namespace
+
+void ForgetDataSet() {
+    FreeGlobals2();
+    tcst = nch = nSpp = ncsm = nenv = 0;
+    SMWSize = 1;
+}
+
 void WriteDataSet(const char* title) {
     CountStates(nch, tcst, onsta, csm_Float);
     CopyText(dataName, kTitleLength, title);
     WriteFormda(tcst, whichFormda, dataName, csm_Float, cadat);
 }
-
-}  // namespace
 
 void IFFormat() {
     ForgetDataSet();

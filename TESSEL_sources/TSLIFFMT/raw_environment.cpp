@@ -4,21 +4,14 @@
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIF2/console.h"
+#include "TSLIFFMT/environment_kinds.h"
 #include "TSLIFFMT/raw_tables.h"
 #include "mxlibDim/dim.h"
 #include "mxlibDim/text.h"
+#include "mxlibRes/gower.h"
 #include "mxlibRes/missing.h"
 
 namespace {
-
-enum VariableType : int { kBinary = 1, kNominal = 2, kQuantitative = 3, kOrdinal = 4 };
-enum MatrixKind : int {
-    kSameUnits = 1,
-    kDifferentUnits = 2,
-    kQualitative = 3,
-    kOnlyBinary = 4,
-    kSeveralTypes = 5
-};
 
 constexpr char kLabelHeading[] = "Labels for environmental variables: \n   1  given by default";
 constexpr char kKinds[] =
@@ -34,21 +27,9 @@ constexpr char kTypes[] =
     "4:ordinal): \n"
     "Variable:    \t";
 
-void AllocateEnvironment() {
-    RequireRoomForTable(ncsm, nenv, sizeof(float));
-    RequireRoomForTable(nenv, kLabelLength + 1, sizeof(char));
-    env = dim2Dfloat(ncsm, nenv);
-    envLabel = dim2Dchar(nenv, kLabelLength + 1);
-    envVarType = dim1Dint(nenv);
-}
-
 void SetAllTypes(VariableType type, int& flag) {
     std::fill_n(envVarType, nenv, type);
     flag = 1;
-}
-
-bool HasType(VariableType type) {
-    return std::find(envVarType, envVarType + nenv, type) != envVarType + nenv;
 }
 
 /// Asks for the type of each variable until they are mixed as told, or the user gives in to the
@@ -58,16 +39,12 @@ void AskForTypes() {
         std::fputs(kTypes, out);
         PrintLabels(nenv, envLabel, ' ');
         ReadLongInput(nenv, envVarType, "variable type", "1 2 3 4");
-        if (HasType(kBinary)) temEnvBin = 1;
-        if (HasType(kNominal)) temEnvQual = 1;
-        if (HasType(kQuantitative) || HasType(kOrdinal)) temEnvQuant = 1;
-        if (temEnvBin + temEnvQual + temEnvQuant >= 2) return;
+        FlagVariableTypes();
+        if (TypesAreMixed()) return;
         std::fputs("Data not mixed as indicated!!!\n", out);
         if (!ReadYesNo("Wish to correct manually? y/n ")) break;
     }
-    optEnvVarType = temEnvQual != 0    ? kQualitative
-                    : temEnvQuant != 0 ? kDifferentUnits
-                                       : kOnlyBinary;
+    optEnvVarType = KindOfOneType();
 }
 
 void AskForKind() {
@@ -76,13 +53,13 @@ void AskForKind() {
     switch (optEnvVarType) {
         case kSameUnits:
         case kDifferentUnits:
-            SetAllTypes(kQuantitative, temEnvQuant);
+            SetAllTypes(kIntervalVariable, temEnvQuant);
             break;
         case kQualitative:
-            SetAllTypes(kNominal, temEnvQual);
+            SetAllTypes(kNominalVariable, temEnvQual);
             break;
         case kOnlyBinary:
-            SetAllTypes(kBinary, temEnvBin);
+            SetAllTypes(kBinaryVariable, temEnvBin);
             break;
         default:
             AskForTypes();
@@ -117,6 +94,14 @@ void WarnOfMissingValues() {
 }
 
 }  // namespace
+
+void AllocateEnvironment() {
+    RequireRoomForTable(ncsm, nenv, sizeof(float));
+    RequireRoomForTable(nenv, kLabelLength + 1, sizeof(char));
+    env = dim2Dfloat(ncsm, nenv);
+    envLabel = dim2Dchar(nenv, kLabelLength + 1);
+    envVarType = dim1Dint(nenv);
+}
 
 void EnterEnvironment(RawFile& file) {
     std::fprintf(out, "%s\n", lineL);

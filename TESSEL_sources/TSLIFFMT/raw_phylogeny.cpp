@@ -18,6 +18,9 @@ constexpr const char* kFormats[] = {
     "   3  a half, lower-diagonal matrix of phylogenetic similarities of %d OTUs by %d OTUs in the "
     "0-1 range\n"};
 
+constexpr char kNormalised[] =
+    "\nPhylogenetic distances were normalized to values in the range [0,1] by Dnorm = D/Dmax\n";
+
 int AskForFormat() {
     std::fprintf(out, "%s\nFormat of phylogenetic resemblance matrix:\n", lineL);
     for (const char* format : kFormats) std::fprintf(out, format, tcst, tcst);
@@ -42,22 +45,18 @@ void ReadHalfMatrix(RawFile& file) {
         for (int j = 0; j <= i; j++) phylogenyRese[j][i] = phylogenyRese[i][j] = ReadDouble(file);
 }
 
-/// Divides the distances by the largest of the upper triangle when that is above 1. Only the first
-/// `numbers` were in the file; the others stay missing.
-void NormaliseDistances(long long numbers) {
+}  // namespace
+
+bool NormaliseDistances(long long numbers) {
     double largest = 1.0;
     for (int i = 0; i < tcst; i++)
         for (int j = i; j < tcst; j++)
             if (phylogenyRese[i][j] > largest) largest = phylogenyRese[i][j];
-    if (largest == 1.0) return;
+    if (largest == 1.0) return false;
     for (int i = 0; i < tcst; i++)
         for (int j = 0; j < tcst && numbers > 0; j++, numbers--) phylogenyRese[i][j] /= largest;
-    std::fputs(
-        "\nPhylogenetic distances were normalized to values in the range [0,1] by Dnorm = D/Dmax\n",
-        out);
+    return true;
 }
-
-}  // namespace
 
 void EnterPhylogeny(RawFile& file) {
     hasPhylogeny = 1;
@@ -66,7 +65,7 @@ void EnterPhylogeny(RawFile& file) {
     switch (AskForFormat()) {
         case kFullDistances:
             phylogenyMatrixType = kPhylogenyDistances;
-            NormaliseDistances(ReadFullMatrix(file));
+            if (NormaliseDistances(ReadFullMatrix(file))) std::fputs(kNormalised, out);
             break;
         case kFullSimilarities:
             phylogenyMatrixType = kPhylogenySimilarities;

@@ -16,6 +16,8 @@ constexpr char kOptions[] =
     "   2  to be created by the program\n"
     "Type option no.: ";
 
+}  // namespace
+
 void AllocateSpecies() {
     RequireRoomForTable(tcst, kSpeciesLength + 1, sizeof(char));
     RequireRoomForTable(tcst, ncsm, sizeof(char));
@@ -26,7 +28,11 @@ void AllocateSpecies() {
     cstSppMap = dim2Dchar(tcst, tcst);
 }
 
-}  // namespace
+void SettleSpecies(int option) {
+    CheckSpecies(option);
+    ReleaseRowsLeftBehind(tcst, tcst);
+    SpeciesReleveMap();
+}
 
 void EnterSpecies(RawFile& file) {
     CopyText(whichSpp, sizeof(whichSpp) - 1, file.name);
@@ -35,7 +41,5 @@ void EnterSpecies(RawFile& file) {
     AllocateSpecies();
     for (int i = 0; i < nSpp; i++) ReadNameStrictly(file, spp[i]);
     CloseRawFile(file);
-    CheckSpecies(option);
-    ReleaseRowsLeftBehind(tcst, tcst);
-    SpeciesReleveMap();
+    SettleSpecies(option);
 }

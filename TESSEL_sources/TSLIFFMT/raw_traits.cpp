@@ -24,17 +24,6 @@ void AskForCounts() {
     nch = AskForCount("Enter number of traits (characters): ");
 }
 
-void AllocateTraits() {
-    RequireRoomForTable(tcst, nch, sizeof(float));
-    RequireRoomForTable(nch, kLabelLength + 1, sizeof(char));
-    onsta = dim1Dint(nch);
-    chtype = dim1Dint(nch);
-    chrange = dim1Dfloat(nch);
-    chLabel = dim2Dchar(nch, kLabelLength + 1);
-    csm_Float = dim2Dfloat(tcst, nch);
-    traitGroups = dim1Dint(nch);
-}
-
 void ReadTraitsAsRows(RawFile& file) {
     for (int k = 0; k < nch; k++)
         for (int i = 0; i < tcst; i++) csm_Float[i][k] = static_cast<float>(ReadDouble(file));
@@ -65,6 +54,17 @@ void AskForTraitGroups() {
 }
 
 }  // namespace
+
+void AllocateTraits() {
+    RequireRoomForTable(tcst, nch, sizeof(float));
+    RequireRoomForTable(nch, kLabelLength + 1, sizeof(char));
+    onsta = dim1Dint(nch);
+    chtype = dim1Dint(nch);
+    chrange = dim1Dfloat(nch);
+    chLabel = dim2Dchar(nch, kLabelLength + 1);
+    csm_Float = dim2Dfloat(tcst, nch);
+    traitGroups = dim1Dint(nch);
+}
 
 void EnterTraits(RawFile& file) {
     constexpr int kTraitsAsRows = 1;

@@ -1,0 +1,38 @@
+// The command check: what a session holds, and what looks wrong in it.
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "TSLCLI/commands.h"
+#include "TSLCLI/failure.h"
+#include "TSLCLI/findings.h"
+#include "TSLCLI/session.h"
+#include "TSLCLI/summary.h"
+#include "TSLIFFMT/dialogue_data.h"
+
+namespace {
+
+void Check(const std::string& session) {
+    OpenCommandSession(session);
+    const DataSetOfDialogue released;
+    const FullNames names = ReadNames(session);
+    TellSummary(session, names);
+    std::vector<std::string> findings = Findings(names);
+    const std::string table = session + kNamesExt;
+    if (!names.isFromTable && std::filesystem::exists(table))
+        findings.push_back(table + " has other labels than the data set: its names are not used");
+    for (const std::string& finding : findings) std::printf("Looks wrong: %s\n", finding.c_str());
+    if (findings.empty()) Tell("Nothing looks wrong");
+}
+
+}  // namespace
+
+CommandAction AddCheck(CLI::App& command) {
+    const auto session = std::make_shared<std::string>();
+    command.add_option("session", *session, "Name of the session")->required();
+    command.footer(
+        "Whatever is found, the exit status is 0; findings begin with \"Looks wrong:\".");
+    return [session] { Check(*session); };
+}
