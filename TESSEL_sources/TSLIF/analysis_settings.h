@@ -5,6 +5,9 @@
 /// set is in memory. nestingMembershipOTUs and partition_OTUs_Phyl are allocated afresh; the run
 /// releases them.
 
+#include "TSLCHORD/search_frame.h"
+#include "TSLRESE/scaling_up.h"
+
 /// Names the report and forgets what was derived from an earlier analysis. Comes before the
 /// settings of a functional analysis.
 void StartFunctionalAnalysis();
@@ -36,6 +39,8 @@ void SettleOrder();
 void SettleRanking();
 
 /// The functional analysis under the present settings: report and track file.
-void RunFunctionalAnalysis();
+void RunFunctionalAnalysis(const AnalysisReceiver& receiver = {});
+/// Names the results file of the ranking for the criterion.
+void NameRankingFile();
 /// The ranking of trait subsets under the present settings: results file.
-void RunRanking();
+void RunRanking(const SearchRun& run = {});

@@ -178,7 +178,7 @@ class RankingSearch : public InProcess {
         OpenRanking(in);
         sDigits = digits;
         printRankIntermedResults = eachSubset;
-        const ConsoleRun run = Typed("", [] { CriterionOf(opt_struct).search(); });
+        const ConsoleRun run = Typed("", [] { CriterionOf(opt_struct).search({}); });
         EXPECT_EQ(run.raised, 0);
         return ParseReport(folder_.Read("Ranking.txt"));
     }
