@@ -15,7 +15,7 @@ struct ShownWith {
 
 struct RankingCriterion {
     int option;
-    const char* statistic;  ///< "XE.T"; a product of two: "PT*TE"
+    const char* statistic;  ///< "XE.T"; a product of two: "PTxTE"
     ShownWith shown;
     bool needsSites;          ///< never accepted without matrix E
     const char* menuLine;     ///< null: accepted, but not in the menu

@@ -78,6 +78,10 @@ void SettleNesting(bool withinGroups) {
     nestingMembershipOTUs = dim1Dint(tcst);
 }
 
+bool TakesResemblance(bool isRanking) {
+    return opt_ro == kMantel && !(isRanking && (opt_struct == kRankTE || opt_struct == kRankRE));
+}
+
 void SettleTraits(const int* included) {
     std::copy(included, included + nch, weight);
 }
@@ -142,6 +146,9 @@ void RunRanking(const SearchRun& run) {
     NameRankingFile();
     const LongStep step("Tables of the search");
     CriterionOf(opt_struct).search(run);
+}
+
+void EndRanking() {
     Release(partition_OTUs_Phyl);
     dirtyOrig = 1;
 }

@@ -26,6 +26,9 @@ void SettleTypes();
 void SettleFuzziness(bool fuzzyTypes);
 /// Gives each OTU the room for its nesting group, to be filled by the caller, or takes it away.
 void SettleNesting(bool withinGroups);
+/// Whether the resemblance between communities can be chosen: under the matrix correlation, but not
+/// in a ranking by r(TE) or r(RE), which bring the Euclidean distance along.
+bool TakesResemblance(bool isRanking);
 /// `included`: 1 for a trait that takes part, else 0; the weights are the same.
 void SettleTraits(const int* included);
 /// Divides the weights of the included traits by the number of included traits of their group.
@@ -42,5 +45,7 @@ void SettleRanking();
 void RunFunctionalAnalysis(const AnalysisReceiver& receiver = {});
 /// Names the results file of the ranking for the criterion.
 void NameRankingFile();
-/// The ranking of trait subsets under the present settings: results file.
+/// The search for the best subsets of traits under the present settings: results file. EndRanking
+/// releases what its settings took.
 void RunRanking(const SearchRun& run = {});
+void EndRanking();

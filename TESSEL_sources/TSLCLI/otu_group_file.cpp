@@ -1,0 +1,82 @@
+#include "TSLCLI/otu_group_file.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <set>
+#include <sstream>
+
+#include "TSLCLI/delimited_table.h"
+#include "TSLCLI/failure.h"
+#include "TSLCLI/input_file.h"
+#include "TSLCLI/name_matching.h"
+#include "mxlibDim/scoped.h"
+
+namespace {
+
+std::optional<int> IntegerOf(std::string_view text) {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || rest != end) return std::nullopt;
+    return number;
+}
+
+/// The integers of a text that holds nothing else.
+std::optional<std::vector<int>> IntegersOf(const std::string& text) {
+    std::istringstream words(text);
+    std::vector<int> numbers;
+    for (std::string word; words >> word;) {
+        const std::optional<int> number = IntegerOf(word);
+        if (!number) return std::nullopt;
+        numbers.push_back(*number);
+    }
+    return numbers;
+}
+
+std::string ContentOf(const std::string& path) {
+    constexpr std::size_t kBlock = 1 << 16;
+    const ScopedFile file(OpenInput(path));
+    std::string text;
+    for (std::string block; ReadInput(file, path, kBlock, &block), !block.empty();) text += block;
+    return text;
+}
+
+/// The words of the only column, in the order of the OTUs.
+Names ReadColumn(const std::string& path, const std::string& what, const Names& otus) {
+    const DelimitedTable table = ReadDelimitedTable(path);
+    if (table.columnNames.size() != 1)
+        FailRun(path + ": " + what + " are one column behind the names of the OTUs, not " +
+                std::to_string(table.columnNames.size()));
+    RequireDistinct({path, &table.rowNames}, "row");
+    MatchNames({{"the session", &otus}, {path, &table.rowNames}}, "OTUs", false);
+    Names groups;
+    std::vector<std::string_view> cells;
+    for (const int row : PlacesAmong(otus, table.rowNames)) {
+        CellsOf(table, row, &cells);
+        if (cells[0].empty()) FailRun(PlaceOf(table, row, 0) + ": give the OTU a group");
+        groups.emplace_back(cells[0]);
+    }
+    return groups;
+}
+
+}  // namespace
+
+OTUGroups ReadOTUGroups(const std::string& path, const std::string& what,
+                        const std::vector<std::string>& otus) {
+    if (const auto numbers = IntegersOf(ContentOf(path))) {
+        if (numbers->size() != otus.size())
+            FailRun(path + ": " + std::to_string(numbers->size()) + " numbers of " + what +
+                    " for " + std::to_string(otus.size()) + " OTUs: give one for each");
+        return {*numbers, {}};
+    }
+    const Names words = ReadColumn(path, what, otus);
+    OTUGroups groups;
+    for (const std::string& word : words)
+        if (const std::optional<int> number = IntegerOf(word)) groups.group.push_back(*number);
+    if (groups.group.size() == words.size()) return groups;
+    const std::set<std::string> distinct(words.begin(), words.end());
+    groups = {{}, {distinct.begin(), distinct.end()}};
+    for (const int place : PlacesAmong(words, groups.words)) groups.group.push_back(place + 1);
+    return groups;
+}
