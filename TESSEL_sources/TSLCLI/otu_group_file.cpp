@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <memory>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -10,7 +11,6 @@
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/name_matching.h"
-#include "mxlibDim/scoped.h"
 
 namespace {
 
@@ -34,11 +34,15 @@ std::optional<std::vector<int>> IntegersOf(const std::string& text) {
     return numbers;
 }
 
+struct Close {
+    void operator()(FILE* file) const { std::fclose(file); }
+};
+
 std::string ContentOf(const std::string& path) {
     constexpr std::size_t kBlock = 1 << 16;
-    const ScopedFile file(OpenInput(path));
+    const std::unique_ptr<FILE, Close> file(OpenInput(path));
     std::string text;
-    for (std::string block; ReadInput(file, path, kBlock, &block), !block.empty();) text += block;
+    for (std::string block; ReadInput(file.get(), path, kBlock, &block), !block.empty();) text += block;
     return text;
 }
 

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <utility>
 
 #include "TSLCHORD/ranking.h"
 #include "TSLGLOB/session_files.h"
