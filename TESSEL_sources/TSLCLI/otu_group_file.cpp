@@ -46,6 +46,17 @@ std::string ContentOf(const std::string& path) {
     return text;
 }
 
+/// Fails with the first of the names that is not among the others.
+void RequireAll(const Names& names, const Names& others, const std::string& problem) {
+    const std::vector<int> places = PlacesAmong(names, others);
+    const auto missing = std::find(places.begin(), places.end(), -1);
+    if (missing == places.end()) return;
+    const std::string& name = names[static_cast<std::size_t>(missing - places.begin())];
+    const auto count = std::count(missing, places.end(), -1);
+    FailRun(problem + Quoted(name) + NearestTo(name, others) +
+            (count > 1 ? " and " + std::to_string(count - 1) + " more" : ""));
+}
+
 /// The words of the only column, in the order of the OTUs.
 Names ReadColumn(const std::string& path, const std::string& what, const Names& otus) {
     const DelimitedTable table = ReadDelimitedTable(path);
@@ -53,7 +64,8 @@ Names ReadColumn(const std::string& path, const std::string& what, const Names& 
         FailRun(path + ": " + what + " are one column behind the names of the OTUs, not " +
                 std::to_string(table.columnNames.size()));
     RequireDistinct({path, &table.rowNames}, "row");
-    MatchNames({{"the session", &otus}, {path, &table.rowNames}}, "OTUs", false);
+    RequireAll(otus, table.rowNames, path + ": no row for the OTU ");
+    RequireAll(table.rowNames, otus, path + ": the session has no OTU ");
     Names groups;
     std::vector<std::string_view> cells;
     for (const int row : PlacesAmong(otus, table.rowNames)) {
