@@ -5,6 +5,7 @@
 /// the OTUs, the community matrix W and the ecological matrix E staying fixed.
 
 #include <cstdio>
+#include <functional>
 
 /// Matrices of one analysis, in; statistics and probabilities, out. The caller owns everything.
 struct PermTest_FunctionalPhyl_Correl_Input {
@@ -54,6 +55,10 @@ struct PermTest_FunctionalPhyl_Correl_Input {
     double* outR;
     double* outF;
     FILE* stream;  ///< intermediate results
+    /// Called for the observed arrangement and then for each permuted one, with the record, whose
+    /// statistics are those of that arrangement; those that are not computed hold no meaning. All
+    /// roBF have the sign of the observed one. Empty: nothing is called.
+    std::function<void(const PermTest_FunctionalPhyl_Correl_Input&)> eachArrangement;
 };
 
 /// Runs the test. `r` must be seeded (random_lists.h). Returns true.

@@ -17,51 +17,54 @@ constexpr ShownWith kWithPhylogenyAndNumbers = {false, true, true};
 constexpr ShownWith kHidden = {false, false, false};
 
 template <int mode>
-void Divergence() {
-    ChRankAlphaBetaDivergence(mode);
+void Divergence(const SearchRun& run) {
+    ChRankAlphaBetaDivergence(mode, run);
 }
 
 constexpr RankingCriterion kCriteria[] = {
-    {1, kWithSites, true, "   1 r(XE): TCAP and TDAP\n",
+    {1, "XE", kWithSites, true, "   1 r(XE): TCAP and TDAP\n",
      "1. Correlation r(XE) between fuzzy weighted community composition based on OTU's trait "
      "similarities (X) and ecological variables (E) may reflect both trait convergence assembly "
      "patterns (TCAP) and trait divergence assembly patterns (TDAP).\n",
      "ChRank_TDAP_TCAP.txt", ChRankTDAP_TCAP},
-    {9, kWithSitesAndNumbers, false, "   9 r(XE.T): TDAP only\n",
+    {9, "XE.T", kWithSitesAndNumbers, false, "   9 r(XE.T): TDAP only\n",
      "9. Partial correlation r(XE.T) between X and E, removing T, reflects TDAP only.\n",
      "ChRank_TDAP.txt", ChRankTDAP},
-    {10, kWithSitesAndNumbers, false, "   10 r(TE): TCAP only\n",
+    {10, "TE", kWithSitesAndNumbers, false, "   10 r(TE): TCAP only\n",
      "10. Correlation r(TE) between community weighted mean traits (T) and E reflects TCAP only.\n",
      "ChRank_TCAP.txt", ChRankTCAP},
-    {11, kWithPhylogeny, false,
+    {11, "PX", kWithPhylogeny, false,
      "   11  correlation of phylogenetically structured assembly patterns (PSAP) to both TCAP and "
      "TDAP = r(PX)\n",
      "11. Correlation r(PX) between P (fuzzy weighted community composition based on OTU's "
      "phylogenetic similarities) and X reflects phylogenetic signal at the metacommunity level.\n",
      "ChRank_PSAP_X.txt", ChRankPhylogenyAssembly},
-    {12, kWithPhylogenyAndNumbers, false, "   12  correlation of PSAP to TDAP = r(PX.T)\n",
+    {12, "PX.T", kWithPhylogenyAndNumbers, false, "   12  correlation of PSAP to TDAP = r(PX.T)\n",
      "12. Partial correlation r(PX.T) between P and X, removing T reflects phylogenetic signal at "
      "the metacommunity level.\n",
      "ChRank_PSAP_X_T.txt", ChRankPhylogenyAssembly},
-    {13, kWithPhylogenyAndNumbers, false, "   13  correlation of PSAP to TCAP = r(PT)\n",
+    {13, "PT", kWithPhylogenyAndNumbers, false, "   13  correlation of PSAP to TCAP = r(PT)\n",
      "13. Correlation r(PT) reflects phylogenetic signal at the metacommunity level.\n",
      "ChRank_PSAP_T.txt", ChRankPhylogenyAssembly},
-    {14, kHidden, true, nullptr, nullptr, "ChRank_BetaNicheConserv.txt",
+    {14, "PTxTE", kHidden, true, nullptr, nullptr, "ChRank_BetaNicheConserv.txt",
      ChRank_Phylogeny_x_Trait_Assembly},
-    {15, kHidden, true, nullptr, nullptr, "ChRank_AlphaBetaNicheConserv.txt",
+    {15, "PXxXE", kHidden, true, nullptr, nullptr, "ChRank_AlphaBetaNicheConserv.txt",
      ChRank_Phylogeny_x_Trait_Assembly},
-    {16, kWithSites, true, "   16  alpha divergence: r(RE) \n",
+    {16, "RE", kWithSites, true, "   16  alpha divergence: r(RE) \n",
      "16. ro(RE) is a congruence between Rao entropy and E.\n", "ChRank_AlphaDivergence.txt",
      Divergence<kAlphaDivergence>},
-    {17, kHidden, false, nullptr, nullptr, "ChRank_BetaDivergence.txt",
+    {17, "XE.TR", kHidden, false, nullptr, nullptr, "ChRank_BetaDivergence.txt",
      Divergence<kBetaDivergence>},
-    {18, kHidden, false, nullptr, nullptr, "ChRank_roXZ.txt", Divergence<kCongruenceZ>},
-    {19, kHidden, false, nullptr, nullptr, "ChRank_roTZ.txt", Divergence<kTraitConvergenceZ>},
-    {20, kHidden, false, nullptr, nullptr, "ChRank_roXZ_T.txt", Divergence<kTraitDivergenceZ>},
-    {21, kHidden, false, nullptr, nullptr, "ChRank_roXY.txt", Divergence<kCongruenceY>},
-    {22, kHidden, false, nullptr, nullptr, "ChRank_roTY.txt", Divergence<kTraitConvergenceY>},
-    {23, kHidden, false, nullptr, nullptr, "ChRank_roXY_T.txt", Divergence<kTraitDivergenceY>},
-    {24, kHidden, true, nullptr, nullptr, "ChRank_DarkDiversity.txt", Divergence<kDarkDiversity>},
+    {18, "XZ", kHidden, false, nullptr, nullptr, "ChRank_roXZ.txt", Divergence<kCongruenceZ>},
+    {19, "TZ", kHidden, false, nullptr, nullptr, "ChRank_roTZ.txt", Divergence<kTraitConvergenceZ>},
+    {20, "XZ.T", kHidden, false, nullptr, nullptr, "ChRank_roXZ_T.txt",
+     Divergence<kTraitDivergenceZ>},
+    {21, "XY", kHidden, false, nullptr, nullptr, "ChRank_roXY.txt", Divergence<kCongruenceY>},
+    {22, "TY", kHidden, false, nullptr, nullptr, "ChRank_roTY.txt", Divergence<kTraitConvergenceY>},
+    {23, "XY.T", kHidden, false, nullptr, nullptr, "ChRank_roXY_T.txt",
+     Divergence<kTraitDivergenceY>},
+    {24, "SE", kHidden, true, nullptr, nullptr, "ChRank_DarkDiversity.txt",
+     Divergence<kDarkDiversity>},
 };
 static_assert(std::ranges::all_of(
     kCriteria, [](std::string_view suffix) { return suffix.size() <= kRankingSuffixLength; },
@@ -78,6 +81,15 @@ const RankingCriterion& CriterionOf(int option) {
 
 bool ComparesWithPhylogeny(int option) {
     return option >= 11 && option <= 15;
+}
+
+Lack WhatIsLacking(const RankingCriterion& criterion) {
+    if (nenv == 0 && criterion.needsSites) return Lack::kSites;
+    if (nenv == 0 && criterion.shown.noNominalTrait && criterion.shown.sites &&
+        HasQualitTrait(nch, chtype))
+        return Lack::kSitesOrNumbers;
+    return ComparesWithPhylogeny(criterion.option) && hasPhylogeny == 0 ? Lack::kPhylogeny
+                                                                        : Lack::kNothing;
 }
 
 bool IsShown(const RankingCriterion& criterion) {

@@ -12,6 +12,7 @@
 void IFChOrderSearch() {
     SettingsChRank();
     RunRanking();
+    EndRanking();
     ClearLine();
     std::fprintf(out, "\n\nResults on file %s%s\n", volumeName, whichChorder);
     Wait();

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <string>
 
+#include "TSLCHORD/criteria.h"
 #include "TSLCHORD/search_frame.h"
 #include "TSLCHORD/search_header.h"
 #include "TSLCHORD/searches.h"
@@ -32,22 +33,21 @@ constexpr Smoothing kSmoothingZ = {2, true};
 constexpr Smoothing kSmoothingY = {1, false};
 
 struct DivergenceCriterion {
-    const char* statistic;
     Form form;
     Table a;
     Table b;
     const Smoothing* smoothing;  ///< of table Z, if it takes part
 };
 constexpr DivergenceCriterion kDivergenceCriteria[] = {
-    {"RE", Form::pair, Table::R, Table::E, nullptr},
-    {"XE.TR", Form::partialWithEntropy, Table::X, Table::E, nullptr},
-    {"SE", Form::pair, Table::S, Table::E, nullptr},
-    {"XZ", Form::pair, Table::X, Table::Z, &kSmoothingZ},
-    {"TZ", Form::pair, Table::T, Table::Z, &kSmoothingZ},
-    {"XZ.T", Form::partial, Table::X, Table::Z, &kSmoothingZ},
-    {"XY", Form::pair, Table::X, Table::Z, &kSmoothingY},
-    {"TY", Form::pair, Table::T, Table::Z, &kSmoothingY},
-    {"XY.T", Form::partial, Table::X, Table::Z, &kSmoothingY},
+    {Form::pair, Table::R, Table::E, nullptr},
+    {Form::partialWithEntropy, Table::X, Table::E, nullptr},
+    {Form::pair, Table::S, Table::E, nullptr},
+    {Form::pair, Table::X, Table::Z, &kSmoothingZ},
+    {Form::pair, Table::T, Table::Z, &kSmoothingZ},
+    {Form::partial, Table::X, Table::Z, &kSmoothingZ},
+    {Form::pair, Table::X, Table::Z, &kSmoothingY},
+    {Form::pair, Table::T, Table::Z, &kSmoothingY},
+    {Form::partial, Table::X, Table::Z, &kSmoothingY},
 };
 
 /// What stands around the statistic in the heading of the ranked list, by form and opt_ro.
@@ -64,10 +64,10 @@ constexpr struct {
                      {"maximum partial congruence in a partial Procrustes correlation", "ro"},
                      {"maximum partial congruence measured by a partial RV coefficient", "r"}}};
 
-std::string RankedHeading(const DivergenceCriterion& criterion) {
-    const auto& heading = kHeadings[static_cast<int>(criterion.form)][opt_ro - 1];
+std::string RankedHeading(Form form, const char* statistic) {
+    const auto& heading = kHeadings[static_cast<int>(form)][opt_ro - 1];
     return std::string("\n\nTrait subsets with ") + heading.before + " " + heading.letters + "(" +
-           criterion.statistic + "):\nTRC\toptimal subset of traits\n";
+           statistic + "):\nTRC\toptimal subset of traits\n";
 }
 
 /// Which tables a criterion needs of each subset; with the structures file all are made.
@@ -186,7 +186,7 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* w
 
 }  // namespace
 
-void ChRankAlphaBetaDivergence(int mode) {
+void ChRankAlphaBetaDivergence(int mode, const SearchRun& run) {
     const DivergenceCriterion& criterion = kDivergenceCriteria[mode - 1];
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
@@ -208,7 +208,8 @@ void ChRankAlphaBetaDivergence(int mode) {
     const auto withEntropy =
         removesEntropy ? MakePartialRoom(criterion.a, criterion.b, true, &t) : nullptr;
 
-    const std::string heading = RankedHeading(criterion);
+    const char* const statistic = CriterionOf(opt_struct).statistic;
+    const std::string heading = RankedHeading(criterion.form, statistic);
     SubsetSearch search{
         .header = kHeaderDivergence,
         .keeping = criterion.form == Form::pair ? Keeping::bySign : Keeping::byMagnitude,
@@ -227,8 +228,8 @@ void ChRankAlphaBetaDivergence(int mode) {
         return true;
     };
     search.printRating = [&](FILE* results, int, double value) {
-        std::fprintf(results, "r(%s)=\t%g\tTraits:\t", criterion.statistic, Printable(value));
+        std::fprintf(results, "r(%s)=\t%g\tTraits:\t", statistic, Printable(value));
     };
-    RunSearch(search);
+    RunSearch(search, run);
     structures.Finish();
 }

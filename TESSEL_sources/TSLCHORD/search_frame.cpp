@@ -67,7 +67,7 @@ void MakeSubset(const SubsetSearch& search, int size, Walk* walk) {
 
 void TakeRating(const SubsetSearch& search, const TraitSubset& subset, int lane, double value,
                 FILE* results, SearchOutcome* outcome) {
-    if (printRankIntermedResults == 'y') {
+    if (results != nullptr && printRankIntermedResults == 'y') {
         search.printRating(results, lane, value);
         PrintLabels(results, subset);
         if (search.printBehindLabels) search.printBehindLabels(results);
@@ -114,7 +114,7 @@ void SearchSize(const SubsetSearch& search, int size, ResultsFile& results, Walk
         if (walk->waiting == walk->together) RateWaiting(search, results, walk, outcome);
     }
     RateWaiting(search, results, walk, outcome);
-    PrintSizeLine(results, search, size, outcome->best);
+    if (results != nullptr) PrintSizeLine(results, search, size, outcome->best);
 }
 
 void PrintRankedSubsets(FILE* results, const SubsetSearch& search, const RankedList& list) {
@@ -152,9 +152,10 @@ void PrintBestOfEachSize(FILE* results, const SubsetSearch& search, const KeptSu
 
 SearchOutcome::SearchOutcome() : best(nch) {}
 
-void RunSearch(const SubsetSearch& search) {
-    ResultsFile results(whichChorder, volumeName);
-    for (const HeaderLine line : search.header) line(results);
+void RunSearch(const SubsetSearch& search, const SearchRun& run) {
+    ResultsFile results = run.writesResults ? ResultsFile(whichChorder, volumeName) : ResultsFile();
+    if (results != nullptr)
+        for (const HeaderLine line : search.header) line(results);
     SearchOutcome outcome;
     Walk walk;
     walk.iterations =
@@ -162,6 +163,8 @@ void RunSearch(const SubsetSearch& search) {
     std::fill_n(outcome.best.value.get(), nch, StartOf(search.keeping));
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++)
         SearchSize(search, size, results, &walk, &outcome);
+    if (run.receive) run.receive(search, outcome);
+    if (results == nullptr) return;
     const auto printClosing =
         search.printClosing != nullptr ? search.printClosing : PrintClosingTables;
     printClosing(results, search, outcome);

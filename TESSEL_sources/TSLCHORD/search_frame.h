@@ -43,8 +43,15 @@ struct SubsetSearch {
                          const SearchOutcome& outcome) = nullptr;  ///< null: PrintClosingTables
 };
 
-/// Runs the search and writes the results file.
-void RunSearch(const SubsetSearch& search);
+/// What becomes of what a search finds.
+struct SearchRun {
+    bool writesResults = true;  ///< the results file whichChorder
+    /// Called with the outcome; empty: nothing is called.
+    std::function<void(const SubsetSearch& search, const SearchOutcome& outcome)> receive = nullptr;
+};
+
+/// Runs the search.
+void RunSearch(const SubsetSearch& search, const SearchRun& run);
 
 /// The ranked list, the best of each size, the time elapsed.
 void PrintClosingTables(FILE* results, const SubsetSearch& search, const SearchOutcome& outcome);

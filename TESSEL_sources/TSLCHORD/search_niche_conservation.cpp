@@ -162,7 +162,7 @@ void TakeTables(SubsetTables<float>* t) {
 
 }  // namespace
 
-void ChRank_Phylogeny_x_Trait_Assembly() {
+void ChRank_Phylogeny_x_Trait_Assembly(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
     SubsetTables<float> t(nMinCSTGroupsChRank);
@@ -205,6 +205,6 @@ void ChRank_Phylogeny_x_Trait_Assembly() {
         std::fprintf(results, "Group sizes:\t");
         PrintSizesOfTypes(results, t.K);
     };
-    RunSearch(search);
+    RunSearch(search, run);
     structures.Finish();
 }

@@ -109,7 +109,7 @@ double ValueOf(const PhylogenyRating& rating) {
 
 }  // namespace
 
-void ChRankPhylogenyAssembly() {
+void ChRankPhylogenyAssembly(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures("IntermediateRankResults.txt");
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
@@ -149,6 +149,6 @@ void ChRankPhylogenyAssembly() {
         PrintRating(results, ratings[lane]);
         std::fprintf(results, "Traits:\t");
     };
-    RunSearch(search);
+    RunSearch(search, run);
     structures.Finish();
 }

@@ -22,7 +22,7 @@ void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
 
 }  // namespace
 
-void ChRankTCAP() {
+void ChRankTCAP(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
     SubsetTables<float> t(0);
@@ -49,6 +49,6 @@ void ChRankTCAP() {
     search.printRating = [](FILE* results, int, double value) {
         std::fprintf(results, "%g\t", Printable(value));
     };
-    RunSearch(search);
+    RunSearch(search, run);
     structures.Finish();
 }

@@ -39,7 +39,7 @@ void PrintRating(FILE* results, const DivergenceRating& rating) {
 
 }  // namespace
 
-void ChRankTDAP_TCAP() {
+void ChRankTDAP_TCAP(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
     SubsetTables<float> t(nMinCSTGroupsChRank);
@@ -68,11 +68,11 @@ void ChRankTDAP_TCAP() {
         return true;
     };
     search.printRating = [](FILE* results, int, double value) { PrintValue(results, value); };
-    RunSearch(search);
+    RunSearch(search, run);
     structures.Finish();
 }
 
-void ChRankTDAP() {
+void ChRankTDAP(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
@@ -112,6 +112,6 @@ void ChRankTDAP() {
     search.printRating = [&](FILE* results, int lane, double) {
         PrintRating(results, divergence.ratings[static_cast<size_t>(lane)]);
     };
-    RunSearch(search);
+    RunSearch(search, run);
     structures.Finish();
 }

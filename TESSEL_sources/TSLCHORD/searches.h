@@ -2,17 +2,19 @@
 /// \file
 /// The searches for the subset of traits that maximises a criterion. Each reads the data set and
 /// the settings of the session, searches all subsets of nMinTraitsChRank to nMaxTraitsChRank
-/// traits, and writes the results file whichChorder. A results file that does not open raises
-/// kFailedOpening.
+/// traits, and writes the results file whichChorder if the run wants it. A results file that does
+/// not open raises kFailedOpening.
+
+#include "TSLCHORD/search_frame.h"
 
 /// r(TE): congruence of the community-weighted mean traits T with the ecological variables E.
-void ChRankTCAP();
+void ChRankTCAP(const SearchRun& run = {});
 
 /// r(XE): of the composition of types X with E.
-void ChRankTDAP_TCAP();
+void ChRankTDAP_TCAP(const SearchRun& run = {});
 
 /// r(XE.T): partial, T removed; by magnitude.
-void ChRankTDAP();
+void ChRankTDAP(const SearchRun& run = {});
 
 /// Criteria with Rao entropy, dark diversity and the smoothed compositions.
 enum DivergenceMode : int {
@@ -26,10 +28,10 @@ enum DivergenceMode : int {
     kTraitConvergenceY = 8,  ///< r(TY)
     kTraitDivergenceY = 9,   ///< r(XY.T), by magnitude
 };
-void ChRankAlphaBetaDivergence(int mode);
+void ChRankAlphaBetaDivergence(int mode, const SearchRun& run = {});
 
 /// r(PX), r(PX.T) or r(PT), by opt_struct: with the composition by phylogeny P.
-void ChRankPhylogenyAssembly();
+void ChRankPhylogenyAssembly(const SearchRun& run = {});
 
 /// r(PT) r(TE) or r(PX) r(XE), by opt_struct: niche conservation.
-void ChRank_Phylogeny_x_Trait_Assembly();
+void ChRank_Phylogeny_x_Trait_Assembly(const SearchRun& run = {});

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "TSLCLI/names.h"
+
 namespace CLI {
 class App;
 }
@@ -18,7 +20,7 @@ struct AnalysisOptions {
     std::string types = "each";  ///< each, species, or a file: a number per OTU, or CSV by names
     bool crisp = false;
     int iterations = 1000;
-    std::string within;  ///< file of nesting groups, in the forms of types
+    std::string within = "none";  ///< or a file of nesting groups, in the forms of types
     std::string seed = "clock";
     std::string congruence = "mantel";
     std::string resemblance = "euclidean";
@@ -27,11 +29,10 @@ struct AnalysisOptions {
     std::vector<std::string> traitGroups;  ///< trait=group; in the place of the session's
     bool standardise = true;               ///< W at unit totals
     bool details = false;
-    bool append = false;
 
     // Preferences; their defaults are those of InitGlobals
     int digits;
-    int tails;
+    bool twoTailed;
     bool rootTraits;
     bool rootPhylogeny;
     bool bealsTarget;
@@ -46,6 +47,11 @@ struct AnalysisOptions {
 /// Adds the options of the kind of command to `command`, with their help.
 void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* options);
 
-/// Fills TSLGLOB/settings.h for the data set in memory, by the steps of TSLIF/analysis_settings.h.
-/// Fails for what does not fit the data set, naming the option.
-void ApplyAnalysisOptions(const AnalysisOptions& options, AnalysisKind kind);
+/// Fills TSLGLOB/settings.h for the data set in memory, by the steps of TSLIF/analysis_settings.h;
+/// of a ranking, opt_struct is set. `names` are those of the data set. Fails for what does not fit
+/// the data set, naming the option. Gives the words for the types 1, 2, ..., if they came as words.
+std::vector<std::string> ApplyAnalysisOptions(const AnalysisOptions& options, AnalysisKind kind,
+                                              const FullNames& names);
+
+/// An option whose value is yes or no.
+void AddYesNo(CLI::App& command, const std::string& name, bool* value, const std::string& help);

@@ -9,6 +9,7 @@
 
 #include "TSLCLI/commands.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/settings_file.h"
 #include "TSLGLOB/shell.h"
 #include "iflibG/iflibG.h"
 #include "mxlibDim/failure.h"
@@ -24,6 +25,8 @@ struct Command {
 constexpr Command kCommands[] = {
     {"import", "Make a session from tables as spreadsheets and R write them", AddImport},
     {"check", "Tell what a session holds, and what looks wrong in it", AddCheck},
+    {"analyse", "Functional analysis of a session", AddAnalyse},
+    {"rank", "Search for the subsets of traits that maximise a criterion", AddRank},
 };
 
 struct AddedCommand {
@@ -35,7 +38,9 @@ std::vector<AddedCommand> AddCommands(CLI::App& app) {
     std::vector<AddedCommand> added;
     for (const Command& command : kCommands) {
         CLI::App* const sub = app.add_subcommand(command.name, command.summary);
-        sub->add_flag("--quiet", quiet, "Print nothing but warnings and failures");
+        sub->fallthrough();
+        sub->add_flag("--quiet", quiet, "Print nothing but warnings and failures")
+            ->configurable(false);
         added.push_back({sub, command.add(*sub)});
     }
     return added;
@@ -78,11 +83,17 @@ int RunCommandLine(int argc, const char* const* argv) {
         CLI::App app{"TESSEL: character-based community analysis for ecologists", "TESSEL"};
         app.set_version_flag("--version", TESSEL_VERSION);
         app.require_subcommand(1);
+        AddSettingsFile(app);
         const std::vector<AddedCommand> commands = AddCommands(app);
         try {
             app.parse(argc, argv);
         } catch (const CLI::Success& asked) {
             return app.exit(asked);
+        } catch (const CLI::ExtrasError&) {
+            const std::string unknown = app.remaining(true).front();
+            return Fail(
+                kWrongUsage,
+                ("'" + unknown + "' is neither an option nor expected here: see --help").c_str());
         } catch (const CLI::ParseError& error) {
             return Fail(kWrongUsage, error.what());
         }

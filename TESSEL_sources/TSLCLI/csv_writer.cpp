@@ -1,6 +1,7 @@
 #include "TSLCLI/csv_writer.h"
 
 #include <cassert>
+#include <charconv>
 #include <cmath>
 
 #include "TSLCLI/failure.h"
@@ -14,36 +15,39 @@ CsvWriter::CsvWriter(const std::string& path, const std::vector<std::string>& he
 }
 
 void CsvWriter::Separate() {
-    if (cell_++ > 0) std::fputc(',', file_);
+    if (cell_++ > 0) row_.push_back(',');
+}
+
+void CsvWriter::Put(const char* text, const char* end) {
+    Separate();
+    row_.append(text, end);
 }
 
 void CsvWriter::Text(std::string_view text) {
+    if (text.find_first_of(",\"\r\n") == std::string_view::npos)
+        return Put(text.data(), text.data() + text.size());
     Separate();
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        std::fwrite(text.data(), 1, text.size(), file_);
-        return;
-    }
-    std::fputc('"', file_);
+    row_.push_back('"');
     for (const char c : text) {
-        if (c == '"') std::fputc('"', file_);
-        std::fputc(c, file_);
+        if (c == '"') row_.push_back('"');
+        row_.push_back(c);
     }
-    std::fputc('"', file_);
+    row_.push_back('"');
 }
 
 void CsvWriter::Integer(long long value) {
-    Separate();
-    std::fprintf(file_, "%lld", value);
+    char text[32];
+    Put(text, std::to_chars(text, text + sizeof text, value).ptr);
 }
 
 void CsvWriter::RealAsIs(double value) {
-    Separate();
-    if (std::isnan(value))
-        std::fputs("NaN", file_);
-    else if (std::isinf(value))
-        std::fputs(value > 0 ? "Inf" : "-Inf", file_);
-    else
-        std::fprintf(file_, "%.17g", value);
+    if (std::isnan(value)) return Text("NaN");
+    if (std::isinf(value)) return Text(value > 0 ? "Inf" : "-Inf");
+    // The text of "%.17g", in a fraction of its time.
+    char text[32];
+    constexpr int kDigits = 17;
+    Put(text,
+        std::to_chars(text, text + sizeof text, value, std::chars_format::general, kDigits).ptr);
 }
 
 void CsvWriter::Real(double value) {
@@ -56,7 +60,9 @@ void CsvWriter::Real(double value) {
 void CsvWriter::EndRow() {
     assert(cell_ == columns_);
     cell_ = 0;
-    std::fputc('\n', file_);
+    row_.push_back('\n');
+    std::fwrite(row_.data(), 1, row_.size(), file_);
+    row_.clear();
 }
 
 void CsvWriter::Finish() {

@@ -30,10 +30,12 @@ class CsvWriter {
 
   private:
     void Separate();
+    void Put(const char* text, const char* end);
     std::string path_;
     FileReplacement file_;
     std::size_t columns_;
     std::size_t cell_ = 0;
+    std::string row_;
 };
 
 /// The whole table of a rows x cols matrix, its rows and columns under their names; `corner` stands

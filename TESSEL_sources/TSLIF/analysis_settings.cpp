@@ -78,6 +78,10 @@ void SettleNesting(bool withinGroups) {
     nestingMembershipOTUs = dim1Dint(tcst);
 }
 
+bool TakesResemblance(bool isRanking) {
+    return opt_ro == kMantel && !(isRanking && (opt_struct == kRankTE || opt_struct == kRankRE));
+}
+
 void SettleTraits(const int* included) {
     std::copy(included, included + nch, weight);
 }
@@ -121,11 +125,11 @@ void SettleRanking() {
     nMaxCSTGroupsChRank = opt_struct == kRankTE ? tcst : nMinCSTGroupsChRank;
 }
 
-void RunFunctionalAnalysis() {
+void RunFunctionalAnalysis(const AnalysisReceiver& receiver) {
     cohe = 0;
     reseTypeOrd = reseTypeClus = reseTypeEv = reseTypeRnd = reseTypeERank = 1;
     reseCstOpt = 0;
-    PFTs_ScalingUp();
+    PFTs_ScalingUp(receiver);
     std::copy(nGrPoly, nGrPoly + nch, rcst);
     Release(nestingMembershipOTUs);
     Release(partition_OTUs_Phyl);
@@ -133,11 +137,18 @@ void RunFunctionalAnalysis() {
     WriteTrack(1);
 }
 
-void RunRanking() {
-    const RankingCriterion& criterion = CriterionOf(opt_struct);
-    std::snprintf(whichChorder, sizeof whichChorder, "%s%s", sessionName, criterion.suffix);
+void NameRankingFile() {
+    std::snprintf(whichChorder, sizeof whichChorder, "%s%s", sessionName,
+                  CriterionOf(opt_struct).suffix);
+}
+
+void RunRanking(const SearchRun& run) {
+    NameRankingFile();
     const LongStep step("Tables of the search");
-    criterion.search();
+    CriterionOf(opt_struct).search(run);
+}
+
+void EndRanking() {
     Release(partition_OTUs_Phyl);
     dirtyOrig = 1;
 }

@@ -5,6 +5,9 @@
 /// set is in memory. nestingMembershipOTUs and partition_OTUs_Phyl are allocated afresh; the run
 /// releases them.
 
+#include "TSLCHORD/search_frame.h"
+#include "TSLRESE/scaling_up.h"
+
 /// Names the report and forgets what was derived from an earlier analysis. Comes before the
 /// settings of a functional analysis.
 void StartFunctionalAnalysis();
@@ -23,6 +26,9 @@ void SettleTypes();
 void SettleFuzziness(bool fuzzyTypes);
 /// Gives each OTU the room for its nesting group, to be filled by the caller, or takes it away.
 void SettleNesting(bool withinGroups);
+/// Whether the resemblance between communities can be chosen: under the matrix correlation, but not
+/// in a ranking by r(TE) or r(RE), which bring the Euclidean distance along.
+bool TakesResemblance(bool isRanking);
 /// `included`: 1 for a trait that takes part, else 0; the weights are the same.
 void SettleTraits(const int* included);
 /// Divides the weights of the included traits by the number of included traits of their group.
@@ -36,6 +42,10 @@ void SettleOrder();
 void SettleRanking();
 
 /// The functional analysis under the present settings: report and track file.
-void RunFunctionalAnalysis();
-/// The ranking of trait subsets under the present settings: results file.
-void RunRanking();
+void RunFunctionalAnalysis(const AnalysisReceiver& receiver = {});
+/// Names the results file of the ranking for the criterion.
+void NameRankingFile();
+/// The search for the best subsets of traits under the present settings: results file. EndRanking
+/// releases what its settings took.
+void RunRanking(const SearchRun& run = {});
+void EndRanking();

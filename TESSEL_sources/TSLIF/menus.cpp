@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <utility>
 
 #include "TSLCHORD/ranking.h"
 #include "TSLGLOB/session_files.h"
@@ -94,21 +93,9 @@ void SessionMenuLoop() {
     }
 }
 
-/// Reads the name of the data file from the track file; false when the track file is empty.
-bool ReadDataFileOfSession() {
-    trackFp = fopenck(whichTrack, volumeName, "r");
-    if (trackFp == nullptr) RaiseError(kFailedOpening);
-    static_assert(kFileNameLength == 47);
-    const int fields = std::fscanf(trackFp, "%47s", whichFormda);
-    FILE* const track = std::exchange(trackFp, nullptr);
-    if (std::ferror(track) != 0) FailAtEnd(track, whichTrack);
-    std::fclose(track);
-    return fields != EOF;
-}
-
 void RunSession() {
     NameStructuresFile();
-    if (!ReadDataFileOfSession() && SetFormda() == 1) return;
+    if (!ReadDataFileName() && SetFormda() == 1) return;
     LoadSession();
     SessionMenuLoop();
     FreeGlobals1();

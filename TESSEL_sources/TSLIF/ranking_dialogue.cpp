@@ -12,7 +12,6 @@
 #include "TSLIF/settings_dialogue.h"
 #include "TSLIF2/console.h"
 #include "TSLRESE/scaling_up_matrices.h"
-#include "mxlib/belonging.h"
 
 namespace {
 
@@ -34,19 +33,12 @@ int ReadCriterion() {
     return ReadOption("\nType option no.: ", accepted.c_str());
 }
 
-/// r(XE.T) and r(TE) pass without E unless a trait is nominal; with E a nominal trait only takes
-/// their lines off the menu.
 bool IsPossible(const RankingCriterion& criterion) {
-    if (nenv == 0 && criterion.needsSites) return false;
-    if (nenv == 0 && criterion.shown.noNominalTrait && criterion.shown.sites &&
-        HasQualitTrait(nch, chtype))
-        return false;
-    if (ComparesWithPhylogeny(criterion.option) && hasPhylogeny == 0) {
+    const Lack lack = WhatIsLacking(criterion);
+    if (lack == Lack::kPhylogeny)
         std::fputs("\nThis criterion needs a phylogeny, and the session's data set has none.\n",
                    out);
-        return false;
-    }
-    return true;
+    return lack == Lack::kNothing;
 }
 
 bool HasTraitsToSearch() {

@@ -94,9 +94,8 @@ void SettingsCongruence() {
 }
 
 void SettingsCommunityResemblance() {
-    if (opt_ro != kMantel) return;
-    whichObj = 'r';
-    if (IsRanking() && (opt_struct == kRankTE || opt_struct == kRankRE)) return;
+    if (opt_ro == kMantel) whichObj = 'r';
+    if (!TakesResemblance(IsRanking())) return;
     std::fputs("\nSpecify resemblance function between communities:", out);
     SettingsRese();
 }

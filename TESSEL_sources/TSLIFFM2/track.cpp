@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
@@ -223,6 +224,17 @@ void WriteTrack(char full) {
     const int reason = errno;
     std::fprintf(stderr, "\ncan't write %s%s \n\a", volumeName, whichTrack);
     TellPerson(std::strerror(reason));
+}
+
+bool ReadDataFileName() {
+    trackFp = fopenck(whichTrack, volumeName, "r");
+    if (trackFp == nullptr) RaiseError(kFailedOpening);
+    static_assert(kFileNameLength == 47);
+    const int fields = std::fscanf(trackFp, "%47s", whichFormda);
+    FILE* const track = std::exchange(trackFp, nullptr);
+    if (std::ferror(track) != 0) FailAtEnd(track, whichTrack);
+    std::fclose(track);
+    return fields != EOF;
 }
 
 int ReadTrack() {

@@ -7,6 +7,10 @@
 /// error tells.
 void WriteTrack(char full);
 
-/// Reads it. A file of two lines, or of another version, leaves everything but whichFormda as it
+/// Reads the name of the data file from the track file into whichFormda; false when the track file
+/// is empty. Raises kFailedOpening.
+bool ReadDataFileName();
+
+/// Reads it all. A file of two lines, or of another version, leaves everything but whichFormda as it
 /// is. Raises kFailedOpening and kEndOfFile. Returns 1.
 int ReadTrack();

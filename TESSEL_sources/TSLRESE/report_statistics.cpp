@@ -1,6 +1,6 @@
 #include <ctime>
-#include <span>
 
+#include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/scaling_up_report.h"
 #include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
@@ -9,44 +9,11 @@ namespace {
 
 using Test = PermTest_FunctionalPhyl_Correl_Input;
 
-struct StatisticLine {
-    const char* label;
-    double Test::*statistic;
-    double Test::*probability;
-};
-
-constexpr StatisticLine kAssembly[] = {
-    {"Convergence (TCAP): r(TE)=", &Test::roTE, &Test::probTE},
-    {"Both TCAP and Divergence (TDAP): r(XE)=", &Test::roXE, &Test::probXE},
-    {"TDAP: r(XE.T)=", &Test::roXE_T, &Test::probXE_T},
-    {"Alpha divergence (correlation between environmental variables and Rao entropy): r(RE)=",
-     &Test::roRE, &Test::probRE},
-    {"Beta divergence: r(XE.TR)=", &Test::roXE_TR, &Test::probXE_TR},
-};
-
-constexpr StatisticLine kSignal[] = {
-    {"Phylogenetic signal at OTU (species) level ro(BF) = ", &Test::roBF, &Test::probBF},
-};
-
-constexpr StatisticLine kPhylogeny[] = {
-    {"Correlation of PSAP to ecological variables: ro(PE)=", &Test::roPE, &Test::probPE},
-    {"Correlation of PSAP to TCAP: ro(PT)=", &Test::roPT, &Test::probPT},
-    {"Correlation of PSAP to both TCAP and TDAP: ro(PX)=", &Test::roPX, &Test::probPX},
-    {"Correlation of PSAP to TDAP: ro(PX.T)=", &Test::roPX_T, &Test::probPX_T},
-    {"Removing phylogeny from TCAP: ro(TE.P)=", &Test::roTE_P, &Test::probTE_P},
-    {"Removing phylogeny from both TCAP and TDAP: ro(XE.P)=", &Test::roXE_P, &Test::probXE_P},
-    {"Removing phylogeny from TDAP: ro(XE.TP)=", &Test::roXE_TP, &Test::probXE_TP},
-    {"Removing TCAP from phylogeny: ro(PE.T)=", &Test::roPE_T, &Test::probPE_T},
-    {"Removing TCAP and TDAP from phylogeny: ro(PE.X)=", &Test::roPE_X, &Test::probPE_X},
-    {"Alpha divergence (correlation between environmental variables and Rao entropy based on "
-     "phylogeny): r(FE)=",
-     &Test::roFE, &Test::probFE},
-};
-
-void PrintLines(FILE* report, std::span<const StatisticLine> lines, const Test& test) {
-    for (const StatisticLine& line : lines)
-        std::fprintf(report, "%s\t%g\tP=\t%g\n", line.label, Printable(test.*line.statistic),
-                     Printable(test.*line.probability));
+void PrintLines(FILE* report, ReportBlock block, const Test& test) {
+    for (const AnalysisStatistic& line : kAnalysisStatistics)
+        if (line.block == block)
+            std::fprintf(report, "%s\t%g\tP=\t%g\n", line.label, Printable(test.*line.value),
+                         Printable(test.*line.probability));
 }
 
 void PrintKindOfStatistics(FILE* report) {
@@ -121,14 +88,14 @@ void PrintNullModel(FILE* report) {
 void PrintStatistics(FILE* report, const ScalingUpMatrices& m, const Test& test) {
     PrintKindOfStatistics(report);
     std::fprintf(report, "\nStatistics and probabilities*:\n");
-    PrintLines(report, kAssembly, test);
+    PrintLines(report, ReportBlock::kAssembly, test);
     PrintPermutations(report);
     PrintTypesAndTraits(report, m);
     if (includePhylogeny == 0) return;
     std::fprintf(report, "\n");
-    PrintLines(report, kSignal, test);
+    PrintLines(report, ReportBlock::kSignal, test);
     std::fprintf(report, "\nPhylogenetically structured assembly patterns (PSAP):\n");
-    PrintLines(report, kPhylogeny, test);
+    PrintLines(report, ReportBlock::kPhylogeny, test);
 }
 
 void PrintTestClosing(FILE* report) {

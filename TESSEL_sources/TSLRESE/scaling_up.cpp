@@ -68,7 +68,7 @@ PermTest_FunctionalPhyl_Correl_Input TestRecord(ScalingUpMatrices& m, FILE* stre
 }
 
 /// The test on the matrices, its statistics in the report.
-void TestPatterns(ScalingUpMatrices& m, FileReplacement& report) {
+void TestPatterns(ScalingUpMatrices& m, const AnalysisReceiver& receiver, FileReplacement& report) {
     FileReplacement tables(whichRndData, volumeName);
     if (tables == nullptr) {
         if (report.IsNew())
@@ -77,15 +77,17 @@ void TestPatterns(ScalingUpMatrices& m, FileReplacement& report) {
     }
     time0 = std::time(nullptr);
     PermTest_FunctionalPhyl_Correl_Input test = TestRecord(m, tables);
+    test.eachArrangement = receiver.arrangement;
     PermTest_FunctionalPhyl_Correl(&test);
     tables.Finish();
+    if (receiver.tested) receiver.tested(test);
     PrintStatistics(report, m, test);
     PrintTestClosing(report);
 }
 
 /// Everything up to the types; false when there is nothing to go on with: no trait, a single OTU
 /// or a single type.
-bool ScaleUpToTypes(ScalingUpMatrices& m, FILE* report) {
+bool ScaleUpToTypes(ScalingUpMatrices& m, const AnalysisReceiver& receiver, FILE* report) {
     if (printDetail) PrintCommunities(report, m);
     AdjustToUnitTotals(m);
     SmoothCompositions(m);
@@ -101,6 +103,7 @@ bool ScaleUpToTypes(ScalingUpMatrices& m, FILE* report) {
     if (m.nTraitsInUse == 0) return false;
     PrintSites(report, m);
     AverageTraits(m);
+    if (receiver.averages) receiver.averages(m);
     PrintAveragedTraits(report, m);
     NormaliseTraits(m);
     PrintNormalisedTraits(report, m);
@@ -111,7 +114,7 @@ bool ScaleUpToTypes(ScalingUpMatrices& m, FILE* report) {
 
 }  // namespace
 
-void PFTs_ScalingUp() {
+void PFTs_ScalingUp(const AnalysisReceiver& receiver) {
     SetAnalysisOptions();
     TellLargeMemory(MemoryOfAnalysis(SizesOfAnalysis()));
     const LongStep step("Functional analysis");
@@ -123,12 +126,13 @@ void PFTs_ScalingUp() {
     ResultsFile report(whichPrinda, volumeName,
                        continues ? ResultsFile::Start::kOldContent : ResultsFile::Start::kEmpty);
     PrintHead(report, m);
-    if (ScaleUpToTypes(m, report)) {
+    if (ScaleUpToTypes(m, receiver, report)) {
         PoolIntoTypes(m);
         MeasureRedundancy(m);
         AverageTraitsOfTypes(m);
         PrintTypes(report, m);
-        TestPatterns(m, report);
+        if (receiver.matrices) receiver.matrices(m);
+        TestPatterns(m, receiver, report);
         PrintDiversity(report, m);
     }
     std::fprintf(report, "\n");

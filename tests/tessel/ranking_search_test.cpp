@@ -150,7 +150,7 @@ class RankingSearch : public InProcess {
         OpenRanking(in);
         sDigits = digits;
         printRankIntermedResults = eachSubset;
-        const ConsoleRun run = Typed("", [] { CriterionOf(opt_struct).search(); });
+        const ConsoleRun run = Typed("", [] { CriterionOf(opt_struct).search({}); });
         EXPECT_EQ(run.raised, 0);
         return ParseReport(folder_.Read("Ranking.txt"));
     }
@@ -306,7 +306,7 @@ TEST_F(RankingSearch, NumbersThatAreNoneHaveNoSign) {
             in.E[1][0] = in.W[0][0] = in.F[0][1] = -NAN;
             OpenRanking(in);
             saveStruct = printRankIntermedResults = 'y';
-            Typed("", [] { CriterionOf(opt_struct).search(); });
+            Typed("", [] { CriterionOf(opt_struct).search({}); });
             saveStruct = 'n';
             int met = 0;
             for (const auto& file : std::filesystem::directory_iterator(folder_.path())) {

@@ -112,6 +112,18 @@ void ObservedStage(Test* test) {
             PrintObservedBlock(StageOf(*test, 0), block);
 }
 
+void HandStatistics(const Statistics& s, TestRecord* in) {
+    for (int k = 0; k < kReported; k++) in->*kReportedStatistics[k].observed = s[k];
+}
+
+/// The sign of a permuted signal is turned here like that of the observed one, not for its
+/// comparison with it.
+void ShowArrangement(Order order, const Statistics& s, TestRecord* in) {
+    HandStatistics(s, in);
+    if (order == Order::kPermuted && SignalIsTurned(*in)) in->roBF = -in->roBF;
+    in->eachArrangement(*in);
+}
+
 void NextOrder(Test* test) {
     const TestRecord& in = *test->in;
     if (WithinGroups(in))
@@ -162,6 +174,7 @@ void PermutedStage(Test* test) {
             HandleEventInfoWhere2(text);
         }
         Permutation(i, test);
+        if (in.eachArrangement) ShowArrangement(Order::kPermuted, test->random, test->in);
     }
 }
 
@@ -171,10 +184,10 @@ bool PermTest_FunctionalPhyl_Correl(PermTest_FunctionalPhyl_Correl_Input* input)
     const LongStep step("Observed statistics");
     Test test = MakeTest(input);
     ObservedStage(&test);
+    if (input->eachArrangement) ShowArrangement(Order::kObserved, test.observed, input);
     PermutedStage(&test);
-    for (int k = 0; k < kReported; k++) {
-        input->*kReportedStatistics[k].observed = test.observed[k];
+    HandStatistics(test.observed, input);
+    for (int k = 0; k < kReported; k++)
         input->*kReportedStatistics[k].probability = test.frequency[k] / input->nIterations;
-    }
     return true;
 }

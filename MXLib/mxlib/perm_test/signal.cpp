@@ -82,7 +82,7 @@ std::unique_ptr<CongruenceSide<float>> MakeSide(int measure, int n, int p) {
 double ObservedSignal(const TestRecord& in, PhylogeneticSignal* signal) {
     if (in.opt_ro == kMantel) {
         const double correlation = MatrixCorr(in.nOTUs, in.Sb, in.Sf);
-        return in.phylogenyIsDissimilarity ? -correlation : correlation;
+        return SignalIsTurned(in) ? -correlation : correlation;
     }
     NormalizeCols(in.nOTUs, in.nTraits, in.B, signal->normalisedB);
     SetCongruenceSide<float>(signal->normalisedB, signal->sideB.get());
@@ -91,6 +91,10 @@ double ObservedSignal(const TestRecord& in, PhylogeneticSignal* signal) {
 }
 
 }  // namespace
+
+bool SignalIsTurned(const TestRecord& in) {
+    return in.opt_ro == kMantel && in.phylogenyIsDissimilarity;
+}
 
 PhylogeneticSignal MakePhylogeneticSignal(const TestRecord& in) {
     const bool mantel = in.opt_ro == kMantel;

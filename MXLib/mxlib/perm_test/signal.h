@@ -32,8 +32,10 @@ struct PhylogeneticSignal {
     std::unique_ptr<CongruenceScratch<float>> scratch;
 };
 
-/// Computes the observed signal too. The sign of a matrix correlation with dissimilarities is
-/// turned in the observed value only.
+/// A matrix correlation with dissimilarities, whose sign is turned in the observed value only.
+bool SignalIsTurned(const TestRecord& in);
+
+/// Computes the observed signal too.
 PhylogeneticSignal MakePhylogeneticSignal(const TestRecord& in);
 
 /// What the permutations look up. Sf is complete by then.

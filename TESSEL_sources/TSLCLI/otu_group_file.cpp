@@ -1,0 +1,98 @@
+#include "TSLCLI/otu_group_file.h"
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+#include <optional>
+#include <set>
+#include <sstream>
+
+#include "TSLCLI/delimited_table.h"
+#include "TSLCLI/failure.h"
+#include "TSLCLI/input_file.h"
+#include "TSLCLI/name_matching.h"
+
+namespace {
+
+std::optional<int> IntegerOf(std::string_view text) {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || rest != end) return std::nullopt;
+    return number;
+}
+
+/// The integers of a text that holds nothing else.
+std::optional<std::vector<int>> IntegersOf(const std::string& text) {
+    std::istringstream words(text);
+    std::vector<int> numbers;
+    for (std::string word; words >> word;) {
+        const std::optional<int> number = IntegerOf(word);
+        if (!number) return std::nullopt;
+        numbers.push_back(*number);
+    }
+    return numbers;
+}
+
+struct Close {
+    void operator()(FILE* file) const { std::fclose(file); }
+};
+
+std::string ContentOf(const std::string& path) {
+    constexpr std::size_t kBlock = 1 << 16;
+    const std::unique_ptr<FILE, Close> file(OpenInput(path));
+    std::string text;
+    for (std::string block; ReadInput(file.get(), path, kBlock, &block), !block.empty();) text += block;
+    return text;
+}
+
+/// Fails with the first of the names that is not among the others.
+void RequireAll(const Names& names, const Names& others, const std::string& problem) {
+    const std::vector<int> places = PlacesAmong(names, others);
+    const auto missing = std::find(places.begin(), places.end(), -1);
+    if (missing == places.end()) return;
+    const std::string& name = names[static_cast<std::size_t>(missing - places.begin())];
+    const auto count = std::count(missing, places.end(), -1);
+    FailRun(problem + Quoted(name) + NearestTo(name, others) +
+            (count > 1 ? " and " + std::to_string(count - 1) + " more" : ""));
+}
+
+/// The words of the only column, in the order of the OTUs.
+Names ReadColumn(const std::string& path, const std::string& what, const Names& otus) {
+    const DelimitedTable table = ReadDelimitedTable(path);
+    if (table.columnNames.size() != 1)
+        FailRun(path + ": " + what + " are one column behind the names of the OTUs, not " +
+                std::to_string(table.columnNames.size()));
+    RequireDistinct({path, &table.rowNames}, "row");
+    RequireAll(otus, table.rowNames, path + ": no row for the OTU ");
+    RequireAll(table.rowNames, otus, path + ": the session has no OTU ");
+    Names groups;
+    std::vector<std::string_view> cells;
+    for (const int row : PlacesAmong(otus, table.rowNames)) {
+        CellsOf(table, row, &cells);
+        if (cells[0].empty()) FailRun(PlaceOf(table, row, 0) + ": give the OTU a group");
+        groups.emplace_back(cells[0]);
+    }
+    return groups;
+}
+
+}  // namespace
+
+OTUGroups ReadOTUGroups(const std::string& path, const std::string& what,
+                        const std::vector<std::string>& otus) {
+    if (const auto numbers = IntegersOf(ContentOf(path))) {
+        if (numbers->size() != otus.size())
+            FailRun(path + ": " + std::to_string(numbers->size()) + " numbers of " + what +
+                    " for " + std::to_string(otus.size()) + " OTUs: give one for each");
+        return {*numbers, {}};
+    }
+    const Names words = ReadColumn(path, what, otus);
+    OTUGroups groups;
+    for (const std::string& word : words)
+        if (const std::optional<int> number = IntegerOf(word)) groups.group.push_back(*number);
+    if (groups.group.size() == words.size()) return groups;
+    const std::set<std::string> distinct(words.begin(), words.end());
+    groups = {{}, {distinct.begin(), distinct.end()}};
+    for (const int place : PlacesAmong(words, groups.words)) groups.group.push_back(place + 1);
+    return groups;
+}

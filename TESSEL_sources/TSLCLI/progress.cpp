@@ -1,0 +1,63 @@
+#include "TSLCLI/progress.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+
+#include "TSLCLI/failure.h"
+#include "iflibG/iflibG.h"
+#include "mxlibDim/terminal.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Run {
+    double steps = 0.0;
+    double done = 0.0;
+    Clock::time_point start, shown;
+};
+Run run;
+
+/// The engine's own standard error may be kept from the user.
+void WriteLine(const char* text) {
+    char line[96];
+    const int length = std::snprintf(line, sizeof line, "\r\033[K%s", text);
+    if (write(STDERR_FILENO, line, static_cast<std::size_t>(length)) < 0) return;
+}
+
+void Show(Clock::time_point now) {
+    const double seconds = std::chrono::duration<double>(now - run.start).count();
+    const double left = std::ceil(seconds * (run.steps - run.done) / run.done);
+    char text[80];
+    const int hours = static_cast<int>(std::fmin(left / 3600, 9999));
+    const int rest = static_cast<int>(std::fmod(left, 3600));
+    std::snprintf(text, sizeof text, "%3.0f %% done, %d:%02d:%02d left",
+                  std::floor(100 * run.done / run.steps), hours, rest / 60, rest % 60);
+    WriteLine(text);
+}
+
+void TakeStep() {
+    constexpr auto kBetween = std::chrono::milliseconds(100);
+    run.done++;
+    const auto now = Clock::now();
+    if (now - run.shown < kBetween || run.done > run.steps) return;
+    run.shown = now;
+    Show(now);
+}
+
+}  // namespace
+
+Progress::Progress(double steps) {
+    if (quiet || !SpeaksToPerson()) return;
+    run = {steps, 0.0, Clock::now(), Clock::now()};
+    progressHook = TakeStep;
+}
+
+Progress::~Progress() {
+    if (progressHook != TakeStep) return;
+    progressHook = nullptr;
+    WriteLine("");
+}

@@ -1,0 +1,173 @@
+// The command rank: the subsets of traits that maximise a criterion.
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <climits>
+#include <cmath>
+
+#include "TSLCHORD/criteria.h"
+#include "TSLCHORD/subset_counts.h"
+#include "TSLCLI/analysis_options.h"
+#include "TSLCLI/commands.h"
+#include "TSLCLI/engine.h"
+#include "TSLCLI/failure.h"
+#include "TSLCLI/progress.h"
+#include "TSLCLI/ranking_tables.h"
+#include "TSLCLI/result_folder.h"
+#include "TSLCLI/session.h"
+#include "TSLCLI/settings_file.h"
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/session_files.h"
+#include "TSLGLOB/settings.h"
+#include "TSLIF/analysis_settings.h"
+#include "TSLRESE/scaling_up_matrices.h"
+
+namespace {
+
+struct RankOptions {
+    RunOptions run;
+    AnalysisOptions analysis;
+    std::string criterion;
+    std::string sizes = "all";
+    bool lines = false;
+    int test = 0;
+};
+
+std::vector<std::string> Statistics() {
+    std::vector<std::string> statistics;
+    for (const RankingCriterion& criterion : kRankingCriteria)
+        statistics.emplace_back(criterion.statistic);
+    return statistics;
+}
+
+/// A criterion with E that the dialogue lets pass on data without E is refused too: it would say
+/// nothing.
+void RequireItsData(const RankingCriterion& criterion) {
+    const std::string statistic = criterion.statistic;
+    const Lack lack = WhatIsLacking(criterion);
+    if (lack == Lack::kPhylogeny)
+        FailUsage("--criterion " + statistic + ": the session has no phylogeny");
+    if (lack != Lack::kNothing || (nenv == 0 && statistic.find('E') != std::string::npos))
+        FailUsage("--criterion " + statistic + ": the session has no ecological variables E");
+}
+
+void TakeCriterion(const std::string& statistic) {
+    for (const RankingCriterion& criterion : kRankingCriteria)
+        if (statistic == criterion.statistic) opt_struct = criterion.option;
+    RequireItsData(CriterionOf(opt_struct));
+    includePhylogeny = ComparesWithPhylogeny(opt_struct) ? 1 : 0;
+}
+
+/// "all", a size, or smallest-largest.
+void TakeSizes(const std::string& sizes) {
+    const int traits = CountTraitsInUse();
+    nMinTraitsChRank = 1;
+    nMaxTraitsChRank = traits;
+    if (sizes != "all") {
+        const char* const end = sizes.data() + sizes.size();
+        auto read = std::from_chars(sizes.data(), end, nMinTraitsChRank);
+        nMaxTraitsChRank = nMinTraitsChRank;
+        if (read.ec == std::errc() && read.ptr != end && *read.ptr == '-')
+            read = std::from_chars(read.ptr + 1, end, nMaxTraitsChRank);
+        if (read.ec != std::errc() || read.ptr != end || nMinTraitsChRank < 1 ||
+            nMaxTraitsChRank < nMinTraitsChRank || nMaxTraitsChRank > traits)
+            FailUsage("--sizes " + sizes + ": takes all, a number of traits or two as in 1-" +
+                      std::to_string(traits) + ", with 1 to " + std::to_string(traits) + " traits");
+    }
+    const double subsets = CountSubsetsOfSizes(nch, nMinTraitsChRank, nMaxTraitsChRank);
+    if (subsets <= kMostSubsets) return;
+    char count[64];
+    std::snprintf(count, sizeof count, std::isfinite(subsets) ? "%.15g" : "more than 1e308",
+                  subsets);
+    FailUsage("--sizes " + sizes + ": these are " + count +
+              " trait subsets, more than can be searched: take fewer sizes");
+}
+
+void SettleFiles(bool force) {
+    NameRankingFile();
+    RefuseToOverwrite(whichChorder, force);
+    if (saveStruct == 'y') RefuseToOverwrite(whichStructures, force);
+}
+
+void TellResults(const RankingResults& results, const std::vector<double>& probabilities,
+                 const FullNames& names) {
+    for (const auto& subset : results.best) {
+        char line[80];
+        std::snprintf(line, sizeof line, "%3d traits  %-12.6g ", subset.size, subset.value);
+        std::string text = line;
+        if (!probabilities.empty()) {
+            std::snprintf(line, sizeof line, "P = %-10.6g ",
+                          probabilities[static_cast<std::size_t>(subset.size - nMinTraitsChRank)]);
+            text += line;
+        }
+        for (const int trait : subset.members)
+            text += (trait == subset.members[0] ? "" : ", ") + names.traits[trait];
+        Tell(text);
+    }
+    if (results.best.empty()) Warn("no subset of traits could be rated on these data");
+    if (probabilities.empty()) {
+        Tell(
+            "A test of the winning subset on the same data is not valid, since it was chosen by "
+            "them: 'rank --test 999' tests the whole search");
+    } else {
+        char line[80];
+        std::snprintf(line, sizeof line, "Best of all sizes: P = %.6g", probabilities.back());
+        Tell(line);
+    }
+}
+
+void Rank(CLI::App& command, const RankOptions& options) {
+    OpenCommandSession(options.run.session);
+    const FullNames names = ReadNames(sessionName);
+    TakeCriterion(options.criterion);
+    ApplyAnalysisOptions(options.analysis, AnalysisKind::kRanking, names);
+    SettleRanking();
+    TakeSizes(options.sizes);
+    printRankIntermedResults = options.lines ? 'y' : 'n';
+    SettleFiles(options.run.force);
+    ResultFolder folder(options.run.tables, std::string(sessionName) + "Rank_" + options.criterion,
+                        options.run.force, kRankingTables);
+    SettleSeed(command);
+    Tell(SettingsOf(command));
+
+    RankingResults results;
+    std::vector<double> probabilities;
+    const double subsets = CountSubsetsOfSizes(nch, nMinTraitsChRank, nMaxTraitsChRank);
+    RunEngine([&] {
+        const Progress progress(subsets * (options.test + 1.0));
+        RunRanking({.receive = [&](const SubsetSearch& search, const SearchOutcome& outcome) {
+            results = ResultsOf(search, outcome);
+        }});
+        if (folder.IsWanted()) WriteSubsets(results, names, &folder);
+        if (options.test > 0) probabilities = TestRanking(results, options.test, names, &folder);
+        EndRanking();
+    });
+    folder.Finish(command);
+    TellResults(results, probabilities, names);
+    Tell("Report: " + std::string(whichChorder));
+    if (folder.IsWanted()) Tell("Tables: " + folder.path());
+}
+
+}  // namespace
+
+CommandAction AddRank(CLI::App& command) {
+    const auto options = std::make_shared<RankOptions>();
+    AddRunOptions(command, "Rank_CRITERION", &options->run);
+    command.add_option("--criterion", options->criterion, "The statistic to maximise")
+        ->check(CLI::IsMember(Statistics()))
+        ->type_name("")
+        ->required();
+    command.add_option("--sizes", options->sizes, "Traits in a subset: all, a number, or 1-6")
+        ->type_name("SIZES")
+        ->capture_default_str();
+    AddYesNo(command, "--lines", &options->lines, "Print a line for every subset");
+    command
+        .add_option("--test", options->test,
+                    "Repeat the search in so many permutations of the OTUs' traits and give the "
+                    "probability of the best value of each size and of all; 0: no test")
+        ->check(CLI::Range(0, INT_MAX - 1))
+        ->type_name("NUMBER")
+        ->capture_default_str();
+    AddAnalysisOptions(command, AnalysisKind::kRanking, &options->analysis);
+    return [&command, options] { Rank(command, *options); };
+}

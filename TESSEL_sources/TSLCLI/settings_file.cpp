@@ -1,0 +1,78 @@
+#include "TSLCLI/settings_file.h"
+
+#include <CLI/CLI.hpp>
+#include <iterator>
+
+#include "TSLCLI/failure.h"
+#include "TSLCLI/settings_text.h"
+#include "TSLGLOB/settings.h"
+
+namespace {
+
+/// CLI11's reader and writer of settings, in the text of settings_text.h.
+class SettingsFormat : public CLI::Config {
+  public:
+    explicit SettingsFormat(const CLI::App& app) : app_(app) {}
+
+    std::string to_config(const CLI::App* command, bool /*default_also*/,
+                          bool /*write_description*/, std::string /*prefix*/) const override {
+        std::string text = "[" + command->get_name() + "]\n";
+        for (const CLI::Option* option : command->get_options())
+            if (option->get_configurable())
+                text += option->get_single_name() + " = " + ValueOf(*option) + "\n";
+        return text;
+    }
+
+    std::vector<CLI::ConfigItem> from_config(std::istream& input) const override {
+        const std::string text{std::istreambuf_iterator<char>(input), {}};
+        const std::string file = app_.get_config_ptr()->as<std::string>();
+        std::vector<CLI::ConfigItem> read;
+        for (const SettingsEntry& entry : ReadSettingsText(text, file)) {
+            RequireOption(entry, file);
+            // An empty list is what stands where nothing was given.
+            if (!entry.values.empty()) read.push_back({entry.table, entry.key, entry.values});
+        }
+        return read;
+    }
+
+  private:
+    static std::string ValueOf(const CLI::Option& option) {
+        if (option.get_items_expected_max() > 1) return SettingsList(option.results());
+        return SettingsValue(option.empty() ? option.get_default_str() : option.results().back());
+    }
+
+    void RequireOption(const SettingsEntry& entry, const std::string& file) const {
+        const std::string place = file + ", line " + std::to_string(entry.line) + ": ";
+        const auto commands = app_.get_subcommands([&](const CLI::App* command) {
+            return entry.table == std::vector<std::string>{command->get_name()};
+        });
+        if (commands.empty())
+            FailUsage(place + "settings stand under the name of their command: [analyse]");
+        const CLI::Option* option = commands[0]->get_option_no_throw("--" + entry.key);
+        if (option == nullptr) option = commands[0]->get_option_no_throw(entry.key);
+        if (option == nullptr || !option->get_configurable())
+            FailUsage(place + entry.table[0] + " has no setting '" + entry.key + "'");
+        if (entry.values.size() > 1 && option->get_items_expected_max() <= 1)
+            FailUsage(place + entry.key + " takes one value");
+    }
+
+    const CLI::App& app_;
+};
+
+}  // namespace
+
+void AddSettingsFile(CLI::App& app) {
+    app.set_config("--config", "", "Take from this file what the command line leaves open");
+    app.config_formatter(std::make_shared<SettingsFormat>(app));
+    app.allow_config_extras(CLI::config_extras_mode::error);
+}
+
+std::string SettingsOf(const CLI::App& command) {
+    return command.config_to_str();
+}
+
+void SettleSeed(CLI::App& command) {
+    CLI::Option* const seed = command.get_option("--seed");
+    seed->clear();
+    seed->add_result(std::to_string(rseed));
+}
