@@ -4,6 +4,7 @@
 
 #include "TSLCLI/csv_writer.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/ordination_table.h"
 #include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/scaling_up_matrices.h"
 #include "mxlib/belonging.h"
@@ -98,10 +99,21 @@ void AnalysisTables::WriteMatrices(const ScalingUpMatrices& m) {
         table.EndRow();
     }
     table.Finish();
+    WriteOrdinations(m, types);
     if (includePhylogeny == 0) return;
     // The taxa are the types.
     WriteMatrix<double>(folder_.Table("P.csv"), kCommunity, names_.communities, types, m.P);
     WriteMatrix<double>(folder_.Table("Q.csv"), kOTU, names_.otus, types, m.Q);
+}
+
+void AnalysisTables::WriteOrdinations(const ScalingUpMatrices& m, const Names& types) {
+    const OrdinatedTable byTraits = {"trait", &names_.communities, &names_.traits, m.T, true};
+    const OrdinatedTable byTypes = {"type", &names_.communities, &types,
+                                    fuzzy == kFuzzyTypes ? m.X : m.XCrisp, false};
+    if (CanOrdinate(byTraits))
+        WriteOrdination(folder_.Table("ordinationT.csv"), byTraits, names_.variables);
+    if (CanOrdinate(byTypes))
+        WriteOrdination(folder_.Table("ordinationX.csv"), byTypes, names_.variables);
 }
 
 void AnalysisTables::WriteCommunities(const ScalingUpMatrices& m) {

@@ -13,9 +13,10 @@
 
 /// Files that an analysis may write.
 inline constexpr auto kAnalysisTables = {
-    "statistics.csv", "null.csv", "communities.csv", "types.csv", "T.csv", "TNormalised.csv",
-    "X.csv",          "U.csv",    "P.csv",           "Q.csv",     "S.csv", "DE.csv",
-    "DT.csv",         "DX.csv",   "DP.csv",          "DZ.csv",    "DY.csv"};
+    "statistics.csv",  "null.csv", "communities.csv", "types.csv",      "T.csv",
+    "TNormalised.csv", "X.csv",    "U.csv",           "P.csv",          "Q.csv",
+    "S.csv",           "DE.csv",   "DT.csv",          "DX.csv",         "DP.csv",
+    "DZ.csv",          "DY.csv",   "ordinationT.csv", "ordinationX.csv"};
 
 /// Writes the tables while the analysis goes on.
 class AnalysisTables {
@@ -31,6 +32,7 @@ class AnalysisTables {
     using Test = PermTest_FunctionalPhyl_Correl_Input;
 
     void WriteMatrices(const ScalingUpMatrices& m);
+    void WriteOrdinations(const ScalingUpMatrices& m, const std::vector<std::string>& types);
     void WriteCommunities(const ScalingUpMatrices& m);
     void WriteResemblances(const ScalingUpMatrices& m);
     void WriteStatistics(const Test& test);
