@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include "support/formda_text.h"
 #include "support/good_session.h"
 #include "support/run_program.h"
@@ -121,18 +119,6 @@ TEST_F(AtTerminal, ASessionIsOpenInOneProgram) {
     std::filesystem::create_directory(folder_.File(kLock));
     EXPECT_EQ(RunProgram(folder_, visit).err, "");
     EXPECT_TRUE(folder_.Has(kLock));
-}
-
-// A ranking into a file wrote a line of 160 bytes for each subset.
-TEST_F(AtTerminal, ProgressTakesTwelveLinesASecondAtMost) {
-    const std::string answers = Replaced(Answers(GoodSession()), "\n9\n", "\n200000\n");
-    const auto start = std::chrono::steady_clock::now();
-    const ProgramRun run = RunProgram(folder_, answers);
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    ASSERT_EQ(run.status, 0) << run.err;
-    const int lines = Count(run.out, "Permutation test: ") + Count(run.out, "Iteration: ");
-    EXPECT_GE(lines, 1);
-    EXPECT_LE(lines, 1 + 12 * seconds.count());
 }
 
 // The set-up of a large analysis stood still for the better part of a minute.

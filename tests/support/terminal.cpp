@@ -1,9 +1,8 @@
 #include "support/terminal.h"
 
-#include <fcntl.h>
 #include <poll.h>
+#include <pty.h>
 #include <signal.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -19,35 +18,20 @@ double Now() {
         .count();
 }
 
-/// The other end as controlling terminal of a new process, without echo and without "\r".
-void TakeTerminal(const char* name) {
-    setsid();
-    const int terminal = open(name, O_RDWR);
-    termios mode = {};
-    tcgetattr(terminal, &mode);
-    mode.c_lflag &= ~tcflag_t(ECHO);
-    mode.c_oflag &= ~tcflag_t(OPOST);
-    tcsetattr(terminal, TCSANOW, &mode);
-    for (const int stream : {0, 1, 2}) dup2(terminal, stream);
-    close(terminal);
-}
-
 }  // namespace
 
-Terminal::Terminal(const std::function<void()>& child) : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-    grantpt(master_);
-    unlockpt(master_);
-    const int keptOpen = open(ptsname(master_), O_RDWR | O_NOCTTY);  // until the child has its own
-    child_ = fork();
+Terminal::Terminal(const std::function<void()>& child) {
+    child_ = forkpty(&master_, nullptr, nullptr, nullptr);
     if (child_ == 0) {
-        TakeTerminal(ptsname(master_));
-        close(master_);
-        close(keptOpen);
+        termios mode = {};  // without echo and without "\r"
+        tcgetattr(0, &mode);
+        mode.c_lflag &= ~tcflag_t(ECHO);
+        mode.c_oflag &= ~tcflag_t(OPOST);
+        tcsetattr(0, TCSANOW, &mode);
         child();
         _exit(0);
     }
     Read(30);  // the child has begun
-    close(keptOpen);
 }
 
 Terminal::Terminal(const TempFolder& folder)

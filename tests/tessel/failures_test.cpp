@@ -107,6 +107,7 @@ TEST_F(Failures, APersonIsToldTheReason) {
     EXPECT_EQ(Typed("", readNothing).err, "\ncan't read f \nInput/output error\n\nfile f ");
     for (const char* name : {"TESSEL.prf", "aTrk.txt"}) fs::create_symlink("/dev/full", name);
     EXPECT_EQ(RunWhole("S\nC\nx\n").err,
+              "TESSEL.prf cannot be read: the defaults hold, with two-tailed tests.\n"
               "\nFAIL TO PRINT ON FILE !!!\n\nQuit and restart TESSEL.\n\a"
               "TESSEL.prf: No space left on device\n");
     std::strcpy(whichTrack, "aTrk.txt");
