@@ -27,6 +27,7 @@ constexpr Command kCommands[] = {
     {"check", "Tell what a session holds, and what looks wrong in it", AddCheck},
     {"analyse", "Functional analysis of a session", AddAnalyse},
     {"rank", "Search for the subsets of traits that maximise a criterion", AddRank},
+    {"dialogue", "Run the dialogue on prepared answers", AddDialogue},
 };
 
 struct AddedCommand {
