@@ -8,6 +8,7 @@
 #include <fstream>
 #include <memory>
 #include <new>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -70,22 +71,16 @@ bool IsOption(const std::string& line) {
 
 std::string Screen::Question() const {
     std::fflush(screen_);
-    std::vector<std::string> lines = {""};
-    for (const char c : said_)
-        if (c == '\n')
-            lines.emplace_back();
-        else if (c == '\t' || std::iscntrl(static_cast<unsigned char>(c)) == 0)
-            lines.back().push_back(c);
-    std::erase_if(lines, [](const std::string& line) {
-        return std::none_of(line.begin(), line.end(), IsGraphic);
-    });
+    std::vector<std::string> lines;
+    std::istringstream text(said_);
+    for (std::string line; std::getline(text, line);)
+        if (!OneLine(line).empty()) lines.push_back(line);
     if (lines.empty()) return "";
-    std::string question = lines.back();
-    question.erase(question.find_last_not_of(" \t") + 1);
     std::size_t above = lines.size() - 1;
     while (above > 0 && IsOption(lines[above - 1])) above--;
-    if (above == 0 || above == lines.size() - 1) return question;
-    return lines[above - 1] + " ... " + question;
+    const std::string question = OneLine(lines.back());
+    const bool hasHeading = above > 0 && above < lines.size() - 1;
+    return hasHeading ? OneLine(lines[above - 1]) + " ... " + question : question;
 }
 
 /// What ended the dialogue.

@@ -5,6 +5,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 /// Exit status of the command line.
 enum CommandStatus : int { kDone = 0, kRunFailed = 1, kWrongUsage = 2 };
@@ -20,6 +21,13 @@ struct CommandFailure : std::runtime_error {
 
 /// The options contradict one another or what they are applied to.
 [[noreturn]] void FailUsage(const std::string& message);
+
+/// The text as messages quote it: runs of blanks and line ends as single blanks, other control
+/// characters dropped.
+std::string OneLine(std::string_view text);
+
+/// What to say of an error that the engine raised (mxlibDim/failure.h).
+const char* TextOfRaised(int code);
 
 /// One line on standard error, behind "TESSEL: warning: "; the command goes on. --quiet does not
 /// silence it.
