@@ -32,10 +32,13 @@ struct RaisedError {
 /// for input that can no longer come. Only the end of the process leaves it.
 [[noreturn]] void RestForever();
 
-/// The endings that EndProgram and RestForever call, for harnesses that must survive them: a
-/// replacement has to leave by an exception. Null means the real thing.
+/// The endings that EndProgram and RestForever call, for harnesses that must survive them and for
+/// runs without a user: a replacement has to leave by an exception. Null means the real thing.
 struct ProcessEndings {
     void (*end)(int status) = nullptr;
     void (*rest)() = nullptr;
+    /// Called first when a question finds the standard input at its end; null goes on as told with
+    /// each reader (reading.h).
+    void (*inputEnds)() = nullptr;
 };
 extern ProcessEndings processEndings;

@@ -245,10 +245,12 @@ bool InputFinished() {
 }
 
 void EndStream(FILE* stream) {
-    if (stream == stdin)
-        inputFinished = true;
-    else
+    if (stream != stdin) {
         std::fclose(stream);
+        return;
+    }
+    inputFinished = true;
+    if (processEndings.inputEnds != nullptr) processEndings.inputEnds();
 }
 
 void FailAtEnd(FILE* stream, const char* name) {
@@ -379,7 +381,7 @@ void Wait() {
     int c = NextCharacter(stdin);
     while (c != EOF && !std::iscntrl(c)) c = NextCharacter(stdin);
     if (c == EOF)
-        EndStream(stdin);
+        inputFinished = true;
     else
         std::ungetc(c, stdin);
 }

@@ -27,6 +27,9 @@ constexpr Command kCommands[] = {
     {"check", "Tell what a session holds, and what looks wrong in it", AddCheck},
     {"analyse", "Functional analysis of a session", AddAnalyse},
     {"rank", "Search for the subsets of traits that maximise a criterion", AddRank},
+    {"derive", "Make a session out of parts of another one", AddDerive},
+    {"merge", "Merge two sessions into one", AddMerge},
+    {"dialogue", "Run the dialogue on prepared answers", AddDialogue},
 };
 
 struct AddedCommand {
@@ -52,19 +55,6 @@ void RunParsed(const std::vector<AddedCommand>& commands) {
     // Results that did not reach the standard output were not delivered.
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         FailRun("the standard output could not be written: free the disk or give another one");
-}
-
-const char* TextOf(int code) {
-    switch (code) {
-        case kOutOfMemory:
-            return "out of memory: take a smaller table or a machine with more memory";
-        case kEndOfFile:
-            return "a file ended too early or holds a word where a number belongs";
-        case kFailedOutput:
-            return "a file could not be written: free the disk or choose another folder";
-        default:
-            return "a file could not be opened";
-    }
 }
 
 int Fail(int status, const char* message) {
@@ -102,8 +92,8 @@ int RunCommandLine(int argc, const char* const* argv) {
     } catch (const CommandFailure& failure) {
         return Fail(failure.status, failure.what());
     } catch (const RaisedError& error) {
-        return Fail(kRunFailed, TextOf(error.code));
+        return Fail(kRunFailed, TextOfRaised(error.code));
     } catch (const std::bad_alloc&) {
-        return Fail(kRunFailed, TextOf(kOutOfMemory));
+        return Fail(kRunFailed, TextOfRaised(kOutOfMemory));
     }
 }

@@ -4,52 +4,17 @@
 #include <ctime>
 #include <optional>
 
-#include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
+#include "TSLIF/simulation/data_set_scratch.h"
 #include "TSLIF/simulation/dynamics.h"
 #include "TSLIF/simulation/evaluation.h"
 #include "TSLIF/simulation/preparation.h"
 #include "TSLIF/simulation/report.h"
 #include "iflibG/iflibG.h"
 #include "mxlib/random_lists.h"
-#include "mxlibDim/dim.h"
 
 namespace {
-
-/// So many data sets at most leave their raw files.
-constexpr int kDataSetsWithRawFiles = 2;
-
-/// The data set's arrays that the settings dialogue and the test use, for T traits and N OTUs, and
-/// the groups that the dialogue makes. Nothing of a closed session remains in them.
-class DataSetScratch {
-  public:
-    DataSetScratch(int traits, int OTUs) {
-        RequireRoomForTable(traits, kLabelLength + 1, sizeof(char));
-        RequireRoomForTable(OTUs, traits, sizeof(float));
-        FreeGlobals2();
-        hasTraitGroups = hasPhylogeny = includePhylogeny = 0;
-        temEnvQuant = temEnvQual = temEnvBin = 0;
-        nch = traits;
-        tcst = OTUs;
-        nSpp = 0;
-        chLabel = dim2Dchar(nch, kLabelLength + 1);
-        chtype = dim1Dint(nch);
-        weight = dim1Dfloat(nch);
-        nchor = dim1Dint(nch);
-        nGrPoly = dim1Dint(nch);
-        partition_OTUs = dim1Dint(tcst);
-    }
-    ~DataSetScratch() {
-        FreeGlobals2();
-        for (int** memberships : {&nestingMembershipOTUs, &partition_OTUs_Phyl}) {
-            free1D(*memberships);
-            *memberships = nullptr;
-        }
-    }
-    DataSetScratch(const DataSetScratch&) = delete;
-    DataSetScratch& operator=(const DataSetScratch&) = delete;
-};
 
 double ProcessorSeconds() {
     return difftime_Clock(static_cast<double>(std::clock() - time0) / CLOCKS_PER_SEC);
@@ -72,7 +37,7 @@ void StartFiles(World& world, RunFiles& files) {
         if (!a.traits.fromCorrelations) FinishTraitData(*files.traits, world);
         PrintStepHeadings(files.steps.emplace(), world);
     }
-    PrintSpecification(files.report.emplace("FinalSimulatedData.txt"), world);
+    PrintSpecification(files.report.emplace(kReportFile), world);
     PrepareEnvironment(world);
 }
 
@@ -85,7 +50,7 @@ void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool
     AssembleCommunities(world, files.steps ? &*files.steps : nullptr);
     if (files.steps) FinishStepFiles(*files.steps);
     if (reports) PrintDataSet(*files.report, world);
-    if (a.nDataSets <= kDataSetsWithRawFiles) WriteRawFiles(world);
+    if (LeavesRawFiles(a)) WriteRawFiles(world);
     if (world.dataSet == 1) WriteOTUNumbers(world);  // the same for all
     if (evaluation != nullptr) {
         EvaluateDataSet(world, evaluation);
@@ -94,12 +59,16 @@ void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool
     files.report->Flush();
 }
 
-void Simulate(SimulationAnswers* answers) {
+}  // namespace
+
+bool RunSimulation(SimulationAnswers* answers,
+                   const std::function<void(int dataSet, const Evaluation&)>& evaluated) {
+    InitRndNumberGenerator(rseed);
     World world(answers);
-    if (!ReadWorld(world)) return;
+    if (!ReadWorld(world)) return false;
     if (world.nTraitsFlagged == 0) {
         std::fprintf(out, "\nNo trait responds to the ecosystem: all response parameters are 0.\n");
-        return;
+        return false;
     }
     RunFiles files;
     StartFiles(world, files);
@@ -110,6 +79,7 @@ void Simulate(SimulationAnswers* answers) {
     while (world.dataSet < answers->nDataSets) {
         world.dataSet++;
         SimulateDataSet(world, files, evaluation ? &*evaluation : nullptr, reports);
+        if (evaluation && evaluated) evaluated(world.dataSet, *evaluation);
     }
     if (evaluation) {
         const double seconds = ProcessorSeconds();
@@ -117,15 +87,13 @@ void Simulate(SimulationAnswers* answers) {
         PrintFinalRates(*files.report, world, *evaluation, seconds, reports);
     }
     files.report->Finish();
+    return true;
 }
-
-}  // namespace
 
 void IFAssemblyRulesSimulation_EnvFeedback_TypeI_II_Error() {
     SimulationAnswers answers;
     AskWorld(&answers);
     const DataSetScratch scratch(answers.nTraits, answers.nOTUs);
     AskRun(&answers);
-    InitRndNumberGenerator(rseed);
-    Simulate(&answers);
+    RunSimulation(&answers, nullptr);
 }

@@ -28,12 +28,10 @@ void AddToTitle(const char* secondFormda) {
 }
 
 /// False, after the message, for sessions that do not match.
-bool ReadSecondFile(const char* name, JoinedTables& joined) {
-    FILE* const stream = fopenck(name, volumeName, "r");
-    if (stream == nullptr) RaiseError(kFailedOpening);
-    AddToTitle(name);
+bool ReadSecondFile(const DataFile& file, JoinedTables& joined) {
+    AddToTitle(file.name);
     const char* difference = nullptr;
-    WithStream(stream, [&] { difference = JoinFile({stream, name}, joined); });
+    WithStream(file.stream, [&] { difference = JoinFile(file, joined); });
     if (difference != nullptr) std::fputs(difference, out);
     return difference == nullptr;
 }
@@ -91,13 +89,20 @@ void WriteMergedDataSet() {
 }  // namespace
 
 int MergeFormda(const char* secondFormda) {
+    FILE* const stream = fopenck(secondFormda, volumeName, "r");
+    if (stream == nullptr) RaiseError(kFailedOpening);
+    Selection left;
+    return MergeOpenFormda({stream, secondFormda}, &left);
+}
+
+int MergeOpenFormda(const DataFile& second, Selection* otus) {
     JoinedTables joined;
-    if (!ReadSecondFile(secondFormda, joined)) return 0;
+    if (!ReadSecondFile(second, joined)) return 0;
     if (hasPhylogeny != 0) JoinPhylogeny(joined);
     dirtyOrig = 0;
     InstallTables(joined);
     if (nSpp > 0) MergeSpecies();
-    CleanDataSet();
+    *otus = CleanDataSet();
     if (tcst == 0) {
         std::fputs(kNothingLeft, out);
         return 0;

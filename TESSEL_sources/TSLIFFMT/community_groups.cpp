@@ -4,6 +4,7 @@
 #include <string>
 
 #include "TSLGLOB/dataset.h"
+#include "TSLGLOB/session_files.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIF/menus.h"
 #include "TSLIF2/console.h"
@@ -31,14 +32,9 @@ constexpr char kPairOrders[] =
     "Type option no.: ";
 constexpr int kDefaultLabels = 1;
 
-void NumberLabels(int n, char** labels) {
-    for (int i = 0; i < n; i++)
-        CopyText(labels[i], kGroupLabelLength, std::to_string(i + 1).c_str());
-}
-
 void AskForGroupLabels(int groups, char** labels) {
     if (ReadOption(kGroupLabelOptions, "1 2") == kDefaultLabels)
-        return NumberLabels(groups, labels);
+        return NumberGroups(groups, labels);
     std::fprintf(out, "\nEnter labels (max. %d alphanumeric characters):\n", kGroupLabelLength);
     ReadLongInput(groups, kGroupLabelLength, labels, "group labels");
 }
@@ -79,7 +75,7 @@ void AskForGroupSizes(int n, int groups, int* membership, const char* const* lab
 }
 
 void AskForPairLabels(int groups, char** labels) {
-    if (ReadOption(kPairLabelOptions, "1 2") == kDefaultLabels) return NumberLabels(groups, labels);
+    if (ReadOption(kPairLabelOptions, "1 2") == kDefaultLabels) return NumberGroups(groups, labels);
     do {
         std::fprintf(out, "\nEnter labels (max. %d alphanumeric characters):\n", kGroupLabelLength);
         for (int g = 0; g < groups; g++) std::fprintf(out, "%2d ", g + 1);
@@ -89,6 +85,17 @@ void AskForPairLabels(int groups, char** labels) {
 }
 
 }  // namespace
+
+void PrepareGroups() {
+    whichPart = 0;
+    grLabel = grLabelP[0];
+    groupRel = groupRelP[0];
+}
+
+void NumberGroups(int n, char** labels) {
+    for (int i = 0; i < n; i++)
+        CopyText(labels[i], kGroupLabelLength, std::to_string(i + 1).c_str());
+}
 
 void SettingAnyGroups(int n, int* groups, int* membership, char** labels, const char* word) {
     Menu("SET GROUP PARTITION");

@@ -4,6 +4,13 @@
 /// communities (from 1), labels of the groups (room for n labels of 4 characters). Communities
 /// stand in messages as `word`, "communities", and under their labels in memory.
 
+/// Groups of communities that follow go to the first of the session's partitions: nGroups, groupRel
+/// and grLabel.
+void PrepareGroups();
+
+/// Gives n groups the labels 1, 2, ...
+void NumberGroups(int n, char** labels);
+
 /// Any groups, none included.
 void SettingAnyGroups(int n, int* groups, int* membership, char** labels, const char* word);
 

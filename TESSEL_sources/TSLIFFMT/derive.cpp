@@ -129,22 +129,30 @@ void WarnOfEmptyCommunities() {
 
 }  // namespace
 
-bool PickSomeFormda() {
-    const DataSetOfDialogue released;
+void OpenSource() {
     emptyReleves = 0;
     OpenFormda(1);
     ClearLine();
     ReadSettingsOfSource();
-    Menu("GETTING DATA FROM ANOTHER SESSION");
-    const Derivation derivation = AskDerivation();
-    SelectParts(derivation);
-    if (AskWhetherToTrimOTUs()) CleanDataSet();
-    if (tcst == 0 || (derivation.communityOption == CommunityOption::kChange && nGroups == 0)) {
+}
+
+bool DeriveDataSet(Derivation* derivation) {
+    SelectParts(*derivation);
+    if (derivation->trims) derivation->otus = Picked(derivation->otus, CleanDataSet());
+    if (tcst == 0 || (derivation->communityOption == CommunityOption::kChange && nGroups == 0)) {
         std::fputs(kNothingLeft, out);
         return false;
     }
-    MakeNewCommunities(derivation.communityOption);
+    MakeNewCommunities(derivation->communityOption);
     WriteDerivedDataSet();
     WarnOfEmptyCommunities();
     return true;
+}
+
+bool PickSomeFormda() {
+    const DataSetOfDialogue released;
+    OpenSource();
+    Menu("GETTING DATA FROM ANOTHER SESSION");
+    Derivation derivation = AskDerivation();
+    return DeriveDataSet(&derivation);
 }

@@ -5,7 +5,6 @@
 #include <numeric>
 
 #include "TSLGLOB/dataset.h"
-#include "TSLGLOB/session_files.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIF2/console.h"
 #include "TSLIFFMT/community_groups.h"
@@ -154,13 +153,6 @@ CommunityOption AskForCommunityOption() {
     return option;
 }
 
-/// Groups of communities go to the first of the session's partitions.
-void PrepareGroups() {
-    whichPart = 0;
-    grLabel = grLabelP[0];
-    groupRel = groupRelP[0];
-}
-
 void AskForGroups() {
     PrepareGroups();
     SettingAnyGroups(ncsm, &nGroups, groupRel, grLabel, "communities");
@@ -207,6 +199,11 @@ Selection AskForCommunities(CommunityOption option) {
     return All(ncsm);
 }
 
+bool AskWhetherToTrimOTUs() {
+    std::fputs("Trim OTUs absent in all communities? y/n ", out);
+    return ScanChar(stdin, "y n", "keyboard") == 'y';
+}
+
 }  // namespace
 
 Derivation AskDerivation() {
@@ -221,10 +218,6 @@ Derivation AskDerivation() {
         PrintRule();
         derivation.variables = AskForLabelledItems(kVariableTexts, nenv, envLabel);
     }
+    derivation.trims = AskWhetherToTrimOTUs();
     return derivation;
-}
-
-bool AskWhetherToTrimOTUs() {
-    std::fputs("Trim OTUs absent in all communities? y/n ", out);
-    return ScanChar(stdin, "y n", "keyboard") == 'y';
 }

@@ -103,7 +103,7 @@ void ReleaseCommunitiesLeftBehind(int before) {
     for (int k = 0; k < kPartitions; k++) ReleaseRows(grLabelP[k], ncsm, before);
 }
 
-void CleanDataSet() {
+Selection CleanDataSet() {
     const int species = nSpp;
     const std::vector<const float*> before(csm_Float, csm_Float + tcst);
     CheckData(1);
@@ -114,4 +114,5 @@ void CleanDataSet() {
             left.push_back(static_cast<int>(i));
     PickPhylogeny(left);
     ReleaseRowsLeftBehind(static_cast<int>(before.size()), species);
+    return left;
 }

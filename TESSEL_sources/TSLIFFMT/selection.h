@@ -9,6 +9,14 @@
 
 using Selection = std::vector<int>;
 
+/// The items of a list at the positions of the selection.
+template <class T>
+std::vector<T> Picked(const std::vector<T>& items, const Selection& selection) {
+    std::vector<T> picked;
+    for (const int i : selection) picked.push_back(items[static_cast<std::size_t>(i)]);
+    return picked;
+}
+
 /// The position of each of n labels among `count` ones; nothing when one is not among them.
 Selection PositionsOf(int n, const char* const* wanted, int count, const char* const* labels);
 
@@ -27,5 +35,5 @@ void SelectVariables(const Selection& selection);
 /// Releases the rows of tables of communities between the count and an earlier one.
 void ReleaseCommunitiesLeftBehind(int before);
 
-/// CheckData(1), with the phylogeny following the OTUs that are left.
-void CleanDataSet();
+/// CheckData(1), with the phylogeny following the OTUs that are left, which it returns.
+Selection CleanDataSet();

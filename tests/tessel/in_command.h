@@ -2,24 +2,44 @@
 /// \file
 /// Commands of the command line in this process, in a folder of the test's own.
 
+#include <map>
+#include <sstream>
+
 #include "TSLCLI/command_line.h"
 #include "TSLCLI/failure.h"
+#include "support/run_program.h"
 #include "tessel/in_process.h"
 
 struct CommandRun : ConsoleRun {
     int status = -1;
 };
 
-/// Runs "TESSEL" with the words of `command` as arguments.
-inline CommandRun RunCommand(const std::string& command) {
-    std::vector<std::string> words = {"TESSEL"};
-    std::istringstream stream(command);
-    for (std::string word; stream >> word;) words.push_back(word);
-    std::vector<const char*> arguments;
+/// Runs "TESSEL" with these arguments.
+inline CommandRun RunCommand(const Texts& words) {
+    std::vector<const char*> arguments = {"TESSEL"};
     for (const std::string& word : words) arguments.push_back(word.c_str());
     CommandRun run;
     quiet = false;
     static_cast<ConsoleRun&>(run) = WithConsole(
         "", [&](FILE*) { run.status = RunCommandLine(int(arguments.size()), arguments.data()); });
     return run;
+}
+
+/// Runs "TESSEL" with the words of `command` as arguments.
+inline CommandRun RunCommand(const std::string& command) {
+    std::istringstream stream(command);
+    Texts words;
+    for (std::string word; stream >> word;) words.push_back(word);
+    return RunCommand(words);
+}
+
+/// The files of the working directory by their names, times masked, and the folder empty.
+inline std::map<std::string, std::string> TakeFiles() {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator("."))
+        if (entry.is_regular_file())
+            files[entry.path().lexically_normal()] = Masked(ReadWholeFile(entry.path()));
+    for (const auto& entry : std::filesystem::directory_iterator("."))
+        std::filesystem::remove_all(entry.path());
+    return files;
 }

@@ -1,5 +1,7 @@
 #include "TSLIF/simulation/files.h"
 
+#include <iterator>
+
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
 #include "mxlibDim/text.h"
@@ -8,6 +10,12 @@
 using std::fprintf;
 
 namespace {
+
+constexpr const char* kRawTraitsFile = "B_Simulated.txt";
+constexpr const char* kRawCommunitiesFile = "W_Simulated.txt";
+constexpr const char* kRawEnvironmentFile = "E_Simulated.txt";
+constexpr const char* kTraitTypesFile = "TraitTypes_Simulated.txt";
+constexpr const char* kOTUNumbersFile = "OTUs_Simulated.txt";
 
 /// A row for each site: step, site, the site's column of the table.
 void PrintSiteRows(FILE* stream, const World& world, int rows, ConstMatrix<double> table) {
@@ -37,7 +45,7 @@ constexpr SavedFile kSavedFiles[] = {
 
 void WriteRawTraits(const World& world) {
     const SimulationAnswers& a = world.answers;
-    ResultsFile file("B_Simulated.txt");
+    ResultsFile file(kRawTraitsFile);
     PrintMatrixTab(file, a.nOTUs, a.nTraits, world.B, sDigits);
     fprintf(file, "Trait data (not standardized, %d OTUs in rows and %d traits in columns):\n",
             a.nOTUs, a.nTraits);
@@ -46,7 +54,7 @@ void WriteRawTraits(const World& world) {
 
 void WriteRawCommunities(const World& world) {
     const SimulationAnswers& a = world.answers;
-    ResultsFile file("W_Simulated.txt");
+    ResultsFile file(kRawCommunitiesFile);
     PrintMatrixTab(file, a.nSites, a.nOTUs, world.W, sDigits);
     fprintf(file,
             "\nCommunity data matrix at final step %d, for %d community sites in rows and %d OTUs "
@@ -64,7 +72,7 @@ void WriteRawCommunities(const World& world) {
 
 void WriteRawEnvironment(const World& world) {
     const SimulationAnswers& a = world.answers;
-    ResultsFile file("E_Simulated.txt");
+    ResultsFile file(kRawEnvironmentFile);
     PrintMatrixTab(file, a.nFactors, a.nSites, world.E, sDigits);
     fprintf(file,
             "\nEcosystem data matrix at final step %d (%d ecosystem variables in rows and %d "
@@ -74,6 +82,21 @@ void WriteRawEnvironment(const World& world) {
 }
 
 }  // namespace
+
+bool LeavesRawFiles(const SimulationAnswers& answers) {
+    return answers.nDataSets <= 2;
+}
+
+std::vector<const char*> FilesOfRun(const SimulationAnswers& answers) {
+    std::vector<const char*> files = {kReportFile, kOTUNumbersFile};
+    if (LeavesRawFiles(answers))
+        files.insert(files.end(),
+                     {kRawTraitsFile, kRawCommunitiesFile, kRawEnvironmentFile, kTraitTypesFile});
+    if (!answers.savesSteps) return files;
+    files.push_back(kTraitDataFile);
+    files.insert(files.end(), std::begin(kStepFiles), std::end(kStepFiles));
+    return files;
+}
 
 void PrintTraitScales(FILE* stream, const World& world) {
     const int T = world.answers.nTraits;
@@ -172,13 +195,13 @@ void WriteRawFiles(const World& world) {
     WriteRawTraits(world);
     WriteRawCommunities(world);
     WriteRawEnvironment(world);
-    ResultsFile types("TraitTypes_Simulated.txt");
+    ResultsFile types(kTraitTypesFile);
     for (int t = 0; t < world.answers.nTraits; t++) fprintf(types, "3\t");
     types.Finish();
 }
 
 void WriteOTUNumbers(const World& world) {
-    ResultsFile file("OTUs_Simulated.txt");
+    ResultsFile file(kOTUNumbersFile);
     for (int i = 1; i <= world.answers.nOTUs; i++) fprintf(file, "%d\n", i);
     file.Finish();
 }

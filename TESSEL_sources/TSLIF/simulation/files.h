@@ -5,9 +5,19 @@
 /// one stays until the new one is whole.
 
 #include <cstdio>
+#include <vector>
 
 #include "TSLIF/simulation/world.h"
 #include "mxlibDim/replacement.h"
+
+/// The report.
+inline constexpr const char* kReportFile = "FinalSimulatedData.txt";
+
+/// Whether the run leaves the tables of its data set for raw data entry: one of two at most does.
+bool LeavesRawFiles(const SimulationAnswers& answers);
+
+/// All files that a run of these answers writes.
+std::vector<const char*> FilesOfRun(const SimulationAnswers& answers);
 
 /// The traits' means and standard deviations, each behind its heading.
 void PrintTraitScales(FILE* stream, const World& world);
@@ -20,14 +30,17 @@ void PrintTraitsAsRead(FILE* stream, const World& world);
 /// The standardised traits, with which kTraitDataFile is whole; says so on the screen.
 void FinishTraitData(ResultsFile& file, const World& world);
 
+inline constexpr const char* kStepFiles[] = {"EnvData.txt", "CWM_Expected.txt",  "Distances.txt",
+                                             "Prob.txt",    "CommunityData.txt", "CWM.txt"};
+
 /// The files of every step, open from their headings to the last step.
 struct StepFiles {
-    ResultsFile environment{"EnvData.txt"};
-    ResultsFile expected{"CWM_Expected.txt"};
-    ResultsFile distances{"Distances.txt"};
-    ResultsFile survival{"Prob.txt"};
-    ResultsFile communities{"CommunityData.txt"};
-    ResultsFile means{"CWM.txt"};
+    ResultsFile environment{kStepFiles[0]};
+    ResultsFile expected{kStepFiles[1]};
+    ResultsFile distances{kStepFiles[2]};
+    ResultsFile survival{kStepFiles[3]};
+    ResultsFile communities{kStepFiles[4]};
+    ResultsFile means{kStepFiles[5]};
 };
 void PrintStepHeadings(const StepFiles& files, const World& world);
 
