@@ -44,6 +44,10 @@ std::vector<AddedCommand> AddCommands(CLI::App& app) {
         sub->fallthrough();
         sub->add_flag("--quiet", quiet, "Print nothing but warnings and failures")
             ->configurable(false);
+        sub->add_option_function<std::string>("--messages", CopyMessagesTo,
+                                              "Also write warnings and failures to this file")
+            ->type_name("FILE")
+            ->configurable(false);
         added.push_back({sub, command.add(*sub)});
     }
     return added;
@@ -59,7 +63,7 @@ void RunParsed(const std::vector<AddedCommand>& commands) {
 
 int Fail(int status, const char* message) {
     std::fflush(stdout);
-    std::fprintf(stderr, "TESSEL: %s\n", message);
+    TellMessage(message);
     return status;
 }
 

@@ -7,6 +7,12 @@
 
 bool quiet = false;
 
+namespace {
+
+FILE* copyOfMessages = nullptr;  // open to the end of the process
+
+}  // namespace
+
 void FailRun(const std::string& message) {
     throw CommandFailure(kRunFailed, message);
 }
@@ -42,8 +48,21 @@ const char* TextOfRaised(int code) {
     }
 }
 
+void CopyMessagesTo(const std::string& path) {
+    copyOfMessages = std::fopen(path.c_str(), "w");
+    if (copyOfMessages == nullptr) FailRun(path + ": the messages cannot be written there");
+}
+
+void TellMessage(const std::string& message) {
+    for (FILE* const stream : {stderr, copyOfMessages}) {
+        if (stream == nullptr) continue;
+        std::fprintf(stream, "TESSEL: %s\n", message.c_str());
+        std::fflush(stream);
+    }
+}
+
 void Warn(const std::string& message) {
-    std::fprintf(stderr, "TESSEL: warning: %s\n", message.c_str());
+    TellMessage("warning: " + message);
 }
 
 void Tell(const std::string& line) {

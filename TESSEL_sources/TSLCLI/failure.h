@@ -29,6 +29,13 @@ std::string OneLine(std::string_view text);
 /// What to say of an error that the engine raised (mxlibDim/failure.h).
 const char* TextOfRaised(int code);
 
+/// Writes the lines of TellMessage to a file too: whoever shows the terminal its progress cannot
+/// read standard error.
+void CopyMessagesTo(const std::string& path);
+
+/// One line on standard error, behind "TESSEL: ".
+void TellMessage(const std::string& message);
+
 /// One line on standard error, behind "TESSEL: warning: "; the command goes on. --quiet does not
 /// silence it.
 void Warn(const std::string& message);
