@@ -53,10 +53,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         LookAt(ReadDelimitedTable("table.csv"));
     } catch (const CommandFailure& failure) {
         Require(failure.what()[0] != '\0');
+        return 0;
     }
-    const char* const arguments[] = {"TESSEL",        "import",    "--traits", "table.csv",
-                                     "--session",     "s",         "--force",  "--drop-empty",
-                                     "--communities", "table.csv", "--quiet"};
+    const char* const arguments[] = {"TESSEL",        "import",       "--traits",  "table.csv",
+                                     "--communities", "table.csv",    "--session", "s",
+                                     "--force",       "--drop-empty", "--quiet"};
     RunCommandLine(static_cast<int>(std::size(arguments)), arguments);
     return 0;
 }

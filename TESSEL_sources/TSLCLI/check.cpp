@@ -15,7 +15,7 @@
 namespace {
 
 void Check(const std::string& session) {
-    OpenCommandSession(session);
+    const FileLock lock = OpenCommandSession(session);
     const DataSetOfDialogue released;
     const FullNames names = ReadNames(session);
     TellSummary(session, names);

@@ -7,6 +7,7 @@
 #include "TSLCLI/commands.h"
 #include "TSLCLI/csv_writer.h"
 #include "TSLCLI/data_set_assembly.h"
+#include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/findings.h"
 #include "TSLCLI/session.h"
@@ -59,10 +60,13 @@ void Import(const ImportOptions& options) {
     const DataSetOfDialogue released;
     TakeCommunities(&tables, options.dropEmpty);
     const FullNames names = TakeOtherTables(tables, options.settings);
-    WriteDataSet(std::filesystem::path(options.files.traits).filename().c_str());
     WriteNames(options.session, names);
     if (tables.types) WriteTypes(tables, typesFile);
-    WriteTrack(0);
+    const EngineTalk talk = RunEngine([&] {
+        WriteDataSet(std::filesystem::path(options.files.traits).filename().c_str());
+        WriteTrack(0);
+    });
+    if (!talk.errors.empty()) FailRun(talk.errors);
 
     TellSummary(options.session, names);
     if (tables.types) Tell("Types of the OTUs: on " + typesFile);
