@@ -71,7 +71,7 @@ void TellResults(const PermTest_FunctionalPhyl_Correl_Input& test) {
 }
 
 void Analyse(CLI::App& command, const AnalyseOptions& options) {
-    OpenCommandSession(options.run.session);
+    const FileLock lock = OpenCommandSession(options.run.session);
     const FullNames names = ReadNames(sessionName);
     StartFunctionalAnalysis();
     const std::vector<std::string> typeWords =

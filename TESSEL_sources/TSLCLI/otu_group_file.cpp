@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <memory>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -32,18 +31,6 @@ std::optional<std::vector<int>> IntegersOf(const std::string& text) {
         numbers.push_back(*number);
     }
     return numbers;
-}
-
-struct Close {
-    void operator()(FILE* file) const { std::fclose(file); }
-};
-
-std::string ContentOf(const std::string& path) {
-    constexpr std::size_t kBlock = 1 << 16;
-    const std::unique_ptr<FILE, Close> file(OpenInput(path));
-    std::string text;
-    for (std::string block; ReadInput(file.get(), path, kBlock, &block), !block.empty();) text += block;
-    return text;
 }
 
 /// Fails with the first of the names that is not among the others.
@@ -80,7 +67,7 @@ Names ReadColumn(const std::string& path, const std::string& what, const Names& 
 
 OTUGroups ReadOTUGroups(const std::string& path, const std::string& what,
                         const std::vector<std::string>& otus) {
-    if (const auto numbers = IntegersOf(ContentOf(path))) {
+    if (const auto numbers = IntegersOf(ReadWhole(path))) {
         if (numbers->size() != otus.size())
             FailRun(path + ": " + std::to_string(numbers->size()) + " numbers of " + what +
                     " for " + std::to_string(otus.size()) + " OTUs: give one for each");

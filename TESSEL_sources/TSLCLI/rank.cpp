@@ -117,7 +117,7 @@ void TellResults(const RankingResults& results, const std::vector<double>& proba
 }
 
 void Rank(CLI::App& command, const RankOptions& options) {
-    OpenCommandSession(options.run.session);
+    const FileLock lock = OpenCommandSession(options.run.session);
     const FullNames names = ReadNames(sessionName);
     TakeCriterion(options.criterion);
     ApplyAnalysisOptions(options.analysis, AnalysisKind::kRanking, names);

@@ -6,6 +6,7 @@
 #include "TSLCLI/failure.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/shell.h"
+#include "TSLIF/session_lock.h"
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFM2/track.h"
 #include "mxlibDim/text.h"
@@ -33,11 +34,19 @@ void NameSession(const std::string& name) {
     MakeSessionFileName(whichTrack, sessionName, trackExt);
 }
 
-void OpenCommandSession(const std::string& name) {
+FileLock LockNamedSession() {
+    FileLock lock = LockSession();
+    if (lock.IsTaken())
+        FailRun(std::string(whichTrack) + ": another program works on this session: end it first");
+    return lock;
+}
+
+FileLock OpenCommandSession(const std::string& name) {
     NameSession(name);
     if (!IsThere(whichTrack))
         FailRun(std::string(whichTrack) + ": there is no session '" + name +
                 "' in this folder: make it with 'TESSEL import'");
+    FileLock lock = LockNamedSession();
     bool hasData = false;
     RunEngine([&] { hasData = ReadDataFileName(); });
     if (!hasData)
@@ -50,6 +59,7 @@ void OpenCommandSession(const std::string& name) {
         OpenFormda(1);
         ReadTrack();
     });
+    return lock;
 }
 
 void RefuseToOverwrite(const std::string& path, bool force) {

@@ -71,7 +71,8 @@ struct AnalyseCommand : InProcess {
                                "\n6\n2\n5\nk\n3 3 4 3 2 3\ny\nN\n");
         EXPECT_EQ(RunWhole(answers).exitStatus, 0);
         FilesByName files;
-        for (const char* kept : {"Trk.txt", "Formda.txt"}) files[name + kept] = folder_.Read(name + kept);
+        for (const char* kept : {"Trk.txt", "Formda.txt"})
+            files[name + kept] = folder_.Read(name + kept);
         std::istringstream types(files["types.txt"] = folder_.Read("types.txt"));
         files["named.csv"] = "OTU;type\n";
         const FullNames names = NamesOf(name);
@@ -118,9 +119,8 @@ struct AnalyseCommand : InProcess {
                    "\n2\n7\n" + a.congruence + "\n" + a.traits + "\n" +
                    (name == "mafragh" ? a.groups + "\n" : "") + a.standardise + "\n" + a.details +
                    "\nC\nC\nX\n";
-        const auto expected = FilesAfter(session, [&] {
-            EXPECT_EQ(RunWhole(answers).exitStatus, 0);
-        });
+        const auto expected =
+            FilesAfter(session, [&] { EXPECT_EQ(RunWhole(answers).exitStatus, 0); });
         EXPECT_TRUE(expected.contains(name + "Prinda.txt"));
         const auto files = FilesAfter(session, [&] {
             const CommandRun run = RunCommand("analyse " + name + " --seed 7 --iterations " +
