@@ -50,7 +50,7 @@ Names TypeNames(const FullNames& names, const Names& words) {
     for (int g = 0; g < count; g++) {
         const int place = labels[g] - 1;
         if (OTUsTypesAreSpecies)
-            types.emplace_back(spp[place]);
+            types.push_back(NameOfSpecies(spp[place]));
         else if (!words.empty())
             types.push_back(words[place]);
         else if (count == tcst && partition_OTUs[g] == g + 1)

@@ -14,7 +14,6 @@
 #include "TSLCLI/summary.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
-#include "TSLIF/session_lock.h"
 #include "TSLIFFM2/track.h"
 #include "TSLIFFMT/dialogue_data.h"
 #include "TSLIFFMT/raw_tables.h"
@@ -46,9 +45,7 @@ void Import(const ImportOptions& options) {
     NameSession(options.session);
     MakeSessionFileName(whichTrack, options.session.c_str(), trackExt);
     MakeSessionFileName(whichFormda, options.session.c_str(), formdaExt);
-    const FileLock lock = LockSession();
-    if (lock.IsTaken())
-        FailRun(std::string(whichTrack) + ": another program works on this session: end it first");
+    const FileLock lock = LockNamedSession();
     const std::string namesFile = options.session + kNamesExt;
     const std::string typesFile = options.session + kTypesExt;
     for (const std::string& path : {std::string(whichTrack), std::string(whichFormda), namesFile})

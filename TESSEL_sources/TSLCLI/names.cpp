@@ -33,20 +33,6 @@ Names Texts(const char* const* labels, int n) {
     return {labels, labels + n};
 }
 
-/// The name behind the label of species that the program made, or that a file had.
-std::string NameOfSpecies(const std::string& species) {
-    const std::size_t blank = species.find(' ');
-    if (blank == std::string::npos || blank > kSpeciesLabelLength) return species;
-    const std::string name = species.substr(blank + 1);
-    // A shorter label is the beginning of a name of one word.
-    const auto alike = [&](std::size_t k) {
-        return k >= name.size() || std::tolower(static_cast<unsigned char>(species[k])) ==
-                                       std::tolower(static_cast<unsigned char>(name[k]));
-    };
-    const bool isLabel = blank == kSpeciesLabelLength || (alike(0) && (blank < 2 || alike(1)));
-    return isLabel && !name.empty() ? name : species;
-}
-
 /// The species of each OTU, when each has one of its own; else empty.
 Names SpeciesOfOTUs() {
     Names names;
@@ -103,6 +89,20 @@ bool IsOf(const FullNames& a, const FullNames& b) {
 }
 
 }  // namespace
+
+std::string NameOfSpecies(std::string species) {
+    species.erase(species.find_last_not_of(' ') + 1);
+    const std::size_t blank = species.find(' ');
+    if (blank == std::string::npos || blank > kSpeciesLabelLength) return species;
+    const std::string name = species.substr(blank + 1);
+    // A shorter label is the beginning of a name of one word.
+    const auto alike = [&](std::size_t k) {
+        return k >= name.size() || std::tolower(static_cast<unsigned char>(species[k])) ==
+                                       std::tolower(static_cast<unsigned char>(name[k]));
+    };
+    const bool isLabel = blank == kSpeciesLabelLength || (alike(0) && (blank < 2 || alike(1)));
+    return isLabel && !name.empty() ? name : species;
+}
 
 Names CutNames(const Names& names, std::size_t bytes) {
     // Names that need no cut keep themselves, whatever stands before them.

@@ -30,6 +30,10 @@ std::vector<std::string> LabelsFor(const std::vector<std::string>& names);
 /// makes two alike. Names that are short enough and distinct stay.
 std::vector<std::string> CutNames(const std::vector<std::string>& names, std::size_t bytes);
 
+/// The name of a species of the session behind its label, which the program made or a file had;
+/// without the blanks at its end.
+std::string NameOfSpecies(std::string species);
+
 /// Writes the table of the session `session`, which must be the data set in memory.
 void WriteNames(const std::string& session, const FullNames& names);
 

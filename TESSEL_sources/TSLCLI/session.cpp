@@ -34,14 +34,20 @@ void NameSession(const std::string& name) {
     MakeSessionFileName(whichTrack, sessionName, trackExt);
 }
 
+FileLock LockNamedSession() {
+    FileLock lock = LockSession();
+    if (lock.IsTaken())
+        FailRun(std::string("the session '") + sessionName +
+                "' is open in another program: wait for its end");
+    return lock;
+}
+
 FileLock OpenCommandSession(const std::string& name) {
     NameSession(name);
     if (!IsThere(whichTrack))
         FailRun(std::string(whichTrack) + ": there is no session '" + name +
                 "' in this folder: make it with 'TESSEL import'");
-    FileLock lock = LockSession();
-    if (lock.IsTaken())
-        FailRun("the session '" + name + "' is open in another program: wait for its end");
+    FileLock lock = LockNamedSession();
     bool hasData = false;
     RunEngine([&] { hasData = ReadDataFileName(); });
     if (!hasData)

@@ -10,6 +10,9 @@
 /// characters), that holds a blank or that is a path.
 void NameSession(const std::string& name);
 
+/// Locks the session that was named. Fails where another program works on it.
+FileLock LockNamedSession();
+
 /// Names it, locks it and loads its data set and its record as O of the main menu does. Fails, with
 /// the file's name and what to do, where there is no such session, another program has it or its
 /// files cannot be read. The lock is to be kept as long as the session's files are worked on.

@@ -2,13 +2,8 @@
 // what the report says, its settings file repeats it.
 
 #include <cmath>
-#include <sstream>
 
-#include "TSLCLI/names.h"
-#include "TSLCLI/session.h"
-#include "support/good_session.h"
-#include "support/text.h"
-#include "tessel/in_command.h"
+#include "tessel/example_session.h"
 
 namespace {
 
@@ -48,67 +43,7 @@ const Row kResemblances[] = {{" --resemblance chord", {.congruence = "1\n10"}},
                              {" --resemblance relative-euclidean", {.congruence = "1\n7"}},
                              {" --resemblance relative-absolute", {.congruence = "1\n9"}}};
 
-/// The lines but those of the time.
-std::string WithoutTimes(const std::string& text) {
-    std::istringstream lines(text);
-    std::string kept;
-    for (std::string line; std::getline(lines, line);)
-        if (line.rfind("Elapsed time", 0) != 0 && (line.size() != 24 || line[19] != ' '))
-            kept += line + "\n";
-    return kept;
-}
-
-struct AnalyseCommand : InProcess {
-    /// The files of a session of an example, and others that its analyses read.
-    FilesByName Session(const std::string& name, bool mixedSites = false) {
-        const std::filesystem::path example = std::filesystem::path(TESSEL_EXAMPLES) / name;
-        for (const auto& file : std::filesystem::directory_iterator(example))
-            folder_.Write(file.path().filename(), ReadWholeFile(file));
-        std::string answers = folder_.Read("answers.txt");
-        answers = answers.substr(0, answers.find("\nV\n")) + "\nC\nX\n";
-        if (mixedSites)
-            answers = Replaced(Replaced(answers, "\nE.txt\n", "\nE_mixed.txt\n"), "\n4\n2\n2\nN\n",
-                               "\n6\n2\n5\nk\n3 3 4 3 2 3\ny\nN\n");
-        EXPECT_EQ(RunWhole(answers).exitStatus, 0);
-        FilesByName files;
-        for (const char* kept : {"Trk.txt", "Formda.txt"}) files[name + kept] = folder_.Read(name + kept);
-        std::istringstream types(files["types.txt"] = folder_.Read("types.txt"));
-        files["named.csv"] = "OTU;type\n";
-        const FullNames names = NamesOf(name);
-        std::vector<std::string> rows;
-        for (const std::string& otu : names.otus) {
-            std::string type;
-            types >> type;
-            rows.push_back("\"" + otu + "\";" + type + "\n");
-            files["each.txt"] += std::to_string(rows.size()) + "\n";
-        }
-        for (auto row = rows.rbegin(); row != rows.rend(); ++row) files["named.csv"] += *row;
-        for (const auto& entry : std::filesystem::directory_iterator("."))
-            std::filesystem::remove_all(entry.path());
-        return files;
-    }
-
-    FullNames NamesOf(const std::string& session) {
-        Clean();
-        WithConsole("", [&](FILE*) { OpenCommandSession(session); });
-        return ReadNames(session);
-    }
-
-    /// What stands in the folder after a run on these files, tables apart.
-    template <class Body>
-    FilesByName FilesAfter(const FilesByName& before, const Body& run) {
-        Clean();
-        WriteFiles(folder_, before);
-        run();
-        FilesByName files;
-        for (const auto& entry : std::filesystem::directory_iterator("."))
-            if (entry.is_regular_file() && entry.path().filename() != "TESSEL.prf")
-                files[entry.path().filename()] = WithoutTimes(ReadWholeFile(entry.path()));
-        for (const auto& entry : std::filesystem::directory_iterator("."))
-            std::filesystem::remove_all(entry.path());
-        return files;
-    }
-
+struct AnalyseCommand : ExampleSession {
     void ExpectAsTheDialogue(const std::string& name, const FilesByName& session,
                              const std::string& options, const Answers& a) {
         SCOPED_TRACE(name + options);
@@ -118,9 +53,8 @@ struct AnalyseCommand : InProcess {
                    "\n2\n7\n" + a.congruence + "\n" + a.traits + "\n" +
                    (name == "mafragh" ? a.groups + "\n" : "") + a.standardise + "\n" + a.details +
                    "\nC\nC\nX\n";
-        const auto expected = FilesAfter(session, [&] {
-            EXPECT_EQ(RunWhole(answers).exitStatus, 0);
-        });
+        const auto expected =
+            FilesAfter(session, [&] { EXPECT_EQ(RunWhole(answers).exitStatus, 0); });
         EXPECT_TRUE(expected.contains(name + "Prinda.txt"));
         const auto files = FilesAfter(session, [&] {
             const CommandRun run = RunCommand("analyse " + name + " --seed 7 --iterations " +
@@ -168,4 +102,173 @@ TEST_F(AnalyseCommand, TraitsAndTheirGroupsByName) {
 TEST_F(AnalyseCommand, NominalSites) {
     const FilesByName session = Session("aravo", true);
     ExpectAsTheDialogue("aravo", session, "", {});
+}
+
+namespace {
+
+/// The numbers between the line that begins with `title` and the next empty one.
+std::vector<std::vector<double>> TableOf(const std::string& report, const std::string& title) {
+    std::istringstream lines(report.substr(report.find("\n" + title) + 1));
+    std::vector<std::vector<double>> table;
+    std::string line;
+    for (std::getline(lines, line); std::getline(lines, line) && !line.empty();) {
+        if (line.rfind("Traits:", 0) == 0) continue;
+        std::istringstream numbers(line);
+        table.emplace_back();
+        for (double x = 0; numbers >> x;) table.back().push_back(x);
+    }
+    EXPECT_FALSE(table.empty()) << title;
+    return table;
+}
+
+/// A value of the report, printed with six digits.
+void ExpectPrinted(double printed, double value, const std::string& what) {
+    EXPECT_NEAR(printed, value, 1e-5 * std::fabs(value) + 1e-12) << what;
+}
+
+}  // namespace
+
+// The definition of the probability, from the table of null values alone.
+TEST_F(AnalyseCommand, ProbabilitiesFollowFromTheNullValues) {
+    const FilesByName session = Session("mafragh");
+    for (const std::string measure : {"mantel", "procrustes", "rv"})
+        for (const std::string tails : {"one", "two"}) {
+            WriteFiles(folder_, session);
+            const CommandRun run = RunCommand(
+                "analyse mafragh --types types.txt --iterations 60 "
+                "--seed 3 --congruence " +
+                measure + " --tails " + tails);
+            ASSERT_EQ(run.status, 0) << run.err;
+            const auto null = CellsOf(folder_.Read("mafraghTables/null.csv"));
+            const auto statistics = CellsOf(folder_.Read("mafraghTables/statistics.csv"));
+            const std::string report = folder_.Read("mafraghPrinda.txt");
+            ASSERT_EQ(null.size(), 61u);
+            ASSERT_EQ(statistics.size(), 23u);
+            for (std::size_t k = 1; k < statistics.size(); k++) {
+                const Texts& row = statistics[k];
+                SCOPED_TRACE(row[0] + " " + measure + " " + tails);
+                ASSERT_EQ(null[0][k], row[0]);
+                EXPECT_EQ(null[1][k], row[2]);
+                const bool twoTailed = tails == "two" || Contains(row[0], ".");
+                const double observed = NumberOf(row[2]);
+                double extreme = 1, sum = 0, squares = 0;
+                for (std::size_t i = 2; i < null.size(); i++) {
+                    const double x = NumberOf(null[i][k]);
+                    const double far =
+                        twoTailed ? std::fabs(x) - std::fabs(observed) : x - observed;
+                    extreme += far >= -1e-7 * std::fabs(observed);
+                    sum += x;
+                    squares += x * x;
+                }
+                const double mean = sum / 59, sd = std::sqrt((squares - sum * mean) / 58);
+                // The one-tailed test takes permuted signals of distances with the opposite sign.
+                if (row[0] != "BF" || twoTailed || measure != "mantel") {
+                    EXPECT_EQ(NumberOf(row[3]), extreme / 60);
+                }
+                EXPECT_EQ(row[4] + " " + row[5], "60 59");
+                EXPECT_NEAR(NumberOf(row[6]), mean, 1e-9);
+                EXPECT_NEAR(NumberOf(row[7]), sd, 1e-7);
+                EXPECT_NEAR(NumberOf(row[8]), (observed - mean) / sd, 1e-4);
+                const std::size_t at = report.find("(" + row[0] + ")");
+                if (at == std::string::npos) continue;  // not in the report
+                double value = 0, p = 0;
+                std::sscanf(report.c_str() + report.find('\t', at), "%lf P= %lf", &value, &p);
+                ExpectPrinted(value, observed, "value");
+                ExpectPrinted(p, NumberOf(row[3]), "P");
+            }
+            EXPECT_EQ(Contains(run.err, "one-tailed P of r(BF)"),
+                      measure == "mantel" && tails == "one");
+            std::filesystem::remove_all("mafraghTables");
+            std::filesystem::remove("mafraghPrinda.txt");
+        }
+}
+
+TEST_F(AnalyseCommand, TablesHoldWhatTheReportPrints) {
+    WriteFiles(folder_, Session("mafragh"));
+    ASSERT_EQ(RunCommand("analyse mafragh --types types.txt --iterations 2 --details yes").status,
+              0);
+    const FullNames names = ReadNames("mafragh");
+    const Texts types = {"1", "2", "3", "4", "5", "6"};
+    const std::string report = folder_.Read("mafraghPrinda.txt");
+    const struct {
+        std::string file, title;
+        const Texts& rows;
+        const Texts& columns;
+    } tables[] = {
+        {"T", "Matrix T with trait averages", names.communities, names.traits},
+        {"TNormalised", "Matrix T with normalized", names.communities, names.traits},
+        {"X", "Pooled performance matrix X", names.communities, types},
+        {"P", "Pooled performance matrix P", names.communities, types},
+        {"U", "Fuzzy degrees of belonging", names.otus, types},
+        {"Q", "Fuzzy belonging of 56", names.otus, types},
+        {"DE", "Resemblance matrix (DE)", names.communities, names.communities},
+        {"DT", "Resemblance matrix (DT)", names.communities, names.communities},
+        {"DP", "Resemblance matrix (DP)", names.communities, names.communities},
+        {"S", "Similarity matrix between", names.otus, names.otus},
+    };
+    for (const auto& table : tables) {
+        SCOPED_TRACE(table.file);
+        const auto cells = CellsOf(folder_.Read("mafraghTables/" + table.file + ".csv"));
+        const auto printed = TableOf(report, table.title);
+        ASSERT_EQ(cells.size(), table.rows.size() + 1);
+        ASSERT_EQ(printed.size(), table.rows.size());
+        for (std::size_t i = 0; i < table.rows.size(); i++) {
+            EXPECT_EQ(cells[i + 1][0], table.rows[i]);
+            ASSERT_EQ(cells[i + 1].size(), table.columns.size() + 1);
+            for (std::size_t j = 0; j < printed[i].size(); j++) {
+                EXPECT_EQ(cells[0][j + 1], table.columns[j]);
+                ExpectPrinted(printed[i][j], NumberOf(cells[i + 1][j + 1]), "cell");
+                if (printed[i].size() < table.columns.size() || printed[0].size() == 1) {
+                    EXPECT_EQ(cells[i + 1][j + 1], cells[j + 1][i + 1]);
+                }
+            }
+        }
+    }
+    const char* const indices[] = {"Gini-Simpson", "Rao quadratic entropy within", "Functional red",
+                                   "Rao quadratic entropy (Rp)", "Phylogenetic red"};
+    const auto communities = CellsOf(folder_.Read("mafraghTables/communities.csv"));
+    for (int k = 0; k < 5; k++)
+        for (std::size_t i = 0; i < names.communities.size(); i++)
+            ExpectPrinted(TableOf(report, indices[k])[0][i], NumberOf(communities[i + 1][k + 1]),
+                          indices[k]);
+    // Chord distances between the rows of X, from that table alone.
+    std::filesystem::remove("mafraghPrinda.txt");
+    ASSERT_EQ(RunCommand("analyse mafragh --types types.txt --iterations 2 --force --resemblance "
+                         "chord")
+                  .status,
+              0);
+    const auto X = CellsOf(folder_.Read("mafraghTables/X.csv"));
+    const auto DX = CellsOf(folder_.Read("mafraghTables/DX.csv"));
+    const auto dot = [&](int a, int b) {
+        double sum = 0;
+        for (int k = 1; k <= 6; k++) sum += NumberOf(X[a][k]) * NumberOf(X[b][k]);
+        return sum;
+    };
+    for (int i = 2; i < 20; i++)
+        EXPECT_NEAR(NumberOf(DX[i][1]),
+                    std::sqrt(2 - 2 * dot(i, 1) / std::sqrt(dot(i, i) * dot(1, 1))), 1e-7);
+}
+
+TEST_F(AnalyseCommand, SettingsRepeatTheRun) {
+    const FilesByName session = Session("mafragh");
+    const auto run = [&](const std::string& options) {
+        const CommandRun command = RunCommand("analyse" + options);
+        EXPECT_EQ(command.status, 0) << command.err;
+        return command.out;
+    };
+    for (const std::string options :
+         {"",
+          " --types named.csv --belonging crisp --iterations 20 --within types.txt "
+          "--congruence rv --traits LogFlower,LogMinH --standardise no --details yes --digits 8 "
+          "--tails one --root-traits no --predictor-limit 2.7 --double-absence no "
+          "--beals-target no --save-random yes --root-phylogeny yes"}) {
+        WriteFiles(folder_, session);
+        const std::string out = run(" mafragh" + options);
+        const FilesByName first = TakeFiles();
+        WriteFiles(folder_, session);
+        folder_.Write("study.toml", first.at("mafraghTables/settings.toml"));
+        EXPECT_EQ(run(" --config study.toml"), out);
+        std::filesystem::remove("study.toml");
+        EXPECT_EQ(TakeFiles(), first);
+    }
 }
