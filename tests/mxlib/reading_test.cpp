@@ -47,37 +47,30 @@ TEST(Opening, AByteOrderMarkIsSkippedAndNothingElse) {
     }
 }
 
-std::vector<double> NumbersOf(const std::string& text, ConsoleRun* run) {
-    TempFolder folder;
-    FILE* file = FileWith(folder, text);
-    std::vector<double> numbers;
-    *run = WithConsole("", [&](FILE*) {
-        double number = 0;
-        while (freadck1(file, "%lf", &number, "f") == 1) numbers.push_back(number);
-    });
-    return numbers;
-}
-
 // A word in n or i, as "nan" and "inf" begin, took the digit behind it along: "win 15" was 5.
 TEST(Reading, WordsLikeNanAndInfTakeNoDigitAlong) {
-    ConsoleRun run;
-    auto numbers =
-        NumbersOf("win 15\tCo-in 4i7 Stipa capillati\n-2 +n3 na0.5 infi\n6 -Inf NaN x", &run);
-    ASSERT_EQ(numbers.size(), 9U);
-    EXPECT_TRUE(std::isnan(numbers[8]));
+    const TempFolder folder;
+    FILE* file = FileWith(
+        folder, "win 15\tCo-in 4i7 Stipa capillati\n-2 +n3 na0.5 infi\n6 -Inf x1.5e1,y9 NaN x");
+    std::vector<double> numbers;
+    const ConsoleRun run = WithConsole("", [&](FILE*) {
+        for (double number = 0; freadck1(file, "%lf", &number, "f") == 1;)
+            numbers.push_back(number);
+    });
+    EXPECT_TRUE(std::isnan(numbers.back()));
     numbers.pop_back();
-    EXPECT_EQ(numbers, (std::vector<double>{15, 4, 7, -2, 3, 0.5, 6, -HUGE_VAL}));
+    EXPECT_EQ(numbers, (std::vector<double>{15, 4, 7, -2, 3, 0.5, 6, -HUGE_VAL, 15, 9}));
+    EXPECT_EQ(run.err + run.out, "\nEnd of file f\n\a");
 }
 
 TEST(Reading, AFieldThatDoesNotConvertRaisesEndOfFile) {
-    TempFolder folder;
+    const TempFolder folder;
     FILE* file = FileWith(folder, "12 99999999999 word");
-    int numbers[3] = {};
-    ConsoleRun run = WithConsole("", [&](FILE*) {
+    std::vector<int> numbers(3);
+    const ConsoleRun run = WithConsole("", [&](FILE*) {
         for (int& number : numbers) freadck(file, "%d", &number, "f");
     });
-    EXPECT_EQ(numbers[0], 12);
-    EXPECT_EQ(numbers[1], 2147483647);
+    EXPECT_EQ(numbers, (std::vector<int>{12, 2147483647, 0}));
     EXPECT_EQ(run.raised, kEndOfFile);
     EXPECT_EQ(run.err, "\nfile f ");
 }
@@ -106,17 +99,12 @@ TEST(Reading, FieldsEndAtTabsLineEndsAndTheirLimit) {
 }
 
 TEST(Prompts, NumbersFollowTheAcceptedList) {
-    double listed = 0, ranged = 0, any = 0, unchecked = 0;
-    ConsoleRun run = WithConsole("2.5 abc 2.0\n0 -nan 1\n-7.25 1e3", [&](FILE* input) {
-        listed = ScanNumber(input, "input", "1 2 3");
-        ranged = ScanNumber(input, "input", "-", 1.0, 2147483647.0);
-        any = ScanNumber(input, "input", "");
-        unchecked = ScanNumber(input, "input", nullptr);
+    const ConsoleRun run = WithConsole("2.5 abc 2.0\n0 -nan 1\n-7.25 1e3", [&](FILE* input) {
+        EXPECT_EQ(ScanNumber(input, "input", "1 2 3"), 2.0);
+        EXPECT_EQ(ScanNumber(input, "input", "-", 1.0, 2147483647.0), 1.0);
+        EXPECT_EQ(ScanNumber(input, "input", ""), -7.25);
+        EXPECT_EQ(ScanNumber(input, "input", nullptr), 1000.0);
     });
-    EXPECT_EQ(listed, 2.0);
-    EXPECT_EQ(ranged, 1.0);
-    EXPECT_EQ(any, -7.25);
-    EXPECT_EQ(unchecked, 1000.0);
     EXPECT_EQ(run.err,
               "\nIncorrect input = 2.5. Reenter.\nAccepted input: 1 2 3\n"
               "\nIncorrect input = 0. Reenter.\nAccepted input: 1 to 2.14748e+09\n"
@@ -158,11 +146,12 @@ TEST(EndOfInput, LettersRaiseNumbersRestAndWaitsEnd) {
 }
 
 TEST(Integers, TruncateWithoutOverflow) {
-    EXPECT_EQ(TruncateToInt(2.9), 2);
-    EXPECT_EQ(TruncateToInt(-2.9), -2);
-    EXPECT_EQ(TruncateToInt(1e300), 2147483647);
-    EXPECT_EQ(TruncateToInt(-1e300), -2147483647 - 1);
-    EXPECT_EQ(TruncateToInt(std::strtod("nan", nullptr)), 0);
+    for (const auto& [number, integer] : {std::pair(2.9, 2),
+                                          {-2.9, -2},
+                                          {1e300, 2147483647},
+                                          {-1e300, -2147483647 - 1},
+                                          {std::nan(""), 0}})
+        EXPECT_EQ(TruncateToInt(number), integer);
 }
 
 }  // namespace
