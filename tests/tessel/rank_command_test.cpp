@@ -41,7 +41,7 @@ struct RankCommand : ExampleSession {
         answers += std::to_string(measure) + "\n";
         if (measure == 1 && !isTE && !isRE) answers += all ? "10\n" : "6\n";
         answers += std::string("1\n") + (name == "mafragh" ? "n\n" : "") + (isTE ? "" : "y\n") +
-                   (all            ? "2\n2\ny\n"
+                   (all            ? "1\n1\ny\n"
                     : measure == 1 ? "1\n2\nn\n"
                                    : "1\n1\nn\n") +
                    "C\nC\nX\n";
@@ -51,7 +51,7 @@ struct RankCommand : ExampleSession {
             const char* const measures[] = {"mantel", "procrustes", "rv"};
             std::string words = name + " --quiet --types types.txt --criterion " +
                                 criterion.statistic + " --congruence " + measures[measure - 1];
-            words += all ? " --sizes 2 --lines yes --save-structures yes --belonging crisp"
+            words += all ? " --sizes 1 --lines yes --save-structures yes --belonging crisp"
                      : measure == 1 ? " --sizes 1-2"
                                     : " --sizes 1";
             if (all && measure == 1 && !isTE && !isRE) words += " --resemblance chord";
