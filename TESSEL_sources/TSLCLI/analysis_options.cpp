@@ -228,25 +228,30 @@ class Settings {
         if (opt_ro == kMantel) whichObj = 'r';
     }
 
-    int TraitNamed(const std::string& name, const char* option) const {
-        const auto found = std::find(names_.traits.begin(), names_.traits.end(), name);
-        if (found != names_.traits.end()) return static_cast<int>(found - names_.traits.begin());
+    /// By its full name or its label; -1 for none.
+    int FindTrait(const std::string& name) const {
+        for (int k = 0; k < nch; k++)
+            if (name == names_.traits[k]) return k;
         for (int k = 0; k < nch; k++)
             if (name == chLabel[k]) return k;
-        FailUsage(std::string(option) + ": the session has no trait " + Quoted(name) +
-                  NearestTo(name, names_.traits));
+        return -1;
     }
 
-    bool IsTrait(const std::string& name) const {
-        return std::find(names_.traits.begin(), names_.traits.end(), name) != names_.traits.end();
+    int TraitNamed(const std::string& name, const char* option) const {
+        const int trait = FindTrait(name);
+        if (trait < 0)
+            FailUsage(std::string(option) + ": the session has no trait " + Quoted(name) +
+                      NearestTo(name, names_.traits));
+        return trait;
     }
 
     /// Names that commas part, unless a name has the commas itself.
     std::vector<int> IncludedTraits() const {
         std::vector<int> included(nch, options_.traits.empty() ? 1 : 0);
         for (const std::string& list : options_.traits) {
-            const std::vector<std::string> listed =
-                IsTrait(list) ? std::vector<std::string>{list} : CLI::detail::split(list, ',');
+            const std::vector<std::string> listed = FindTrait(list) >= 0
+                                                        ? std::vector<std::string>{list}
+                                                        : CLI::detail::split(list, ',');
             for (const std::string& name : listed) included[TraitNamed(name, "--traits")] = 1;
         }
         return included;
