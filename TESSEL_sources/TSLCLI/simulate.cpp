@@ -12,12 +12,14 @@
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/names.h"
+#include "TSLCLI/progress.h"
 #include "TSLCLI/result_folder.h"
 #include "TSLCLI/session.h"
 #include "TSLCLI/settings_file.h"
 #include "TSLCLI/simulation_tables.h"
 #include "TSLCLI/world_tables.h"
 #include "TSLGLOB/dataset.h"
+#include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIF/simulation.h"
 #include "TSLIF/simulation/answers.h"
@@ -84,6 +86,23 @@ void TellFiles(const SimulationAnswers& answers, const ResultFolder& folder) {
     if (folder.IsWanted()) Tell("Tables: " + folder.path());
 }
 
+/// Runs the simulation; the rejections of an evaluation, by statistic.
+std::vector<int> RunWorld(SimulationAnswers* answers, SimulationStatistics* statistics) {
+    std::vector<int> rejections;
+    const auto take = [&](int dataSet, const Evaluation& evaluation) {
+        if (statistics != nullptr) statistics->Add(dataSet, evaluation);
+        rejections.assign(evaluation.rejections.begin(), evaluation.rejections.end());
+    };
+    const double tests = answers->evaluates ? niter - 1.0 : 0.0;
+    bool done = false;
+    const EngineTalk talk = RunEngine([&] {
+        const Progress progress(answers->nDataSets * (answers->maxIterations + tests));
+        done = RunSimulation(answers, take);
+    });
+    if (!done) FailRun(talk.screen + " Give --responses that are not all 0");
+    return rejections;
+}
+
 void Simulate(CLI::App& command, const SimulateOptions& o) {
     if (!o.world.empty()) TakeSettings(command, o.world);
     RequireConsistent(command, o);
@@ -99,15 +118,7 @@ void Simulate(CLI::App& command, const SimulateOptions& o) {
 
     std::optional<SimulationStatistics> statistics;
     if (o.evaluates && folder.IsWanted()) statistics.emplace(folder.Table("statistics.csv"));
-    std::vector<int> rejections;
-    bool done = false;
-    const EngineTalk talk = RunEngine([&] {
-        done = RunSimulation(&answers, [&](int dataSet, const Evaluation& evaluation) {
-            if (statistics) statistics->Add(dataSet, evaluation);
-            rejections.assign(evaluation.rejections.begin(), evaluation.rejections.end());
-        });
-    });
-    if (!done) FailRun(talk.screen + " Give --responses that are not all 0");
+    const std::vector<int> rejections = RunWorld(&answers, statistics ? &*statistics : nullptr);
     if (statistics) statistics->Finish();
     if (o.evaluates)
         TellRates(rejections, answers.nDataSets, answers.alpha,

@@ -60,12 +60,16 @@ void TellRates(const std::vector<int>& rejections, int dataSets, double alpha,
         table.emplace(path, std::vector<std::string>{"statistic", "meaning", "rejections",
                                                      "data sets", "rate", "lower limit",
                                                      "upper limit", "confidence level", "alpha"});
+    char head[80];
+    std::snprintf(head, sizeof head, "Rates of P <= %g, with their %g %% limits:", alpha,
+                  100 * kLevel);
+    Tell(head);
     for (int k = 0; k < kRatedStatistics; k++) {
         const Label label = LabelOf(ratedStatistics[k]);
         const ConfidenceLimits limits = BinomialLimits(rejections[k], dataSets, kLevel);
         const double rate = static_cast<double>(rejections[k]) / dataSets;
         char line[80];
-        std::snprintf(line, sizeof line, "%-8s rejected in %-6.4g (%.4g to %.4g) ",
+        std::snprintf(line, sizeof line, "%-8s %-6.4g (%.4g to %.4g) ",
                       std::string(label.statistic).c_str(), rate, limits.lower, limits.upper);
         Tell(line + std::string(label.meaning));
         if (!table) continue;
