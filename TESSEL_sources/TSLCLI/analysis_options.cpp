@@ -67,6 +67,11 @@ bool ParseNumber(const std::string& text, T* number) {
     return error == std::errc() && rest == end;
 }
 
+/// Of a simulation --traits is the table.
+const char* TraitsOption(bool isSimulation) {
+    return isSimulation ? "--traits-in-use" : "--traits";
+}
+
 /// Adds the options that belong to one kind of command.
 class Adder {
   public:
@@ -252,7 +257,8 @@ class Settings {
             const std::vector<std::string> listed = FindTrait(list) >= 0
                                                         ? std::vector<std::string>{list}
                                                         : CLI::detail::split(list, ',');
-            for (const std::string& name : listed) included[TraitNamed(name, "--traits")] = 1;
+            for (const std::string& name : listed)
+                included[TraitNamed(name, TraitsOption(isSimulation_))] = 1;
         }
         return included;
     }
@@ -317,10 +323,12 @@ AnalysisOptions::AnalysisOptions()
 void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o) {
     using enum AnalysisKind;
     Adder(command, kind)
+        .For({kAnalysis, kRanking})
         .Text(
             "--types", &o->types, "each|species|FILE",
             "Types of OTUs: each OTU its own, the session's species, or those of a file: a number "
             "for each OTU in the session's order, or CSV with OTU and type")
+        .For({kAnalysis, kRanking, kSimulation})
         .Words("--belonging", &o->crisp, kBelonging, "How OTUs belong to types")
         .For({kAnalysis, kSimulation})
         .Number("--iterations", &o->iterations, 1, INT_MAX, "1 to 2147483647",
@@ -332,7 +340,9 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
         .Words("--congruence", &o->congruence, kCongruences, "How matrices are compared")
         .Words("--resemblance", &o->resemblance, kResemblances,
                "How communities are compared under mantel")
-        .List("--traits", &o->traits, "Traits to use, parted by commas; all if not given")
+        .List(TraitsOption(kind == kSimulation), &o->traits,
+              "Traits to use, parted by commas; all if not given")
+        .For({kAnalysis, kRanking})
         .Words("--weight-by-groups", &o->weightByGroups, kYesNo,
                "Weigh traits by the sizes of the session's groups of traits")
         .List("--trait-groups", &o->traitGroups,
@@ -342,6 +352,7 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
                "Count matching absences of binary traits as similarity")
         .Words("--root-traits", &o->rootTraits, kYesNo,
                "Rao entropy of traits on square roots of dissimilarities")
+        .For({kAnalysis, kRanking, kSimulation})
         .Words("--beals-target", &o->bealsTarget, kYesNo, "Beals smoothing uses the OTU itself")
         .Number("--predictor-limit", &o->predictorLimit, 1.0, double{FLT_MAX},
                 "1 to 3.4028234663852886e+38",

@@ -27,6 +27,7 @@ constexpr Command kCommands[] = {
     {"check", "Tell what a session holds, and what looks wrong in it", AddCheck},
     {"analyse", "Functional analysis of a session", AddAnalyse},
     {"rank", "Search for the subsets of traits that maximise a criterion", AddRank},
+    {"simulate", "Simulate communities and rate the tests on them", AddSimulate},
     {"derive", "Make a session out of parts of another one", AddDerive},
     {"merge", "Merge two sessions into one", AddMerge},
     {"dialogue", "Run the dialogue on prepared answers", AddDialogue},
@@ -88,11 +89,11 @@ int RunCommandLine(int argc, const char* const* argv) {
             return Fail(
                 kWrongUsage,
                 ("'" + unknown + "' is neither an option nor expected here: see --help").c_str());
-        } catch (const CLI::ParseError& error) {
-            return Fail(kWrongUsage, error.what());
         }
         RunParsed(commands);
         return kDone;
+    } catch (const CLI::ParseError& error) {
+        return Fail(kWrongUsage, error.what());
     } catch (const CommandFailure& failure) {
         return Fail(failure.status, failure.what());
     } catch (const RaisedError& error) {

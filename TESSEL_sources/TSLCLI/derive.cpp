@@ -55,7 +55,7 @@ std::vector<FullNames::Codes> CodesOf(const std::vector<FullNames::Codes>& codes
 void Derive(const Options& o) {
     if (o.session == o.from) FailUsage("--session must name another session than --from");
     const std::string source = DataFileOf(o.from);
-    StartNewSession(o.session, o.force);
+    const FileLock lock = StartNewSession(o.session, o.force);
     CopyText(whichFormda, kFileNameLength, source.c_str());
     CopyText(tempSession, kFileNameLength, o.from.c_str());
     const DataSetOfDialogue released;

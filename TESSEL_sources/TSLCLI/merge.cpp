@@ -99,7 +99,7 @@ void Merge(const Options& o) {
             first.file + " has " + std::to_string(first.names.communities.size()) + ", " +
             second.file + " " + std::to_string(second.names.communities.size()) +
             " communities: derive sessions with as many first");
-    StartNewSession(o.session, o.force);
+    const FileLock lock = StartNewSession(o.session, o.force);
     FullNames names = first.names;
     const Selection otus = Join(first, second);
     names.otus = Picked(Joined(first.names.otus, second.names.otus, o.from[1]), otus);

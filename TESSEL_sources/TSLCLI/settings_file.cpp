@@ -67,6 +67,20 @@ void AddSettingsFile(CLI::App& app) {
     app.allow_config_extras(CLI::config_extras_mode::error);
 }
 
+void TakeSettings(CLI::App& command, const std::string& file) {
+    CLI::App& app = *command.get_parent();
+    if (app.get_config_ptr()->count() > 0)
+        FailUsage(file + ": give the settings either here or by --config");
+    app.get_config_ptr()->add_result(file);
+    for (const CLI::ConfigItem& item : app.get_config_formatter()->from_file(file)) {
+        if (item.parents[0] != command.get_name()) continue;
+        CLI::Option* const option = command.get_option("--" + item.name);
+        if (!option->empty()) continue;
+        option->add_result(item.inputs);
+        option->run_callback();
+    }
+}
+
 std::string SettingsOf(const CLI::App& command) {
     return command.config_to_str();
 }

@@ -13,6 +13,10 @@ class App;
 /// tables and keys are wrong usage.
 void AddSettingsFile(CLI::App& app);
 
+/// Takes from the file, in the same form, what the command line leaves open of the options of one
+/// command.
+void TakeSettings(CLI::App& command, const std::string& file);
+
 /// Every option of the command as it stands, given or not, in the form that --config reads; those
 /// of an App that are not configurable are left out.
 std::string SettingsOf(const CLI::App& command);

@@ -37,6 +37,9 @@ struct SimulationAnswers {
     bool savesSteps = false;  ///< write the files of every step
 };
 
+/// Number of predictors of the factors and interactions.
+int CountPredictors(const SimulationAnswers& answers);
+
 /// Whether the predictors have rows of interactions.
 inline bool HasInteractionRows(const SimulationAnswers& answers) {
     return answers.interactions && answers.nFactors >= 2;

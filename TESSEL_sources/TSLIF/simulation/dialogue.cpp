@@ -86,13 +86,6 @@ void AskTable(const TableQuestions& questions, int rows, int cols, int variables
     table->distribution = AskLetter(questions.distribution, "u n");
 }
 
-int CountPredictors(const SimulationAnswers& answers) {
-    const long long factors = answers.nFactors;
-    const long long pairs = answers.interactions ? factors * (factors - 1) / 2 : 0;
-    if (factors + pairs > INT_MAX) RaiseError(kOutOfMemory);
-    return static_cast<int>(factors + pairs);
-}
-
 void AskPredictors(SimulationAnswers* answers) {
     answers->predictorsInUse.assign(static_cast<std::size_t>(answers->nPredictors), 1);
     const int option = ReadOption(
@@ -126,6 +119,13 @@ void AskSingleRun(SimulationAnswers* answers) {
 }
 
 }  // namespace
+
+int CountPredictors(const SimulationAnswers& answers) {
+    const long long factors = answers.nFactors;
+    const long long pairs = answers.interactions ? factors * (factors - 1) / 2 : 0;
+    if (factors + pairs > INT_MAX) RaiseError(kOutOfMemory);
+    return static_cast<int>(factors + pairs);
+}
 
 void AskWorld(SimulationAnswers* answers) {
     answers->nSites = AskForCount("Specify the number of communities (sites): ");

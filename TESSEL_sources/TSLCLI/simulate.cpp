@@ -1,0 +1,215 @@
+// The command simulate: assembly of communities in a world of named tables, and how often the tests
+// reject their null hypotheses on it.
+
+#include <CLI/CLI.hpp>
+#include <climits>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "TSLCLI/analysis_options.h"
+#include "TSLCLI/commands.h"
+#include "TSLCLI/engine.h"
+#include "TSLCLI/failure.h"
+#include "TSLCLI/names.h"
+#include "TSLCLI/progress.h"
+#include "TSLCLI/result_folder.h"
+#include "TSLCLI/session.h"
+#include "TSLCLI/settings_file.h"
+#include "TSLCLI/simulation_tables.h"
+#include "TSLCLI/world_tables.h"
+#include "TSLGLOB/dataset.h"
+#include "TSLGLOB/settings.h"
+#include "TSLGLOB/shell.h"
+#include "TSLIF/simulation.h"
+#include "TSLIF/simulation/answers.h"
+#include "TSLIF/simulation/data_set_scratch.h"
+#include "TSLIF/simulation/evaluation.h"
+#include "TSLIF/simulation/files.h"
+#include "mxlibDim/text.h"
+
+namespace {
+
+struct SimulateOptions {
+    std::string world;  ///< settings file
+    WorldTables tables;
+    int individuals = 30;
+    double threshold = 0.9;
+    double dispersal = 0.3;
+    double density = 0.3;
+    int steps = 300;
+    bool evaluates = true;
+    int dataSets = 100;
+    double alpha = 0.05;
+    bool savesSteps = false;
+    AnalysisOptions analysis;
+    std::string folder = "yes";
+    bool force = false;
+};
+
+/// What contradicts an evaluation, or its lack.
+void RequireConsistent(const CLI::App& command, const SimulateOptions& o) {
+    if (o.evaluates && o.savesSteps)
+        FailUsage("--save-steps yes: only a single data set has them, without --evaluate");
+    if (!o.evaluates && o.dataSets != 1 && command.get_option("--data-sets")->count() > 0)
+        FailUsage("--data-sets: more than one is simulated only with --evaluate yes");
+}
+
+void TakeRules(const SimulateOptions& o, SimulationAnswers* answers) {
+    answers->maxIndividuals = o.individuals;
+    answers->threshold = o.threshold;
+    answers->dispersalWeight = o.dispersal;
+    answers->densityWeight = o.density;
+    answers->maxIterations = o.steps;
+    answers->evaluates = o.evaluates;
+    answers->nDataSets = o.evaluates ? o.dataSets : 1;
+    answers->alpha = o.alpha;
+    answers->savesSteps = o.savesSteps;
+}
+
+/// The settings of the analysis for the world in the place of a data set.
+void TakeAnalysis(const SimulateOptions& o, const WorldNames& names) {
+    const std::vector<std::string> labels = LabelsFor(names.traits);
+    for (int k = 0; k < nch; k++) CopyText(chLabel[k], kLabelLength, labels[k].c_str());
+    FullNames full;
+    full.otus = names.otus;
+    full.traits = names.traits;
+    optmain = 'H';
+    ApplyAnalysisOptions(o.analysis, AnalysisKind::kSimulation, full);
+}
+
+void TellFiles(const SimulationAnswers& answers, const ResultFolder& folder) {
+    std::string files;
+    for (const char* file : FilesOfRun(answers))
+        files += (files.empty() ? "" : ", ") + std::string(file);
+    Tell("Files: " + files);
+    if (folder.IsWanted()) Tell("Tables: " + folder.path());
+}
+
+/// Runs the simulation; the rejections of an evaluation, by statistic.
+std::vector<int> RunWorld(SimulationAnswers* answers, SimulationStatistics* statistics) {
+    std::vector<int> rejections;
+    const auto take = [&](int dataSet, const Evaluation& evaluation) {
+        if (statistics != nullptr) statistics->Add(dataSet, evaluation);
+        rejections.assign(evaluation.rejections.begin(), evaluation.rejections.end());
+    };
+    const double tests = answers->evaluates ? niter - 1.0 : 0.0;
+    bool done = false;
+    const EngineTalk talk = RunEngine([&] {
+        const Progress progress(answers->nDataSets * (answers->maxIterations + tests));
+        done = RunSimulation(answers, take);
+    });
+    if (!done) FailRun(talk.screen + " Give --responses that are not all 0");
+    return rejections;
+}
+
+void Simulate(CLI::App& command, const SimulateOptions& o) {
+    if (!o.world.empty()) TakeSettings(command, o.world);
+    RequireConsistent(command, o);
+    SimulationAnswers answers;
+    TakeRules(o, &answers);
+    const WorldNames names = TakeWorldTables(o.tables, &answers);
+    const DataSetScratch scratch(answers.nTraits, answers.nOTUs);
+    TakeAnalysis(o, names);
+    for (const char* file : FilesOfRun(answers)) RefuseToOverwrite(file, o.force);
+    ResultFolder folder(o.folder, "SimulatedTables", o.force, kSimulationTables);
+    SettleSeed(command);
+    Tell(SettingsOf(command));
+
+    std::optional<SimulationStatistics> statistics;
+    if (o.evaluates && folder.IsWanted()) statistics.emplace(folder.Table("statistics.csv"));
+    const std::vector<int> rejections = RunWorld(&answers, statistics ? &*statistics : nullptr);
+    if (statistics) statistics->Finish();
+    if (o.evaluates)
+        TellRates(rejections, answers.nDataSets, answers.alpha,
+                  folder.IsWanted() ? folder.Table("rates.csv") : "");
+    folder.Finish(command);
+    TellFiles(answers, folder);
+}
+
+void AddWorldTables(CLI::App& command, WorldTables* t) {
+    const auto addFile = [&](const char* name, std::string* file, const char* help) {
+        command.add_option(name, *file, help)->type_name("FILE")->capture_default_str();
+    };
+    const auto addSize = [&](const char* name, int* size, const char* help) {
+        command.add_option(name, *size, help)
+            ->type_name("NUMBER")
+            ->check(CLI::Range(0, INT_MAX))
+            ->capture_default_str();
+    };
+    const auto addDistribution = [&](const char* name, std::string* distribution) {
+        command
+            .add_option(name, *distribution, "What the report calls the draws, which are normal")
+            ->type_name("")
+            ->check(CLI::IsMember({"normal", "uniform"}))
+            ->capture_default_str();
+    };
+    addFile("--traits", &t->traits, "OTUs in rows, traits in columns");
+    addFile("--trait-correlations", &t->traitCorrelations,
+            "Instead: traits by traits, to draw the traits of each data set from");
+    addDistribution("--trait-distribution", &t->traitDistribution);
+    addFile("--environment", &t->environment, "Sites in rows, factors in columns");
+    addFile("--environment-correlations", &t->environmentCorrelations,
+            "Instead: factors by factors, to draw the factors of each data set from");
+    addDistribution("--environment-distribution", &t->environmentDistribution);
+    addSize("--otus", &t->otus, "Number of OTUs; 0: as the table of traits has");
+    addSize("--sites", &t->sites, "Number of sites; 0: as the table of the environment has");
+    addSize("--factors", &t->factors, "Number of factors; 0: as their table has");
+    AddYesNo(command, "--interactions", &t->interactions,
+             "Products of each factor with the last one are predictors too, as in water:light");
+    addFile("--responses", &t->responses,
+            "Traits in rows, predictors in columns: what each adds to the expected trait");
+    addFile("--effects", &t->effects,
+            "Factors in rows, traits in columns: what changes of traits do to factors");
+}
+
+void AddRules(CLI::App& command, SimulateOptions* o) {
+    const auto addCount = [&](const char* name, int* count, const char* help) {
+        command.add_option(name, *count, help)
+            ->type_name("NUMBER")
+            ->check(CLI::Range(1, INT_MAX))
+            ->capture_default_str();
+    };
+    const auto addShare = [&](const char* name, double* share, const char* help) {
+        command.add_option(name, *share, help)
+            ->type_name("0 to 1")
+            ->check(CLI::Range(0.0, 1.0))
+            ->capture_default_str();
+    };
+    addCount("--individuals", &o->individuals, "Most individuals per site, on average");
+    addShare("--threshold", &o->threshold,
+             "Share of these, or of the steps, from which changes of OTUs are recorded");
+    addShare("--dispersal", &o->dispersal, "Weight of local dispersal");
+    addShare("--density", &o->density, "Weight of density dependence");
+    addCount("--steps", &o->steps, "Most steps of the assembly");
+    AddYesNo(command, "--evaluate", &o->evaluates,
+             "Test every data set and give the rates of rejection; no: one data set, not tested");
+    addCount("--data-sets", &o->dataSets, "Number of data sets");
+    addShare("--alpha", &o->alpha, "Largest P that rejects");
+    command
+        .add_option("--predictors-in-use", o->tables.predictorsInUse,
+                    "Predictors that the tests use; all if not given")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    AddYesNo(command, "--save-steps", &o->savesSteps, "Write the files of every step");
+}
+
+}  // namespace
+
+CommandAction AddSimulate(CLI::App& command) {
+    const auto o = std::make_shared<SimulateOptions>();
+    command.add_option("world", o->world, "Settings file with the world, as --config takes it")
+        ->type_name("FILE")
+        ->check(CLI::ExistingFile)
+        ->configurable(false);
+    AddWorldTables(command, &o->tables);
+    AddRules(command, o.get());
+    AddAnalysisOptions(command, AnalysisKind::kSimulation, &o->analysis);
+    command
+        .add_option("--tables", o->folder, "Folder for the results as CSV; yes: SimulatedTables")
+        ->type_name("yes|no|FOLDER")
+        ->capture_default_str();
+    command.add_flag("--force", o->force, "Replace the files of an earlier run")
+        ->configurable(false);
+    return [&command, o] { Simulate(command, *o); };
+}
