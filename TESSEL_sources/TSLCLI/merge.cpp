@@ -63,13 +63,16 @@ std::string InFormOf2008(const std::string& file) {
 
 /// Joins the second file's data set to the one in memory and writes it; the OTUs that are left.
 Selection Join(const Source& first, const Source& second) {
-    std::string text = InFormOf2008(second.file);
+    const std::string text = InFormOf2008(second.file);
     CopyText(dataName, kTitleLength, first.file.c_str());
     Selection otus;
     bool merged = false;
     const EngineTalk talk = RunEngine([&] {
-        FILE* const stream = fmemopen(text.data(), text.size(), "r");
+        // The readers ask a file for its size.
+        FILE* const stream = std::tmpfile();
         if (stream == nullptr) RaiseError(kFailedOpening);
+        std::fwrite(text.data(), 1, text.size(), stream);
+        std::rewind(stream);
         merged = MergeOpenFormda({stream, second.file.c_str()}, &otus) == 1;
     });
     if (!merged) FailRun(first.file + " and " + second.file + " cannot be merged: " + talk.screen);

@@ -7,7 +7,6 @@
 #include "TSLCLI/session.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/shell.h"
-#include "TSLIF/session_lock.h"
 #include "TSLIFFM2/track.h"
 
 std::string DataFileOf(const std::string& session) {
@@ -21,9 +20,7 @@ std::string DataFileOf(const std::string& session) {
 
 FileLock StartNewSession(const std::string& session, bool force) {
     NameSession(session);
-    FileLock lock = LockSession();
-    if (lock.IsTaken())
-        FailRun("session " + session + " is in use by another program: close it there");
+    FileLock lock = LockNamedSession();
     for (const char* ext : {formdaExt, trackExt, kNamesExt})
         RefuseToOverwrite(session + ext, force);
     return lock;

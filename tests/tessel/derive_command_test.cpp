@@ -78,7 +78,7 @@ TEST_F(SessionCommands, MergingMakesTheFilesOfTheDialogue) {
         EXPECT_EQ(RunWhole("N\nnew\n3\nold\ntwo\nC X\n").exitStatus, 0);
         const auto expected = TakeFiles();
         files(Replaced(second, "18Jan2008", version));
-        const CommandRun run = RunCommand({"merge", "--from", "old", "two", "--session", "new"});
+        const CommandRun run = RunCommand("merge --from old two --session new");
         EXPECT_EQ(run.status, 0);
         EXPECT_TRUE(Contains(run.err, "OTUs of two stand under the communities of old")) << run.err;
         const auto made = TakeFiles();
@@ -129,10 +129,11 @@ TEST_F(SessionCommands, WhatCannotBeDoneIsTold) {
     }
     Texts derive = {"derive", "--from", "old", "--session", "new"};
     EXPECT_EQ(RunCommand(derive).status, 0);
-    EXPECT_EQ(RunCommand(derive).err, "TESSEL: newFormda.txt exists: --force replaces it\n");
+    EXPECT_EQ(RunCommand(derive).err,
+              "TESSEL: newFormda.txt: is there already: give --force to replace it\n");
     derive.emplace_back("--force");
     EXPECT_EQ(RunCommand(derive).status, 0);
-    const CommandRun merge = RunCommand({"merge", "--from", "old", "gone", "--session", "both"});
+    const CommandRun merge = RunCommand("merge --from old gone --session both");
     EXPECT_TRUE(Contains(merge.err, "file goneFormda.txt: a file ended too early")) << merge.err;
     derive = {"derive", "--from", "old", "--session", "part", "--communities", "a"};
     EXPECT_EQ(RunCommand(derive).status, 0);
