@@ -256,6 +256,14 @@ for line in ranking[:ranking.index("== file TESSEL.prf")].split("\n"):
         # Single precision leaves less where correlations near 1 are removed.
         expect(f"K {line[:60]} {label}", float(printed), t.r(name), 4 if "." in name else 6)
 
+# Of crisp types, performances as they are and the second trait.
+t = Tables([1], fuzzy=False, unit=False)
+t.S = t.dark
+for way, a, b, printed in re.findall(
+        r"(Procrustes|RV coefficient)[a-z ]* ro?\(([A-Z])([A-Z])\):\nTRC\t.*\n([.0-9]+)", ranking):
+    measure = procrustes if way == "Procrustes" else rv
+    expect(f"K {way} {a}{b}", float(printed), measure(getattr(t, a), getattr(t, b)))
+
 # Two sites of the tiny world: its means -1/3 and 1, its factor -1/3 and 3, compositions
 # (2/3 1/3) and (0 1).
 ratio = lambda a, b: min(a, b) / max(a, b)

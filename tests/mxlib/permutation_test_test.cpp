@@ -123,6 +123,10 @@ const struct {
          in.Sf[3][8] = in.Sf[8][3] = -999.0;
          in.U[4][1] = in.Q[2][0] = -999.0;
      }},
+    {"a missing similarity", kOrdinary,
+     [](PermTestData*, TestRecord& in) { in.Sb[2][5] = in.Sb[5][2] = -999.0F; }},
+    {"a performance that is no number", kOrdinary,
+     [](PermTestData*, TestRecord& in) { in.W[2][3] = std::nan(""); }},
     {"lower halves not filled", kOrdinary,
      [](PermTestData*, TestRecord& in) {
          for (int i = 0; i < 14; i++)

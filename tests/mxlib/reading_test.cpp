@@ -66,11 +66,11 @@ TEST(Reading, WordsLikeNanAndInfTakeNoDigitAlong) {
 TEST(Reading, AFieldThatDoesNotConvertRaisesEndOfFile) {
     const TempFolder folder;
     FILE* file = FileWith(folder, "12 99999999999 word");
-    std::vector<int> numbers(3);
+    std::vector<int> numbers(3, 7);
     const ConsoleRun run = WithConsole("", [&](FILE*) {
         for (int& number : numbers) freadck(file, "%d", &number, "f");
     });
-    EXPECT_EQ(numbers, (std::vector<int>{12, 2147483647, 0}));
+    EXPECT_EQ(numbers, (std::vector<int>{12, 2147483647, 7}));
     EXPECT_EQ(run.raised, kEndOfFile);
     EXPECT_EQ(run.err, "\nfile f ");
 }
