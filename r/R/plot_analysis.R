@@ -1,0 +1,232 @@
+#' Pictures of a functional analysis.
+plot.tessel_analysis <- function(x, type = c(
+                                   "null", "ordination", "resemblance",
+                                   "belonging", "diversity"
+                                 ), ...) {
+  type <- match.arg(type)
+  draw <- switch(type,
+    null = plot_null,
+    ordination = plot_ordination,
+    resemblance = plot_resemblance,
+    belonging = plot_belonging,
+    diversity = plot_diversity
+  )
+  invisible(draw(x, ...))
+}
+
+# Null distributions with the observed values.
+plot_null <- function(x, statistics = NULL, breaks = 40, ...) {
+  table <- x$tables$statistics
+  if (is.null(statistics)) {
+    statistics <- table$statistic[!grepl("[ZY]", table$statistic)]
+  }
+  unknown <- setdiff(statistics, table$statistic)
+  if (length(unknown) > 0) {
+    stop("The analysis has no statistic ", paste(unknown, collapse = ", "), "; it has ",
+      paste(table$statistic, collapse = ", "), ".",
+      call. = FALSE
+    )
+  }
+  values <- null_values(x)
+  with_par(list(
+    mfrow = grid_of_panels(length(statistics)), mar = c(3.2, 1, 2.4, 1),
+    mgp = c(1.9, 0.6, 0), tcl = -0.3
+  ), for (statistic in statistics) {
+    null <- values[-1, statistic]
+    null <- null[is.finite(null)]
+    row <- table[table$statistic == statistic, ]
+    range <- range(c(null, row$value), na.rm = TRUE)
+    title <- sprintf("r(%s) = %.3f, P = %.3g", statistic, row$value, row$P)
+    if (length(null) == 0 || !is.finite(row$value)) {
+      graphics::plot.new()
+      graphics::title(main = sprintf("r(%s): not a number", statistic), cex.main = 1)
+      next
+    }
+    graphics::hist(null,
+      breaks = breaks, xlim = range + c(-0.03, 0.03) * diff(range), col = colour_of("sky"),
+      border = "white", main = title, cex.main = 1, xlab = paste0("r(", statistic, ")"),
+      ylab = "", yaxt = "n"
+    )
+    graphics::abline(v = row$value, col = colour_of("red"), lwd = 2.5)
+  })
+  values[, statistics, drop = FALSE]
+}
+
+table_matrix <- function(x, name) {
+  table <- x$tables[[name]]
+  if (is.null(table)) {
+    stop("The analysis has no table ", name, ".csv; it has ",
+      paste(names(x$tables), collapse = ", "), ".",
+      call. = FALSE
+    )
+  }
+  as_named_matrix(table)
+}
+
+# Communities on the principal components of T, X or P, with arrows of
+# correlation for its columns and for the environment.
+plot_ordination <- function(x, by = c("T", "X", "P"), environment = x$environment,
+                            axes = 1:2, labels = TRUE, cex = 0.7, arrows = 10, ...) {
+  by <- match.arg(by)
+  values <- table_matrix(x, by)
+  values <- values[, apply(values, 2, stats::sd) > 0, drop = FALSE]
+  components <- stats::prcomp(values, scale. = by == "T")
+  scores <- components$x[, axes, drop = FALSE]
+  explained <- 100 * components$sdev^2 / sum(components$sdev^2)
+  columns <- stats::cor(values, scores)
+  strongest <- order(-rowSums(columns^2))[seq_len(min(arrows, nrow(columns)))]
+  columns <- columns[strongest, , drop = FALSE]
+  sites <- environment_arrows(environment, scores)
+  reach <- max(abs(scores)) * 0.95
+  limits <- c(-1, 1) * max(abs(scores)) * 1.15
+  with_par(list(mar = c(4, 4, 2.4, 1), mgp = c(2.4, 0.7, 0)), {
+    graphics::plot(scores,
+      asp = 1, xlim = limits, ylim = limits, pch = 19, cex = 0.6,
+      col = colour_of("grey"),
+      xlab = sprintf("Axis %d (%.0f %%)", axes[1], explained[axes[1]]),
+      ylab = sprintf("Axis %d (%.0f %%)", axes[2], explained[axes[2]]),
+      main = paste("Communities by", by), cex.main = 1, ...
+    )
+    graphics::abline(h = 0, v = 0, col = "grey90")
+    draw_arrows(columns * reach, colour_of("blue"))
+    if (!is.null(sites)) draw_arrows(sites * reach, colour_of("red"))
+    ends <- rbind(columns, sites) * reach
+    names <- rownames(ends)
+    colours <- rep(
+      c(colour_of("blue"), colour_of("red")),
+      c(nrow(columns), nrow(ends) - nrow(columns))
+    )
+    at <- place_labels(
+      c(ends[, 1], scores[, 1]), c(ends[, 2], scores[, 2]),
+      c(names, if (labels) rownames(scores) else character(nrow(scores))),
+      cex = cex
+    )
+    first <- seq_along(names)
+    graphics::text(at[first, , drop = FALSE], names, col = colours, cex = cex, font = 2)
+    if (labels) {
+      graphics::text(at[-first, , drop = FALSE], rownames(scores),
+        col = "grey40", cex = cex * 0.9
+      )
+    }
+    graphics::legend("topleft",
+      legend = c(if (by == "T") "traits" else "types", if (!is.null(sites)) "environment"),
+      col = c(colour_of("blue"), colour_of("red"))[c(TRUE, !is.null(sites))], lwd = 2,
+      bty = "n", cex = cex
+    )
+  })
+  list(scores = scores, columns = columns, environment = sites)
+}
+
+environment_arrows <- function(environment, scores) {
+  if (is.null(environment)) {
+    return(NULL)
+  }
+  sites <- environment[rownames(scores), , drop = FALSE]
+  is_number <- vapply(sites, is.numeric, logical(1))
+  if (!any(is_number)) {
+    return(NULL)
+  }
+  stats::cor(sites[is_number], scores)
+}
+
+draw_arrows <- function(ends, colour) {
+  long <- sqrt(rowSums(ends^2)) > 0
+  graphics::arrows(0, 0, ends[long, 1], ends[long, 2], length = 0.07, col = colour, lwd = 1.6)
+}
+
+# Resemblances of pairs of communities by two tables: what the Mantel
+# correlation measures.
+plot_resemblance <- function(x, a = "DE", b = "DX", ...) {
+  first <- table_matrix(x, a)
+  second <- table_matrix(x, b)
+  pairs <- lower.tri(first)
+  values <- data.frame(a = first[pairs], b = second[pairs])
+  names(values) <- c(a, b)
+  r <- stats::cor(values[[1]], values[[2]])
+  with_par(list(mar = c(4, 4, 2.4, 1), mgp = c(2.4, 0.7, 0)), {
+    shade <- grDevices::adjustcolor(colour_of("blue"), max(0.08, min(0.6, 300 / nrow(values))))
+    graphics::plot(values,
+      pch = 19, cex = 0.5, col = shade, xlab = a, ylab = b,
+      main = sprintf("Pairs of communities: r = %.3f", r), cex.main = 1, ...
+    )
+    graphics::lines(stats::lowess(values), col = colour_of("red"), lwd = 2)
+  })
+  values
+}
+
+# Belonging of OTUs to types as shades.
+plot_belonging <- function(x, cex = 0.6, ...) {
+  belonging <- table_matrix(x, "U")
+  named <- nrow(belonging) <= 90
+  with_par(list(mar = c(4, 4, 2.4, 1)), {
+    graphics::plot.new()
+    margins <- c(
+      margin_for(colnames(belonging), cex), margin_for(rownames(belonging), cex), 2.4, 1
+    )
+    graphics::par(mar = margins, new = TRUE)
+    shades <- grDevices::colorRampPalette(c("white", colour_of("blue")))(64)
+    graphics::image(seq_len(ncol(belonging)), seq_len(nrow(belonging)),
+      t(belonging[rev(seq_len(nrow(belonging))), , drop = FALSE]),
+      col = shades, axes = FALSE, xlab = "", ylab = "",
+      main = sprintf("Belonging to types, %.2g (white) to %.2g", min(belonging), max(belonging)),
+      cex.main = 1, ...
+    )
+    shown <- fitting(nrow(belonging), cex, 2)
+    graphics::axis(2, rev(seq_len(nrow(belonging)))[shown], shorten(rownames(belonging))[shown],
+      las = 1, cex.axis = cex, tick = FALSE, line = -0.8
+    )
+    shown <- fitting(ncol(belonging), cex, 1)
+    graphics::axis(1, seq_len(ncol(belonging))[shown], shorten(colnames(belonging))[shown],
+      las = 2, cex.axis = cex, tick = FALSE, line = -0.8
+    )
+    graphics::box()
+  })
+  invisible(named)
+  belonging
+}
+
+shorten <- function(names, longest = 28) {
+  ifelse(nchar(names) > longest, paste0(substr(names, 1, longest - 1), "\u2026"), names)
+}
+
+# Which of n rows or columns have room for a label: all, or every second, ...
+fitting <- function(n, cex, side) {
+  inches <- graphics::par("pin")[if (side == 2) 2 else 1]
+  room <- inches / (graphics::par("csi") * cex * 1.05)
+  seq(1, n, by = max(1, ceiling(n / room)))
+}
+
+# Diversity and redundancy of the communities along a variable.
+plot_diversity <- function(x, along = NULL, environment = x$environment, ...) {
+  table <- x$tables$communities
+  indices <- table[-1]
+  position <- seq_len(nrow(table))
+  label <- "communities in their order"
+  if (!is.null(environment) && (is.null(along) || is.character(along))) {
+    if (is.null(along)) along <- names(environment)[vapply(environment, is.numeric, logical(1))][1]
+    if (!along %in% names(environment)) {
+      stop("The environment has no variable ", along, "; it has ",
+        paste(names(environment), collapse = ", "), ".",
+        call. = FALSE
+      )
+    }
+    position <- environment[table[[1]], along]
+    label <- along
+  } else if (is.numeric(along)) {
+    position <- along
+    label <- "variable"
+  }
+  with_par(list(
+    mfrow = grid_of_panels(ncol(indices)), mar = c(4, 4, 1.6, 1), mgp = c(2.4, 0.7, 0)
+  ), for (index in names(indices)) {
+    graphics::plot(position, indices[[index]],
+      pch = 19, cex = 0.8, col = colour_of("blue"), xlab = label,
+      ylab = gsub("_", " ", index), ...
+    )
+    known <- is.finite(position) & is.finite(indices[[index]])
+    graphics::lines(stats::lowess(position[known], indices[[index]][known]),
+      col = colour_of("red"), lwd = 2
+    )
+  })
+  data.frame(community = table[[1]], position = position, indices, check.names = FALSE)
+}

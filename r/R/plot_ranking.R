@@ -1,0 +1,50 @@
+#' Ranked subsets: the criterion by size, and the traits of the best as dots.
+plot.tessel_ranking <- function(x, n = 20, cex = 0.8, ...) {
+  best <- x$tables$best
+  ranked <- utils::head(x$tables$ranked, n)
+  test <- x$tables$test
+  members <- as.matrix(ranked[first_trait_column(ranked):ncol(ranked)])
+  shown <- ncol(members)
+  old <- graphics::par(mar = c(4, 4.2, 2.4, 1), mgp = c(2.6, 0.7, 0))
+  on.exit({
+    graphics::layout(1)
+    graphics::par(old)
+  })
+  graphics::layout(matrix(1:2, 1), widths = c(1, 1.4))
+  graphics::plot(best$size, best$value,
+    type = "b", pch = 19, col = colour_of("blue"), xlab = "traits in the subset",
+    ylab = paste0("best r(", x$settings[["criterion"]], ")"), main = "Best of each size",
+    cex.main = 1, xaxt = "n", ...
+  )
+  graphics::axis(1, best$size)
+  if (!is.null(test)) {
+    sized <- test[test$size %in% best$size, ]
+    significant <- sized$P <= 0.05
+    graphics::points(sized$size[significant], sized$value[significant],
+      cex = 2, col = colour_of("red"), lwd = 2
+    )
+    graphics::legend("bottomright",
+      legend = "P <= 0.05, after the choice", pch = 1, pt.cex = 1.6, pt.lwd = 2,
+      col = colour_of("red"), bty = "n", cex = cex
+    )
+  }
+  rows <- nrow(members)
+  bottom <- margin_for(colnames(members), cex)
+  graphics::par(mar = c(bottom, 4.6, 2.4, 1))
+  graphics::plot(NULL,
+    xlim = c(0.5, shown + 0.5), ylim = c(rows + 0.5, 0.5), axes = FALSE, xlab = "", ylab = "",
+    main = paste("The", rows, "best subsets"), cex.main = 1
+  )
+  graphics::abline(h = seq_len(rows), v = seq_len(shown), col = "grey92")
+  graphics::points(col(members)[members == 1], row(members)[members == 1],
+    pch = 19, cex = 1.2, col = colour_of("blue")
+  )
+  graphics::axis(1, seq_len(shown), shorten(colnames(members)),
+    las = 2, tick = FALSE, cex.axis = cex
+  )
+  every <- fitting(rows, cex, 2)
+  graphics::axis(2, every, format(signif(ranked$value[every], 3)),
+    las = 1, tick = FALSE, cex.axis = cex
+  )
+  invisible(list(best = best, ranked = ranked))
+}

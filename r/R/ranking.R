@@ -1,0 +1,76 @@
+#' Subsets of traits that maximise a criterion.
+tessel_rank <- function(data, criterion, sizes = NULL, test = NULL,
+                        seed = NULL, congruence = NULL, resemblance = NULL,
+                        types = NULL, belonging = NULL, within = NULL,
+                        traits = NULL, weight_by_groups = NULL,
+                        trait_groups = NULL, standardise = NULL,
+                        digits = NULL, lines = NULL, double_absence = NULL,
+                        root_traits = NULL, beals_target = NULL,
+                        predictor_limit = NULL, save_structures = NULL,
+                        folder = NULL) {
+  check_data(data)
+  if (is.numeric(sizes)) sizes <- paste(unique(range(sizes)), collapse = "-")
+  options <- list(
+    criterion = criterion, sizes = sizes, test = test, seed = seed,
+    congruence = congruence, resemblance = resemblance, types = types,
+    belonging = belonging, within = within, traits = traits,
+    weight_by_groups = weight_by_groups,
+    trait_groups = trait_groups_option(trait_groups), standardise = standardise,
+    digits = digits, lines = lines, double_absence = double_absence,
+    root_traits = root_traits, beals_target = beals_target,
+    predictor_limit = predictor_limit, save_structures = save_structures
+  )
+  run_on_session(data, "rank", options, folder, "ChRank_.*\\.txt$")
+}
+
+# The names of the traits of each row of a table with a 0/1 column per trait.
+traits_of <- function(table, first) {
+  members <- table[first:ncol(table)]
+  apply(members == 1, 1, function(row) paste(names(members)[row], collapse = ", "))
+}
+
+first_trait_column <- function(table) {
+  described <- c(
+    "place", "size", "subsets", "value", "P", "iterations", "null_values",
+    "null_mean", "null_sd", "SES"
+  )
+  max(which(names(table) %in% described)) + 1
+}
+
+as.data.frame.tessel_ranking <- function(x, row.names = NULL, optional = FALSE, ...) { # nolint
+  x$tables$ranked
+}
+
+print.tessel_ranking <- function(x, digits = 4, ...) {
+  best <- if (is.null(x$tables$test)) x$tables$best else x$tables$test
+  table <- data.frame(traits = best$size, value = signif(best$value, digits))
+  if (!is.null(best$P)) table$P <- signif(best$P, digits)
+  table$subset <- traits_of(best, first_trait_column(best))
+  cat("Best subsets of traits by ", x$settings[["criterion"]], "\n\n", sep = "")
+  print(table, row.names = FALSE, right = FALSE)
+  if (is.null(best$P)) {
+    cat("\nTesting the winning subset on the same data is no valid test: use test = 999.\n")
+  }
+  invisible(x)
+}
+
+summary.tessel_ranking <- function(object, n = 20, ...) {
+  ranked <- utils::head(object$tables$ranked, n)
+  structure(
+    list(
+      ranked = data.frame(
+        place = ranked$place, traits = ranked$size, value = ranked$value,
+        subset = traits_of(ranked, first_trait_column(ranked))
+      ),
+      settings = object$settings
+    ),
+    class = "summary.tessel_ranking"
+  )
+}
+
+print.summary.tessel_ranking <- function(x, ...) {
+  print(x$ranked, row.names = FALSE, right = FALSE)
+  cat("\nSettings\n")
+  cat(paste0("  ", names(x$settings), " = ", x$settings), sep = "\n")
+  invisible(x)
+}

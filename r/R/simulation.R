@@ -1,0 +1,55 @@
+#' Simulated communities: rates of rejection of the tests.
+tessel_simulate <- function(world, ..., folder = NULL) {
+  if (!is.character(world) || length(world) != 1 || !file.exists(world)) {
+    stop("`world` must be the path of a settings file, such as world.toml; there is none at ",
+      paste(world, collapse = " "), ".",
+      call. = FALSE
+    )
+  }
+  where <- if (is.null(folder)) new_folder("run") else user_folder(folder)
+  if (is.null(folder)) on.exit(unlink(where, recursive = TRUE))
+  # The world names its tables from where it stands.
+  copied <- list.files(dirname(world), "\\.(csv|tsv|txt|toml)$", full.names = TRUE)
+  file.copy(copied, where)
+  arguments <- c(
+    "simulate", basename(world), "--tables", "tables", "--quiet", "--force",
+    option_arguments(list(...))
+  )
+  run_program(arguments, where)
+  result <- read_tessel(file.path(where, "tables"))
+  report <- file.path(where, "FinalSimulatedData.txt")
+  result$report <- read_utf8(report)
+  result
+}
+
+as.data.frame.tessel_simulation <- function(x, row.names = NULL, optional = FALSE, ...) { # nolint
+  x$tables$rates
+}
+
+print.tessel_simulation <- function(x, digits = 3, ...) {
+  rates <- x$tables$rates
+  cat(
+    "Rates of rejection in ", rates[["data sets"]][[1]], " simulated data sets, alpha ",
+    rates$alpha[[1]], "\n\n",
+    sep = ""
+  )
+  print(data.frame(
+    statistic = rates$statistic, rate = signif(rates$rate, digits),
+    from = signif(rates[["lower limit"]], digits),
+    to = signif(rates[["upper limit"]], digits), meaning = rates$meaning
+  ), row.names = FALSE, right = FALSE)
+  invisible(x)
+}
+
+summary.tessel_simulation <- function(object, ...) {
+  structure(list(rates = object$tables$rates, settings = object$settings),
+    class = "summary.tessel_simulation"
+  )
+}
+
+print.summary.tessel_simulation <- function(x, ...) {
+  print(x$rates, row.names = FALSE)
+  cat("\nSettings\n")
+  cat(paste0("  ", names(x$settings), " = ", x$settings), sep = "\n")
+  invisible(x)
+}
