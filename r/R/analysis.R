@@ -1,4 +1,49 @@
-#' Functional analysis: assembly patterns and their probabilities.
+#' Functional analysis
+#'
+#' Measures how strongly trait-convergence (TE), trait-divergence (XE.T) and
+#' phylogenetically structured (PE) assembly patterns follow the environment, with
+#' probabilities from permutations of the OTUs; diversity and redundancy of each
+#' community. `NULL` leaves a setting to the program, whose defaults
+#' `TESSEL analyse --help` tells.
+#' @param data an object of [tessel_data()].
+#' @param iterations arrangements of the test, the observed one among them.
+#' @param seed start of the random numbers; `"clock"` takes the time.
+#' @param congruence `"mantel"`, `"procrustes"` or `"rv"`.
+#' @param resemblance between communities, under mantel: `"euclidean"`,
+#'   `"chord"`, `"absolute"`, `"relative-euclidean"`, `"relative-absolute"`.
+#' @param types `"each"`, `"species"`, a named vector with the type of each OTU,
+#'   or a file.
+#' @param belonging `"fuzzy"` or `"crisp"` types.
+#' @param within a named vector with the group of each OTU, or a file: the OTUs
+#'   are permuted within groups.
+#' @param traits names of the traits to use; all where not given.
+#' @param weight_by_groups,trait_groups weigh traits by the sizes of their
+#'   groups; a named vector with the group of each trait.
+#' @param standardise bring communities to unit totals.
+#' @param tails `"two"` or `"one"`.
+#' @param digits,details digits of the report, and whether it is detailed.
+#' @param double_absence,root_traits,root_phylogeny,beals_target
+#'   `TRUE` or `FALSE`: matching absences count as similarity; square roots of
+#'   dissimilarities for Rao's entropy; Beals smoothing uses the OTU itself.
+#' @param predictor_limit regressions take at most n / this predictors.
+#' @param save_random write all permuted tables (large).
+#' @param folder where report and tables are to stay; `NULL`: they are read and
+#'   taken away.
+#' @return An object of class `tessel_analysis`: a list with `tables` (data
+#'   frames), `report` (the lines of the report), `settings`. See
+#'   [as.data.frame.tessel_analysis()], [plot.tessel_analysis()],
+#'   [null_values()].
+#' @examples
+#' alps <- function(file) {
+#'   path <- system.file("extdata", file, package = "tessel")
+#'   read.csv(path, row.names = 1, check.names = FALSE)
+#' }
+#' if (tessel_available()) {
+#'   d <- tessel_data(alps("traits.csv"), alps("communities.csv"), alps("environment.csv"))
+#'   a <- tessel_analyse(d, iterations = 199, seed = 1)
+#'   a
+#' }
+#' @export
 tessel_analyse <- function(data, iterations = NULL, seed = NULL,
                            congruence = NULL, resemblance = NULL,
                            types = NULL, belonging = NULL, within = NULL,
@@ -51,7 +96,17 @@ in_words <- function(p) {
   ))
 }
 
-#' The statistics as a data frame.
+#' The statistics of an analysis as a data frame
+#'
+#' @param x an analysis.
+#' @param row.names,optional,... as in [as.data.frame()].
+#' @param adjust a method of [stats::p.adjust()] for the column `P_adjusted`.
+#' @return A row for each statistic: value, P, arrangements, mean and standard
+#'   deviation of the null values, standardised effect size.
+#' @examples
+#' a <- read_tessel(system.file("extdata", "tables", package = "tessel"))
+#' as.data.frame(a, adjust = "holm")
+#' @export
 as.data.frame.tessel_analysis <- function(x, row.names = NULL, optional = FALSE, ..., # nolint
                                           adjust = "none") {
   table <- x$tables$statistics
@@ -60,6 +115,7 @@ as.data.frame.tessel_analysis <- function(x, row.names = NULL, optional = FALSE,
   table
 }
 
+#' @export
 print.tessel_analysis <- function(x, digits = 3, ...) {
   table <- x$tables$statistics
   settings <- x$settings
@@ -76,6 +132,7 @@ print.tessel_analysis <- function(x, digits = 3, ...) {
   invisible(x)
 }
 
+#' @export
 summary.tessel_analysis <- function(object, ...) {
   structure(
     list(
@@ -86,6 +143,7 @@ summary.tessel_analysis <- function(object, ...) {
   )
 }
 
+#' @export
 print.summary.tessel_analysis <- function(x, ...) {
   print(x$statistics, row.names = FALSE)
   cat("\nDiversity and redundancy of the communities\n")
@@ -95,7 +153,16 @@ print.summary.tessel_analysis <- function(x, ...) {
   invisible(x)
 }
 
-#' Null values for vegan's permustats.
+#' Null values for vegan's permustats
+#'
+#' @param x an analysis, or a ranking with a test.
+#' @return An object of class `permustats`, for the methods of the package vegan.
+#'   A warning tells that P is counted otherwise there.
+#' @examples
+#' a <- read_tessel(system.file("extdata", "tables", package = "tessel"))
+#' p <- suppressWarnings(as_permustats(a))
+#' if (requireNamespace("vegan", quietly = TRUE)) summary(p)
+#' @export
 as_permustats <- function(x) {
   warning("vegan counts P as (N + 1) / (permutations + 1) of values at least as large, without ",
     "TESSEL's tolerance and, for two tails, not of magnitudes: small differences are expected.",

@@ -2,7 +2,48 @@
 
 session_of_package <- "study"
 
-#' Tables of a study as the program reads them.
+#' The tables of a study
+#'
+#' Hands traits, communities, environment and phylogeny to the program, which
+#' matches them by their names, whatever their order, finds the kinds of the
+#' variables and says what is wrong with them.
+#'
+#' Factors and characters are nominal variables, factors of two levels and
+#' logicals binary, ordered factors ordinal, numbers quantitative. `NA` is a
+#' missing value in `traits` and an error elsewhere. The tables stay in the
+#' object, so that it can be saved and used in another session of R.
+#' @param traits data frame or matrix: OTUs (species) in rows, traits in columns.
+#' @param communities data frame or matrix: communities in rows, OTUs in columns.
+#' @param environment data frame or matrix: communities in rows, variables in
+#'   columns; `NULL` where there is none.
+#' @param phylogeny a tree of class `phylo` (package ape), a tree as text in the
+#'   Newick form, a `dist`, a square matrix by names, or the path of a file of
+#'   either kind. Each table may be the path of a CSV file too.
+#' @param drop_unmatched leave out what stands in one table only; else it is an
+#'   error that lists the names.
+#' @param drop_empty leave out OTUs that occur nowhere and communities without
+#'   OTUs.
+#' @param binary,nominal,ordinal,quantitative names of variables whose kind is
+#'   to be this one, whatever their class.
+#' @param trait_groups named vector: the group of each trait, for weights by
+#'   groups.
+#' @param same_units the variables of the environment have the same units.
+#' @param phylogeny_similarities the matrix holds similarities from 0 to 1.
+#' @param folder where the session's files are to stay; `NULL`: in the temporary
+#'   folder of the R session.
+#' @return An object of class `tessel_data`. `print()` shows what was read,
+#'   `summary()` the same with the names.
+#' @seealso [tessel_analyse()], [tessel_rank()], [tessel_check()]
+#' @examples
+#' alps <- function(file) {
+#'   path <- system.file("extdata", file, package = "tessel")
+#'   read.csv(path, row.names = 1, check.names = FALSE)
+#' }
+#' if (tessel_available()) {
+#'   d <- tessel_data(alps("traits.csv"), alps("communities.csv"), alps("environment.csv"))
+#'   d
+#' }
+#' @export
 tessel_data <- function(traits, communities, environment = NULL,
                         phylogeny = NULL, drop_unmatched = FALSE,
                         drop_empty = FALSE, binary = NULL, nominal = NULL,
@@ -186,21 +227,38 @@ phylogeny_text <- function(phylogeny) {
   list(file = "phylogeny.csv", content = as_table(phylogeny, "phylogeny"))
 }
 
+#' @export
 print.tessel_data <- function(x, ...) {
   cat(x$summary[-1], sep = "\n")
   invisible(x)
 }
 
+#' @export
 summary.tessel_data <- function(object, ...) {
   structure(list(lines = object$summary), class = "summary.tessel_data")
 }
 
+#' @export
 print.summary.tessel_data <- function(x, ...) {
   cat(x$lines, sep = "\n")
   invisible(x)
 }
 
-#' What the program finds in a session: sizes, kinds, and what looks wrong.
+#' What looks wrong with a study
+#'
+#' Sizes, kinds, missing values, names and findings of the program.
+#' @param data an object of [tessel_data()], or the path of a session: folder
+#'   and name.
+#' @return An object of class `tessel_check`, which prints the program's lines.
+#' @examples
+#' alps <- function(file) {
+#'   path <- system.file("extdata", file, package = "tessel")
+#'   read.csv(path, row.names = 1, check.names = FALSE)
+#' }
+#' if (tessel_available()) {
+#'   tessel_check(tessel_data(alps("traits.csv"), alps("communities.csv")))
+#' }
+#' @export
 tessel_check <- function(data) {
   if (inherits(data, "tessel_data")) {
     data <- with_session(data)
@@ -213,6 +271,7 @@ tessel_check <- function(data) {
   structure(list(lines = run_program(c("check", session), folder)), class = "tessel_check")
 }
 
+#' @export
 print.tessel_check <- function(x, ...) {
   cat(x$lines, sep = "\n")
   invisible(x)

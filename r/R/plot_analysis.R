@@ -1,4 +1,23 @@
-#' Pictures of a functional analysis.
+#' Pictures of a functional analysis
+#'
+#' `"null"`: null distributions with the observed values. `"ordination"`:
+#' communities by the program's principal components of T or X, with arrows for
+#' traits (or types) and environment. `"resemblance"`: resemblances of pairs of
+#' communities by two tables, which the Mantel correlation compares.
+#' `"belonging"`: belonging of OTUs to types as shades. `"diversity"`: diversity
+#' and redundancy of the communities along a variable.
+#' @param x an analysis.
+#' @param type the picture.
+#' @param ... for the picture: `statistics` and `breaks` (null); `by`, `labels`,
+#'   `arrows` and `cex` (ordination); `a` and `b`, such as `"DE"` and `"DT"`
+#'   (resemblance); `along`, a name or numbers, and `environment` (diversity).
+#' @return The numbers of the picture, invisibly.
+#' @examples
+#' a <- read_tessel(system.file("extdata", "tables", package = "tessel"))
+#' plot(a, statistics = c("TE", "XE", "XE.T"))
+#' plot(a, "ordination")
+#' plot(a, "resemblance", a = "DE", b = "DT")
+#' @export
 plot.tessel_analysis <- function(x, type = c(
                                    "null", "ordination", "resemblance",
                                    "belonging", "diversity"

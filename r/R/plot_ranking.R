@@ -1,4 +1,15 @@
-#' Ranked subsets: the criterion by size, and the traits of the best as dots.
+#' Picture of a ranking
+#'
+#' The best value of each size, and the best subsets with their traits as dots.
+#' @param x a ranking.
+#' @param n number of subsets to show.
+#' @param cex size of the labels.
+#' @param ... for the left panel.
+#' @return The tables of the picture, invisibly.
+#' @examples
+#' r <- read_tessel(system.file("extdata", "ranking", package = "tessel"))
+#' plot(r)
+#' @export
 plot.tessel_ranking <- function(x, n = 20, cex = 0.8, ...) {
   best <- x$tables$best
   ranked <- utils::head(x$tables$ranked, n)

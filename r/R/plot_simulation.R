@@ -1,5 +1,19 @@
-#' Rates of rejection with their confidence limits.
-plot.tessel_simulation <- function(x, ..., along = NULL, statistics = NULL) {
+#' Picture of rates of rejection
+#'
+#' With confidence limits; of several simulations along sites, the strength of the
+#' filter or whatever they differ in.
+#' @param x a simulation.
+#' @param ... more simulations.
+#' @param along a number for each simulation.
+#' @param statistics the statistics to show.
+#' @param xlab what `along` is.
+#' @return The rates, invisibly.
+#' @examples
+#' s <- read_tessel(system.file("extdata", "simulation", package = "tessel"))
+#' plot(s)
+#' @export
+plot.tessel_simulation <- function(x, ..., along = NULL, statistics = NULL,
+                                   xlab = "simulation") {
   others <- list(...)
   runs <- c(list(x), others[vapply(others, inherits, logical(1), "tessel_simulation")])
   if (is.null(along)) along <- seq_along(runs)
@@ -14,11 +28,11 @@ plot.tessel_simulation <- function(x, ..., along = NULL, statistics = NULL) {
   }
   rates <- rates[rates$statistic %in% statistics, ]
   draw <- if (length(runs) == 1) draw_rates else draw_rates_along
-  with_par(list(mar = c(4, 5.5, 2.4, 1), mgp = c(2.4, 0.7, 0)), draw(rates, statistics))
+  with_par(list(mar = c(4, 5.5, 2.4, 1), mgp = c(2.4, 0.7, 0)), draw(rates, statistics, xlab))
   invisible(rates)
 }
 
-draw_rates <- function(rates, statistics) {
+draw_rates <- function(rates, statistics, ...) {
   place <- rev(seq_along(statistics))
   rates <- rates[match(statistics, rates$statistic), ]
   graphics::plot(rates$rate, place,
@@ -34,12 +48,12 @@ draw_rates <- function(rates, statistics) {
 }
 
 # One line a statistic along the sites, the strength of the filter, ...
-draw_rates_along <- function(rates, statistics) {
+draw_rates_along <- function(rates, statistics, xlab) {
   colours <- rep_len(grDevices::palette.colors(8, "Okabe-Ito"), length(statistics))
   spread <- diff(range(rates$position))
   graphics::plot(NULL,
     xlim = range(rates$position) + c(-0.03, 0.03) * spread, ylim = c(0, 1),
-    xlab = "simulation", ylab = "rate of rejection"
+    xlab = xlab, ylab = "rate of rejection"
   )
   for (k in seq_along(statistics)) {
     own <- rates[rates$statistic == statistics[k], ]

@@ -2,7 +2,17 @@
 
 oldest_program <- "2.11.08"
 
-#' Where the program is.
+#' The program that the package runs
+#'
+#' `tessel_path()` tells where the program is, `tessel_version()` its version,
+#' `tessel_available()` whether there is one that is new enough. The program is
+#' looked for in this order: the option `tessel.program`, the environment
+#' variable `TESSEL_PROGRAM`, the command path.
+#' @return `tessel_path()`: a path. `tessel_version()`: a `numeric_version`.
+#'   `tessel_available()`: `TRUE` or `FALSE`.
+#' @examples
+#' if (tessel_available()) tessel_version()
+#' @export
 tessel_path <- function() {
   candidates <- c(
     getOption("tessel.program", ""),
@@ -26,6 +36,8 @@ tessel_path <- function() {
   unname(normalizePath(path))
 }
 
+#' @rdname tessel_path
+#' @export
 tessel_version <- function() {
   path <- tessel_path()
   printed <- tryCatch(
@@ -43,6 +55,8 @@ tessel_version <- function() {
   numeric_version(version[[1]])
 }
 
+#' @rdname tessel_path
+#' @export
 tessel_available <- function() {
   !inherits(try(checked_path(), silent = TRUE), "try-error")
 }

@@ -1,4 +1,27 @@
-#' Subsets of traits that maximise a criterion.
+#' Subsets of traits that maximise a criterion
+#'
+#' Rates every subset of the traits. Testing the best of them on the same data as
+#' if it had been chosen beforehand is no valid test: `test` repeats the whole
+#' search in each permutation.
+#' @inheritParams tessel_analyse
+#' @param criterion the statistic to maximise: `"XE"`, `"XE.T"`, `"TE"`, `"PX"`,
+#'   `"PX.T"`, `"PT"`, `"RE"` and so on, as `TESSEL rank --help` lists them.
+#' @param sizes numbers of traits in a subset: `1:6`, or text such as `"1-6"`.
+#' @param test number of permutations in which the search is repeated.
+#' @param lines write a line for every subset to the results file.
+#' @param save_structures write the tables of every subset (large).
+#' @return An object of class `tessel_ranking`, with the tables `best`, `ranked`
+#'   and, with a test, `test`.
+#' @examples
+#' alps <- function(file) {
+#'   path <- system.file("extdata", file, package = "tessel")
+#'   read.csv(path, row.names = 1, check.names = FALSE)
+#' }
+#' if (tessel_available()) {
+#'   d <- tessel_data(alps("traits.csv"), alps("communities.csv"), alps("environment.csv"))
+#'   tessel_rank(d, criterion = "TE", sizes = 1:3, test = 99, seed = 1)
+#' }
+#' @export
 tessel_rank <- function(data, criterion, sizes = NULL, test = NULL,
                         seed = NULL, congruence = NULL, resemblance = NULL,
                         types = NULL, belonging = NULL, within = NULL,
@@ -37,10 +60,12 @@ first_trait_column <- function(table) {
   max(which(names(table) %in% described)) + 1
 }
 
+#' @export
 as.data.frame.tessel_ranking <- function(x, row.names = NULL, optional = FALSE, ...) { # nolint
   x$tables$ranked
 }
 
+#' @export
 print.tessel_ranking <- function(x, digits = 4, ...) {
   best <- if (is.null(x$tables$test)) x$tables$best else x$tables$test
   table <- data.frame(traits = best$size, value = signif(best$value, digits))
@@ -54,6 +79,7 @@ print.tessel_ranking <- function(x, digits = 4, ...) {
   invisible(x)
 }
 
+#' @export
 summary.tessel_ranking <- function(object, n = 20, ...) {
   ranked <- utils::head(object$tables$ranked, n)
   structure(
@@ -68,6 +94,7 @@ summary.tessel_ranking <- function(object, n = 20, ...) {
   )
 }
 
+#' @export
 print.summary.tessel_ranking <- function(x, ...) {
   print(x$ranked, row.names = FALSE, right = FALSE)
   cat("\nSettings\n")

@@ -54,7 +54,17 @@ kinds_of_results <- c(
   rates = "tessel_simulation"
 )
 
-#' The object of a run from a folder of tables written elsewhere.
+#' Results from a folder of tables
+#'
+#' Reads the tables that the program wrote elsewhere, on a cluster say, into the
+#' object that the run would have given here.
+#' @param folder the folder of tables, with `settings.toml`.
+#' @return An object of class `tessel_analysis`, `tessel_ranking` or
+#'   `tessel_simulation`. It has no report, and no environment to draw.
+#' @examples
+#' a <- read_tessel(system.file("extdata", "tables", package = "tessel"))
+#' a
+#' @export
 read_tessel <- function(folder) {
   if (!dir.exists(folder)) {
     stop("There is no folder ", folder, ".", call. = FALSE)
@@ -100,7 +110,15 @@ group_file <- function(value, folder) {
   path
 }
 
-#' The values of the statistics in all arrangements, the observed one first.
+#' Values of the statistics under the null model
+#'
+#' @param x an analysis, or a ranking with a test.
+#' @return A matrix: a row for each arrangement, the observed one first, a column
+#'   for each statistic.
+#' @examples
+#' a <- read_tessel(system.file("extdata", "tables", package = "tessel"))
+#' head(null_values(a))
+#' @export
 null_values <- function(x) {
   raw <- x$raw[["null"]]
   if (is.null(raw)) {

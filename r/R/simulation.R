@@ -1,4 +1,18 @@
-#' Simulated communities: rates of rejection of the tests.
+#' Error rates from simulated communities
+#'
+#' Assembles communities in a world of a settings file, tests each data set and
+#' tells how often each test rejects.
+#' @param world path of the settings file. The tables that it names stand in the
+#'   same folder.
+#' @param ... settings in the place of the file's, with underscores for hyphens:
+#'   `data_sets = 50`, `sites = 40`, `iterations = 199`.
+#' @param folder where all files are to stay; `NULL`: they are read and taken away.
+#' @return An object of class `tessel_simulation`, with the tables `rates` and
+#'   `statistics`.
+#' @examples
+#' world <- system.file("extdata", "world", "filter.toml", package = "tessel")
+#' if (tessel_available()) tessel_simulate(world, data_sets = 5, iterations = 19)
+#' @export
 tessel_simulate <- function(world, ..., folder = NULL) {
   if (!is.character(world) || length(world) != 1 || !file.exists(world)) {
     stop("`world` must be the path of a settings file, such as world.toml; there is none at ",
@@ -22,10 +36,12 @@ tessel_simulate <- function(world, ..., folder = NULL) {
   result
 }
 
+#' @export
 as.data.frame.tessel_simulation <- function(x, row.names = NULL, optional = FALSE, ...) { # nolint
   x$tables$rates
 }
 
+#' @export
 print.tessel_simulation <- function(x, digits = 3, ...) {
   rates <- x$tables$rates
   cat(
@@ -41,12 +57,14 @@ print.tessel_simulation <- function(x, digits = 3, ...) {
   invisible(x)
 }
 
+#' @export
 summary.tessel_simulation <- function(object, ...) {
   structure(list(rates = object$tables$rates, settings = object$settings),
     class = "summary.tessel_simulation"
   )
 }
 
+#' @export
 print.summary.tessel_simulation <- function(x, ...) {
   print(x$rates, row.names = FALSE)
   cat("\nSettings\n")
