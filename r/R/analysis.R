@@ -124,11 +124,17 @@ print.tessel_analysis <- function(x, digits = 3, ...) {
     max(table$iterations), " arrangements (seed ", settings[["seed"]], ")\n\n",
     sep = ""
   )
-  print(data.frame(
+  printed <- data.frame(
     statistic = table$statistic, value = signif(table$value, digits),
     P = signif(table$P, digits), effect = signif(table$SES, digits),
-    meaning = table$meaning, verdict = in_words(table$P)
-  ), row.names = FALSE, right = FALSE)
+    verdict = in_words(table$P)
+  )
+  # What the statistic means takes what is left of the line.
+  room <- getOption("width") - nchar(utils::capture.output(
+    print(printed, row.names = FALSE, right = FALSE)
+  )[1]) - 3
+  printed$meaning <- shorten(table$meaning, max(20, room))
+  print(printed, row.names = FALSE, right = FALSE)
   invisible(x)
 }
 

@@ -135,6 +135,13 @@ as_table <- function(table, what) {
       call. = FALSE
     )
   }
+  plain <- vapply(table, function(column) is.atomic(column) && is.null(dim(column)), logical(1))
+  if (!all(plain)) {
+    stop(what, ": the column ", names(table)[!plain][1],
+      " holds lists or matrices; a cell must be one number or word.",
+      call. = FALSE
+    )
+  }
   as.data.frame(table)
 }
 
@@ -221,6 +228,11 @@ phylogeny_text <- function(phylogeny) {
         file = paste0("phylogeny.", tools::file_ext(phylogeny)),
         content = readLines(phylogeny, warn = FALSE)
       ))
+    }
+    if (!grepl("(", phylogeny, fixed = TRUE)) {
+      stop("There is no file ", phylogeny, " (phylogeny), and it is no tree in the Newick form.",
+        call. = FALSE
+      )
     }
     return(list(file = "phylogeny.nwk", content = phylogeny))
   }

@@ -14,56 +14,72 @@ with_par <- function(settings, code) {
   force(code)
 }
 
-# Boxes of labels around points: each label takes the first place around its
-# point where it meets no other label and stays in the panel; a label without
-# room is left out where `crowded` says so, else it stands above its point.
-place_labels <- function(x, y, labels, cex = 0.7, crowded = TRUE) {
+# The directions in which a label may stand from its point, near and further off.
+label_places <- rbind(
+  c(0, 1), c(1, 0), c(-1, 0), c(0, -1), c(1, 1), c(-1, 1), c(1, -1), c(-1, -1)
+)
+
+# Where labels have room: each takes the first place around its point where it
+# meets no other label, covers none of the `blocked` points (two columns) and
+# stays in the panel. `outward` tries the places away from the origin first; a
+# label without room has NA, or where `must` says so a place that avoids other
+# labels at least.
+place_labels <- function(x, y, labels, cex = 0.7, blocked = NULL,
+                         boxes = matrix(numeric(), ncol = 4),
+                         outward = FALSE, must = FALSE) {
   usr <- graphics::par("usr")
   width <- graphics::strwidth(labels, cex = cex) * 1.04
   height <- graphics::strheight(labels, cex = cex) * 1.35
-  dx <- graphics::strwidth("m", cex = cex) * 0.7
-  dy <- graphics::strheight("m", cex = cex) * 0.9
-  places <- list(
-    c(0, 1), c(1, 0), c(-1, 0), c(0, -1), c(1, 1), c(-1, 1), c(1, -1),
-    c(-1, -1)
-  )
-  boxes <- matrix(numeric(), ncol = 4)
+  dx <- graphics::strwidth("m", cex = cex) * 0.4
+  dy <- graphics::strheight("m", cex = cex) * 0.5
   at <- matrix(NA_real_, length(x), 2)
   for (i in seq_along(x)) {
-    for (place in places) {
-      centre <- c(
-        x[i] + place[1] * (dx + width[i] / 2),
-        y[i] + place[2] * (dy + height[i] / 2)
-      )
-      box <- c(
-        centre[1] - width[i] / 2, centre[1] + width[i] / 2,
-        centre[2] - height[i] / 2, centre[2] + height[i] / 2
-      )
-      inside <- box[1] >= usr[1] && box[2] <= usr[2] && box[3] >= usr[3] && box[4] <= usr[4]
-      free <- !any(boxes[, 1] < box[2] & boxes[, 2] > box[1] &
-        boxes[, 3] < box[4] & boxes[, 4] > box[3])
-      if (inside && free) {
-        at[i, ] <- centre
-        boxes <- rbind(boxes, box)
-        break
-      }
+    places <- rbind(label_places, 2 * label_places)
+    if (outward) {
+      away <- places %*% c(x[i], y[i]) / sqrt(rowSums(places^2))
+      places <- places[order(sqrt(rowSums(places^2)) > 1.5, -away), ]
     }
-    if (is.na(at[i, 1]) && !crowded) at[i, ] <- c(x[i], y[i] + dy)
+    boxes_of <- cbind(
+      x[i] + places[, 1] * dx + (sign(places[, 1]) - 1) * width[i] / 2,
+      x[i] + places[, 1] * dx + (sign(places[, 1]) + 1) * width[i] / 2,
+      y[i] + places[, 2] * dy + (sign(places[, 2]) - 1) * height[i] / 2,
+      y[i] + places[, 2] * dy + (sign(places[, 2]) + 1) * height[i] / 2
+    )
+    inside <- boxes_of[, 1] >= usr[1] & boxes_of[, 2] <= usr[2] &
+      boxes_of[, 3] >= usr[3] & boxes_of[, 4] <= usr[4]
+    clear <- inside & apply(boxes_of, 1, function(box) !meets(box, boxes))
+    free <- clear & apply(boxes_of, 1, function(box) !covers(box, blocked))
+    chosen <- c(which(free), if (must) c(which(clear), which(inside), 1))
+    if (length(chosen) == 0) next
+    box <- boxes_of[chosen[1], ]
+    at[i, ] <- c(mean(box[1:2]), mean(box[3:4]))
+    boxes <- rbind(boxes, box)
   }
-  at
+  list(at = at, boxes = boxes)
 }
 
-draw_labels <- function(x, y, labels, cex = 0.7, col = colour_of("ink"), crowded = TRUE) {
-  at <- place_labels(x, y, labels, cex, crowded)
-  shown <- !is.na(at[, 1])
-  graphics::text(at[shown, 1], at[shown, 2], labels[shown], cex = cex, col = col)
-  invisible(shown)
+meets <- function(box, boxes) {
+  any(boxes[, 1] < box[2] & boxes[, 2] > box[1] & boxes[, 3] < box[4] & boxes[, 4] > box[3])
+}
+
+covers <- function(box, points) {
+  any(points[, 1] > box[1] & points[, 1] < box[2] & points[, 2] > box[3] & points[, 2] < box[4])
+}
+
+# Points along arrows from the origin, so that labels keep clear of them.
+along_arrows <- function(ends) {
+  steps <- seq(0, 1, by = 0.02)
+  cbind(c(outer(steps, ends[, 1])), c(outer(steps, ends[, 2])))
+}
+
+shorten <- function(names, longest = 28) {
+  ifelse(nchar(names) > longest, paste0(substr(names, 1, longest - 3), "..."), names)
 }
 
 # A margin, in lines, in which the longest of the labels has room.
-margin_for <- function(labels, cex, least = 4, most = 14) {
-  inches <- max(graphics::strwidth(labels, units = "inches", cex = cex))
-  min(most, max(least, inches / graphics::par("csi") + 1.5))
+margin_for <- function(labels, cex, least = 3, most = 14) {
+  inches <- max(graphics::strwidth(shorten(labels), units = "inches", cex = cex))
+  min(most, max(least, inches / graphics::par("csi") + 0.8))
 }
 
 grid_of_panels <- function(n) {

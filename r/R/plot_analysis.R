@@ -2,14 +2,14 @@
 #'
 #' `"null"`: null distributions with the observed values. `"ordination"`:
 #' communities by the program's principal components of T or X, with arrows for
-#' traits (or types) and environment. `"resemblance"`: resemblances of pairs of
+#' the correlations of traits (or types) and environment with the axes. `"resemblance"`: resemblances of pairs of
 #' communities by two tables, which the Mantel correlation compares.
 #' `"belonging"`: belonging of OTUs to types as shades. `"diversity"`: diversity
 #' and redundancy of the communities along a variable.
 #' @param x an analysis.
 #' @param type the picture.
 #' @param ... for the picture: `statistics` and `breaks` (null); `by`, `labels`,
-#'   `arrows` and `cex` (ordination); `a` and `b`, such as `"DE"` and `"DT"`
+#'   `arrows` (how many) and `cex` (ordination); `a` and `b`, such as `"DE"` and `"DT"`
 #'   (resemblance); `along`, a name or numbers, and `environment` (diversity).
 #' @return The numbers of the picture, invisibly.
 #' @examples
@@ -82,75 +82,81 @@ table_matrix <- function(x, name) {
   as_named_matrix(table)
 }
 
-# Communities on the principal components of T, X or P, with arrows of
-# correlation for its columns and for the environment.
-plot_ordination <- function(x, by = c("T", "X", "P"), environment = x$environment,
-                            axes = 1:2, labels = TRUE, cex = 0.7, arrows = 10, ...) {
+# Communities on the first two principal components of T or X as the program has
+# them, with arrows for the correlations of traits (or types) and environment.
+plot_ordination <- function(x, by = c("T", "X"), labels = TRUE, cex = 0.7, arrows = 10, ...) {
   by <- match.arg(by)
-  values <- table_matrix(x, by)
-  values <- values[, apply(values, 2, stats::sd) > 0, drop = FALSE]
-  components <- stats::prcomp(values, scale. = by == "T")
-  scores <- components$x[, axes, drop = FALSE]
-  explained <- 100 * components$sdev^2 / sum(components$sdev^2)
-  columns <- stats::cor(values, scores)
-  strongest <- order(-rowSums(columns^2))[seq_len(min(arrows, nrow(columns)))]
-  columns <- columns[strongest, , drop = FALSE]
-  sites <- environment_arrows(environment, scores)
-  reach <- max(abs(scores)) * 0.95
-  limits <- c(-1, 1) * max(abs(scores)) * 1.15
-  with_par(list(mar = c(4, 4, 2.4, 1), mgp = c(2.4, 0.7, 0)), {
+  name <- paste0("ordination", by)
+  table <- x$tables[[name]]
+  if (is.null(table)) {
+    stop("The analysis has no table ", name, ".csv: it needs a TESSEL that writes ",
+      "ordinations, and at least two communities and columns of ", by, ".",
+      call. = FALSE
+    )
+  }
+  axes <- function(kind) {
+    rows <- table[table$kind %in% kind, ]
+    matrix(c(rows$axis1, rows$axis2), ncol = 2, dimnames = list(rows$name, c("axis1", "axis2")))
+  }
+  scores <- axes("community")
+  columns <- axes(c("trait", "type"))
+  longest <- order(-rowSums(columns^2))[seq_len(min(arrows, nrow(columns)))]
+  environment <- axes("environment")
+  result <- list(
+    scores = scores, columns = columns, environment = environment, share = axes("share")
+  )
+  columns <- columns[longest, , drop = FALSE]
+  both <- rbind(columns, environment)
+  both <- both[rowSums(is.na(both)) == 0, , drop = FALSE]
+  colours <- ifelse(rownames(both) %in% rownames(environment), colour_of("red"), colour_of("blue"))
+  ends <- both * arrow_reach(both, scores)
+  limits <- apply(rbind(scores, ends), 2, grDevices::extendrange, f = 0.07)
+  with_par(list(mar = c(4, 4, 3.4, 1), mgp = c(2.4, 0.7, 0)), {
     graphics::plot(scores,
-      asp = 1, xlim = limits, ylim = limits, pch = 19, cex = 0.6,
-      col = colour_of("grey"),
-      xlab = sprintf("Axis %d (%.0f %%)", axes[1], explained[axes[1]]),
-      ylab = sprintf("Axis %d (%.0f %%)", axes[2], explained[axes[2]]),
-      main = paste("Communities by", by), cex.main = 1, ...
+      asp = 1, xlim = limits[, 1], ylim = limits[, 2], pch = 19, cex = 0.6, col = "grey60",
+      xlab = sprintf("Axis 1 (%.0f %%)", 100 * result$share[1, 1]),
+      ylab = sprintf("Axis 2 (%.0f %%)", 100 * result$share[1, 2]), ...
     )
     graphics::abline(h = 0, v = 0, col = "grey90")
-    draw_arrows(columns * reach, colour_of("blue"))
-    if (!is.null(sites)) draw_arrows(sites * reach, colour_of("red"))
-    ends <- rbind(columns, sites) * reach
-    names <- rownames(ends)
-    colours <- rep(
-      c(colour_of("blue"), colour_of("red")),
-      c(nrow(columns), nrow(ends) - nrow(columns))
+    draw_arrows(ends, colours)
+    blocked <- rbind(scores, along_arrows(ends))
+    placed <- place_labels(ends[, 1], ends[, 2], shorten(rownames(ends), 22),
+      cex = cex, blocked = blocked, outward = TRUE, must = TRUE
     )
-    at <- place_labels(
-      c(ends[, 1], scores[, 1]), c(ends[, 2], scores[, 2]),
-      c(names, if (labels) rownames(scores) else character(nrow(scores))),
-      cex = cex
-    )
-    first <- seq_along(names)
-    graphics::text(at[first, , drop = FALSE], names, col = colours, cex = cex, font = 2)
+    graphics::text(placed$at, shorten(rownames(ends), 22), col = colours, cex = cex, font = 2)
     if (labels) {
-      graphics::text(at[-first, , drop = FALSE], rownames(scores),
-        col = "grey40", cex = cex * 0.9
-      )
+      names <- shorten(rownames(scores), 16)
+      at <- place_labels(scores[, 1], scores[, 2], names,
+        cex = cex * 0.9, blocked = blocked, boxes = placed$boxes
+      )$at
+      room <- !is.na(at[, 1])
+      graphics::text(at[room, , drop = FALSE], names[room], col = "grey40", cex = cex * 0.9)
     }
-    graphics::legend("topleft",
-      legend = c(if (by == "T") "traits" else "types", if (!is.null(sites)) "environment"),
-      col = c(colour_of("blue"), colour_of("red"))[c(TRUE, !is.null(sites))], lwd = 2,
-      bty = "n", cex = cex
+    # Above the panel, where no point can be.
+    graphics::title(main = paste("Communities by", by), cex.main = 1, line = 2)
+    graphics::mtext("communities", adj = 0, line = 0.4, cex = cex, col = "grey40")
+    graphics::mtext(if (by == "T") "traits" else "types",
+      adj = 0.5, line = 0.4, cex = cex, col = colour_of("blue")
     )
+    if (nrow(environment) > 0) {
+      graphics::mtext("environment", adj = 1, line = 0.4, cex = cex, col = colour_of("red"))
+    }
   })
-  list(scores = scores, columns = columns, environment = sites)
+  result
 }
 
-environment_arrows <- function(environment, scores) {
-  if (is.null(environment)) {
-    return(NULL)
-  }
-  sites <- environment[rownames(scores), , drop = FALSE]
-  is_number <- vapply(sites, is.numeric, logical(1))
-  if (!any(is_number)) {
-    return(NULL)
-  }
-  stats::cor(sites[is_number], scores)
+# By how much arrows of correlations are drawn out to fill the cloud of points
+# without leaving it.
+arrow_reach <- function(ends, scores) {
+  ratio <- apply(scores, 2, range) / apply(rbind(ends, 0), 2, range)
+  0.9 * min(ratio[is.finite(ratio) & ratio > 0], Inf)
 }
 
-draw_arrows <- function(ends, colour) {
+draw_arrows <- function(ends, colours) {
   long <- sqrt(rowSums(ends^2)) > 0
-  graphics::arrows(0, 0, ends[long, 1], ends[long, 2], length = 0.07, col = colour, lwd = 1.6)
+  graphics::arrows(0, 0, ends[long, 1], ends[long, 2],
+    length = 0.07, col = colours[long], lwd = 1.6
+  )
 }
 
 # Resemblances of pairs of communities by two tables: what the Mantel
@@ -176,7 +182,6 @@ plot_resemblance <- function(x, a = "DE", b = "DX", ...) {
 # Belonging of OTUs to types as shades.
 plot_belonging <- function(x, cex = 0.6, ...) {
   belonging <- table_matrix(x, "U")
-  named <- nrow(belonging) <= 90
   with_par(list(mar = c(4, 4, 2.4, 1)), {
     graphics::plot.new()
     margins <- c(
@@ -200,12 +205,7 @@ plot_belonging <- function(x, cex = 0.6, ...) {
     )
     graphics::box()
   })
-  invisible(named)
   belonging
-}
-
-shorten <- function(names, longest = 28) {
-  ifelse(nchar(names) > longest, paste0(substr(names, 1, longest - 1), "\u2026"), names)
 }
 
 # Which of n rows or columns have room for a label: all, or every second, ...

@@ -89,7 +89,7 @@ run_on_session <- function(data, command, options, folder, report) {
   file.copy(file.path(data$folder, session), where, overwrite = TRUE)
   options <- lapply(options, group_file, folder = where)
   arguments <- c(
-    command, session_of_package, "--tables", "tables", "--quiet",
+    command, session_of_package, "--tables", "tables",
     if (!is.null(folder)) "--force", option_arguments(options)
   )
   run_program(arguments, where)

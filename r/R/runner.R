@@ -2,7 +2,8 @@
 
 # Its one line of failure becomes an R error, its warnings R warnings; what it
 # prints on the screen is the value. The program is a child in the foreground,
-# so that an interrupt in R ends it too.
+# so that an interrupt in R ends it too. Where a person looks on, its progress
+# goes to the terminal, and its words come from the file of messages.
 run_program <- function(arguments, folder) {
   path <- checked_path()
   screen <- tempfile("screen")
@@ -10,8 +11,10 @@ run_program <- function(arguments, folder) {
   on.exit(unlink(c(screen, messages)))
   here <- setwd(folder)
   on.exit(setwd(here), add = TRUE)
+  watched <- interactive() && keeps_messages(path, arguments[[1]])
+  arguments <- c(arguments, if (watched) c("--messages", messages) else quiet_for(arguments[[1]]))
   status <- suppressWarnings(system2(path, shQuote(arguments),
-    stdout = screen, stderr = messages, stdin = "/dev/null"
+    stdout = screen, stderr = if (watched) "" else messages, stdin = "/dev/null"
   ))
   said <- read_utf8(messages)
   warned <- grepl("^TESSEL: warning: ", said)
@@ -22,10 +25,27 @@ run_program <- function(arguments, folder) {
   read_utf8(screen)
 }
 
+# The commands whose screen and progress nobody reads.
+quiet_for <- function(command) {
+  if (command %in% c("analyse", "rank", "simulate")) "--quiet"
+}
+
+# Whether the program writes its warnings and failures to a file too; asked once.
+keeps_messages <- function(path, command) {
+  stamp <- paste(path, file.mtime(path), command)
+  if (is.null(checked_programs[[stamp]])) {
+    help <- suppressWarnings(system2(path, c(command, "--help"),
+      stdout = TRUE, stderr = TRUE, stdin = "/dev/null"
+    ))
+    assign(stamp, any(grepl("--messages", help, fixed = TRUE)), envir = checked_programs)
+  }
+  checked_programs[[stamp]]
+}
+
 fail_as_program <- function(lines, status) {
   words <- sub("^TESSEL: ", "", paste(lines, collapse = "\n"))
   if (!nzchar(words)) {
-    words <- paste0("TESSEL ended with status ", status, ": it was interrupted or stopped")
+    words <- paste0("TESSEL was interrupted or stopped (status ", status, ")")
   }
   stop(structure(
     class = c("tessel_error", "error", "condition"),

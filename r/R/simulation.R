@@ -26,7 +26,7 @@ tessel_simulate <- function(world, ..., folder = NULL) {
   copied <- list.files(dirname(world), "\\.(csv|tsv|txt|toml)$", full.names = TRUE)
   file.copy(copied, where)
   arguments <- c(
-    "simulate", basename(world), "--tables", "tables", "--quiet", "--force",
+    "simulate", basename(world), "--tables", "tables", "--force",
     option_arguments(list(...))
   )
   run_program(arguments, where)
