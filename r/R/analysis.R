@@ -125,8 +125,8 @@ print.tessel_analysis <- function(x, digits = 3, ...) {
     sep = ""
   )
   printed <- data.frame(
-    statistic = table$statistic, value = signif(table$value, digits),
-    P = signif(table$P, digits), effect = signif(table$SES, digits),
+    statistic = table$statistic, value = format(signif(table$value, digits)),
+    P = format(signif(table$P, digits)), effect = format(signif(table$SES, digits)),
     verdict = in_words(table$P)
   )
   # What the statistic means takes what is left of the line.

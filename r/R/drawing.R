@@ -14,19 +14,19 @@ with_par <- function(settings, code) {
   force(code)
 }
 
-# The directions in which a label may stand from its point, near and further off.
+# The directions in which a label may stand from its point.
 label_places <- rbind(
   c(0, 1), c(1, 0), c(-1, 0), c(0, -1), c(1, 1), c(-1, 1), c(1, -1), c(-1, -1)
 )
 
 # Where labels have room: each takes the first place around its point where it
 # meets no other label, covers none of the `blocked` points (two columns) and
-# stays in the panel. `outward` tries the places away from the origin first; a
-# label without room has NA, or where `must` says so a place that avoids other
-# labels at least.
+# stays in the panel. `outward` tries the places away from the origin first,
+# then those further off, of which there are so many `rings`; a label without
+# room has NA, or where `must` says so a place that avoids other labels at least.
 place_labels <- function(x, y, labels, cex = 0.7, blocked = NULL,
                          boxes = matrix(numeric(), ncol = 4),
-                         outward = FALSE, must = FALSE) {
+                         rings = 1, outward = FALSE, must = FALSE) {
   usr <- graphics::par("usr")
   width <- graphics::strwidth(labels, cex = cex) * 1.04
   height <- graphics::strheight(labels, cex = cex) * 1.35
@@ -34,11 +34,12 @@ place_labels <- function(x, y, labels, cex = 0.7, blocked = NULL,
   dy <- graphics::strheight("m", cex = cex) * 0.5
   at <- matrix(NA_real_, length(x), 2)
   for (i in seq_along(x)) {
-    places <- rbind(label_places, 2 * label_places)
+    places <- label_places
     if (outward) {
       away <- places %*% c(x[i], y[i]) / sqrt(rowSums(places^2))
-      places <- places[order(sqrt(rowSums(places^2)) > 1.5, -away), ]
+      places <- places[order(-away), ]
     }
+    places <- do.call(rbind, lapply(seq_len(rings), function(ring) ring * places))
     boxes_of <- cbind(
       x[i] + places[, 1] * dx + (sign(places[, 1]) - 1) * width[i] / 2,
       x[i] + places[, 1] * dx + (sign(places[, 1]) + 1) * width[i] / 2,
@@ -79,7 +80,13 @@ shorten <- function(names, longest = 28) {
 # A margin, in lines, in which the longest of the labels has room.
 margin_for <- function(labels, cex, least = 3, most = 14) {
   inches <- max(graphics::strwidth(shorten(labels), units = "inches", cex = cex))
-  min(most, max(least, inches / graphics::par("csi") + 0.8))
+  min(most, max(least, inches / graphics::par("csi") + 1.2))
+}
+
+# The size of a title that fits above its panel.
+title_size <- function(title, most = 1) {
+  most * min(1, graphics::par("fin")[1] * 0.95 /
+    graphics::strwidth(title, units = "inches", cex = most, font = 2))
 }
 
 grid_of_panels <- function(n) {

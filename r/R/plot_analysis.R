@@ -34,7 +34,7 @@ plot.tessel_analysis <- function(x, type = c(
 }
 
 # Null distributions with the observed values.
-plot_null <- function(x, statistics = NULL, breaks = 40, ...) {
+plot_null <- function(x, statistics = NULL, breaks = NULL, ...) {
   table <- x$tables$statistics
   if (is.null(statistics)) {
     statistics <- table$statistic[!grepl("[ZY]", table$statistic)]
@@ -61,11 +61,13 @@ plot_null <- function(x, statistics = NULL, breaks = 40, ...) {
       graphics::title(main = sprintf("r(%s): not a number", statistic), cex.main = 1)
       next
     }
+    bins <- if (is.null(breaks)) min(40, ceiling(1.3 * sqrt(length(null)))) else breaks
     graphics::hist(null,
-      breaks = breaks, xlim = range + c(-0.03, 0.03) * diff(range), col = colour_of("sky"),
-      border = "white", main = title, cex.main = 1, xlab = paste0("r(", statistic, ")"),
+      breaks = bins, xlim = range + c(-0.03, 0.03) * diff(range), col = colour_of("sky"),
+      border = "white", main = "", xlab = paste0("r(", statistic, ")"),
       ylab = "", yaxt = "n"
     )
+    graphics::title(main = title, cex.main = title_size(title))
     graphics::abline(v = row$value, col = colour_of("red"), lwd = 2.5)
   })
   values[, statistics, drop = FALSE]
@@ -121,7 +123,7 @@ plot_ordination <- function(x, by = c("T", "X"), labels = TRUE, cex = 0.7, arrow
     draw_arrows(ends, colours)
     blocked <- rbind(scores, along_arrows(ends))
     placed <- place_labels(ends[, 1], ends[, 2], shorten(rownames(ends), 22),
-      cex = cex, blocked = blocked, outward = TRUE, must = TRUE
+      cex = cex, blocked = blocked, rings = 4, outward = TRUE, must = TRUE
     )
     graphics::text(placed$at, shorten(rownames(ends), 22), col = colours, cex = cex, font = 2)
     if (labels) {
@@ -169,7 +171,7 @@ plot_resemblance <- function(x, a = "DE", b = "DX", ...) {
   names(values) <- c(a, b)
   r <- stats::cor(values[[1]], values[[2]])
   with_par(list(mar = c(4, 4, 2.4, 1), mgp = c(2.4, 0.7, 0)), {
-    shade <- grDevices::adjustcolor(colour_of("blue"), max(0.08, min(0.6, 300 / nrow(values))))
+    shade <- grDevices::adjustcolor(colour_of("blue"), max(0.2, min(0.6, 900 / nrow(values))))
     graphics::plot(values,
       pch = 19, cex = 0.5, col = shade, xlab = a, ylab = b,
       main = sprintf("Pairs of communities: r = %.3f", r), cex.main = 1, ...

@@ -16,7 +16,7 @@ plot.tessel_ranking <- function(x, n = 20, cex = 0.8, ...) {
   test <- x$tables$test
   members <- as.matrix(ranked[first_trait_column(ranked):ncol(ranked)])
   shown <- ncol(members)
-  old <- graphics::par(mar = c(4, 4.2, 2.4, 1), mgp = c(2.6, 0.7, 0))
+  old <- graphics::par(mar = c(4, 4.2, 3, 1), mgp = c(2.6, 0.7, 0))
   on.exit({
     graphics::layout(1)
     graphics::par(old)
@@ -24,9 +24,9 @@ plot.tessel_ranking <- function(x, n = 20, cex = 0.8, ...) {
   graphics::layout(matrix(1:2, 1), widths = c(1, 1.4))
   graphics::plot(best$size, best$value,
     type = "b", pch = 19, col = colour_of("blue"), xlab = "traits in the subset",
-    ylab = paste0("best r(", x$settings[["criterion"]], ")"), main = "Best of each size",
-    cex.main = 1, xaxt = "n", ...
+    ylab = paste0("best r(", x$settings[["criterion"]], ")"), xaxt = "n", ...
   )
+  graphics::title(main = "Best of each size", cex.main = 1, line = 1.4)
   graphics::axis(1, best$size)
   if (!is.null(test)) {
     sized <- test[test$size %in% best$size, ]
@@ -34,14 +34,13 @@ plot.tessel_ranking <- function(x, n = 20, cex = 0.8, ...) {
     graphics::points(sized$size[significant], sized$value[significant],
       cex = 2, col = colour_of("red"), lwd = 2
     )
-    graphics::legend("bottomright",
-      legend = "P <= 0.05, after the choice", pch = 1, pt.cex = 1.6, pt.lwd = 2,
-      col = colour_of("red"), bty = "n", cex = cex
+    graphics::mtext("ring: P <= 0.05, after the choice",
+      line = 0.2, cex = cex, col = colour_of("red")
     )
   }
   rows <- nrow(members)
   bottom <- margin_for(colnames(members), cex)
-  graphics::par(mar = c(bottom, 4.6, 2.4, 1))
+  graphics::par(mar = c(bottom, 4.6, 3, 1))
   graphics::plot(NULL,
     xlim = c(0.5, shown + 0.5), ylim = c(rows + 0.5, 0.5), axes = FALSE, xlab = "", ylab = "",
     main = paste("The", rows, "best subsets"), cex.main = 1

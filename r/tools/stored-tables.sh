@@ -12,17 +12,14 @@ cd "$work"
 
 mkdir -p "$to"
 cp "$root"/examples/aravo/{traits,communities,environment,types}.csv "$to"
+cp -r "$to"/{types.csv,world} .
 "$program" import --traits "$to/traits.csv" --communities "$to/communities.csv" \
   --environment "$to/environment.csv" --session study >import.txt
 
-"$program" analyse study --types "$to/types.csv" --iterations 199 --seed 1 --tables tables --quiet
+"$program" analyse study --types types.csv --iterations 199 --seed 1 --tables tables --quiet
 "$program" rank study --criterion TE --test 99 --seed 1 --tables ranking --quiet
-(
-  cd "$to/world"
-  "$program" simulate filter.toml --data-sets 20 --iterations 99 --seed 1 --tables "$work/simulation" \
-    --quiet --force
-  rm -f ./*_Simulated.txt FinalSimulatedData.txt
-)
+(cd world && "$program" simulate filter.toml --data-sets 20 --iterations 99 --seed 1 \
+  --tables simulation --quiet && mv simulation ..)
 for folder in tables ranking simulation; do
   rm -rf "${to:?}/$folder"
   cp -r "$folder" "$to/$folder"
