@@ -79,7 +79,13 @@ check_data <- function(data) {
 }
 
 trait_groups_option <- function(groups) {
-  if (is.null(groups)) NULL else paste(names(groups), groups, sep = "=")
+  if (is.null(groups)) {
+    return(NULL)
+  }
+  if (is.null(names(groups))) {
+    stop("`trait_groups` must be a named vector: c(height = \"size\", area = \"leaf\").", call. = FALSE)
+  }
+  paste(names(groups), groups, sep = "=")
 }
 
 environment_of <- function(data) {
@@ -178,7 +184,7 @@ as_permustats <- function(x) {
   structure(
     list(
       statistic = values[1, ], permutations = values[-1, , drop = FALSE],
-      alternative = "two.sided"
+      alternative = if (identical(x$settings[["tails"]], "one")) "greater" else "two.sided"
     ),
     class = "permustats"
   )

@@ -64,9 +64,7 @@ tessel_data <- function(traits, communities, environment = NULL,
     nominal = c(nominal, names(kinds)[kinds == "nominal"]),
     ordinal = c(ordinal, names(kinds)[kinds == "ordinal"]),
     quantitative = quantitative,
-    trait_groups = if (!is.null(trait_groups)) {
-      paste(names(trait_groups), trait_groups, sep = "=")
-    },
+    trait_groups = trait_groups_option(trait_groups),
     same_units = same_units, phylogeny_similarities = phylogeny_similarities
   )
   given <- c(binary, nominal, ordinal, quantitative)
@@ -185,6 +183,8 @@ write_table <- function(table, path) {
   writeLines(c(header, rows), path, useBytes = TRUE)
 }
 
+# The arguments that name the tables; those of the package's own are written into
+# the folder, where the program runs.
 write_tables <- function(data, folder) {
   arguments <- character()
   for (name in names(data$tables)) {
@@ -192,8 +192,8 @@ write_tables <- function(data, folder) {
     if (is.null(table)) next
     path <- table
     if (is.data.frame(table)) {
-      path <- file.path(folder, paste0(name, ".csv"))
-      write_table(table, path)
+      path <- paste0(name, ".csv")
+      write_table(table, file.path(folder, path))
     }
     arguments <- c(arguments, paste0("--", name), path)
   }
@@ -204,7 +204,7 @@ write_tables <- function(data, folder) {
     } else {
       writeLines(data$phylogeny$content, path, useBytes = TRUE)
     }
-    arguments <- c(arguments, "--phylogeny", path)
+    arguments <- c(arguments, "--phylogeny", data$phylogeny$file)
   }
   arguments
 }

@@ -80,7 +80,7 @@ shorten <- function(names, longest = 28) {
 # A margin, in lines, in which the longest of the labels has room.
 margin_for <- function(labels, cex, least = 3, most = 14) {
   inches <- max(graphics::strwidth(shorten(labels), units = "inches", cex = cex))
-  min(most, max(least, inches / graphics::par("csi") + 1.2))
+  min(most, max(least, inches / graphics::par("csi") + 1.5))
 }
 
 # The size of a title that fits above its panel.

@@ -169,16 +169,27 @@ plot_resemblance <- function(x, a = "DE", b = "DX", ...) {
   pairs <- lower.tri(first)
   values <- data.frame(a = first[pairs], b = second[pairs])
   names(values) <- c(a, b)
-  r <- stats::cor(values[[1]], values[[2]])
+  r <- statistic_of(x, a, b)
   with_par(list(mar = c(4, 4, 2.4, 1), mgp = c(2.4, 0.7, 0)), {
     shade <- grDevices::adjustcolor(colour_of("blue"), max(0.2, min(0.6, 900 / nrow(values))))
     graphics::plot(values,
       pch = 19, cex = 0.5, col = shade, xlab = a, ylab = b,
-      main = sprintf("Pairs of communities: r = %.3f", r), cex.main = 1, ...
+      main = paste0("Pairs of communities", r), cex.main = 1, ...
     )
     graphics::lines(stats::lowess(values), col = colour_of("red"), lwd = 2)
   })
   values
+}
+
+# The program's own correlation of two tables, for a title, where there is one.
+statistic_of <- function(x, a, b) {
+  letters <- substring(c(a, b), 2)
+  table <- x$tables$statistics
+  row <- table[table$statistic %in% c(paste0(letters, collapse = ""), paste0(rev(letters), collapse = "")), ]
+  if (nrow(row) != 1 || !identical(x$settings[["congruence"]], "mantel")) {
+    return("")
+  }
+  sprintf(": r(%s) = %.3f", row$statistic, row$value)
 }
 
 # Belonging of OTUs to types as shades.

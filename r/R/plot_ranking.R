@@ -42,9 +42,9 @@ plot.tessel_ranking <- function(x, n = 20, cex = 0.8, ...) {
   bottom <- margin_for(colnames(members), cex)
   graphics::par(mar = c(bottom, 4.6, 3, 1))
   graphics::plot(NULL,
-    xlim = c(0.5, shown + 0.5), ylim = c(rows + 0.5, 0.5), axes = FALSE, xlab = "", ylab = "",
-    main = paste("The", rows, "best subsets"), cex.main = 1
+    xlim = c(0.5, shown + 0.5), ylim = c(rows + 0.5, 0.5), axes = FALSE, xlab = "", ylab = ""
   )
+  graphics::title(main = paste("The", rows, "best subsets"), cex.main = 1, line = 1.4)
   graphics::abline(h = seq_len(rows), v = seq_len(shown), col = "grey92")
   graphics::points(col(members)[members == 1], row(members)[members == 1],
     pch = 19, cex = 1.2, col = colour_of("blue")

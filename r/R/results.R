@@ -87,7 +87,7 @@ run_on_session <- function(data, command, options, folder, report) {
   if (is.null(folder)) on.exit(unlink(where, recursive = TRUE))
   session <- list.files(data$folder, paste0("^", session_of_package, ".*\\.(txt|csv)$"))
   file.copy(file.path(data$folder, session), where, overwrite = TRUE)
-  options <- lapply(options, group_file, folder = where)
+  for (name in c("types", "within")) options <- group_file(options, name, where)
   arguments <- c(
     command, session_of_package, "--tables", "tables",
     if (!is.null(folder)) "--force", option_arguments(options)
@@ -98,16 +98,26 @@ run_on_session <- function(data, command, options, folder, report) {
   result
 }
 
-# Types and groups may be given as a named vector: a file of two columns.
-group_file <- function(value, folder) {
-  if (is.null(names(value)) || is.list(value)) {
-    return(value)
+# Types and groups may be given as a named vector, which becomes a file of two
+# columns, or as a file, which the program must find from the folder where it runs.
+group_file <- function(options, name, folder) {
+  value <- options[[name]]
+  if (!is.null(names(value))) {
+    path <- paste0(name, ".csv")
+    write_table(data.frame(type = as.character(value), row.names = names(value)),
+      file.path(folder, path)
+    )
+    options[[name]] <- path
+  } else if (!is.null(value)) {
+    options[[name]] <- full_path(value)
   }
-  path <- tempfile("groups", tmpdir = folder, fileext = ".csv")
-  write_table(
-    data.frame(type = as.character(value), row.names = names(value)), path
-  )
-  path
+  options
+}
+
+# Files are named from the user's folder, where the program does not run.
+full_path <- function(value) {
+  is_file <- is.character(value) && length(value) == 1 && file.exists(value) && !dir.exists(value)
+  if (is_file) normalizePath(value) else value
 }
 
 #' Values of the statistics under the null model

@@ -20,7 +20,7 @@ run_program <- function(arguments, folder) {
   warned <- grepl("^TESSEL: warning: ", said)
   if (status != 0) fail_as_program(said[!warned & nzchar(said)], status)
   for (line in said[warned]) {
-    warning(sub("^TESSEL: warning: ", "", line), call. = FALSE)
+    warning(as_arguments(sub("^TESSEL: warning: ", "", line)), call. = FALSE)
   }
   read_utf8(screen)
 }
@@ -43,7 +43,7 @@ keeps_messages <- function(path, command) {
 }
 
 fail_as_program <- function(lines, status) {
-  words <- sub("^TESSEL: ", "", paste(lines, collapse = "\n"))
+  words <- as_arguments(sub("^TESSEL: ", "", paste(lines, collapse = "\n")))
   if (!nzchar(words)) {
     words <- paste0("TESSEL was interrupted or stopped (status ", status, ")")
   }
@@ -51,6 +51,15 @@ fail_as_program <- function(lines, status) {
     class = c("tessel_error", "error", "condition"),
     list(message = words, call = NULL, status = status)
   ))
+}
+
+# The program's words, with its options named as the arguments are here.
+as_arguments <- function(words) {
+  found <- gregexpr("(?<![^ ])--[a-z]+(-[a-z]+)*", words, perl = TRUE)
+  regmatches(words, found) <- lapply(regmatches(words, found), function(options) {
+    ifelse(options == "--help", options, paste0("`", gsub("-", "_", substring(options, 3)), "`"))
+  })
+  words
 }
 
 read_utf8 <- function(path) {
@@ -67,17 +76,34 @@ option_arguments <- function(values, flags = character()) {
   values <- values[!vapply(values, is.null, logical(1))]
   unlist(lapply(names(values), function(name) {
     value <- values[[name]]
-    option <- paste0("--", gsub("_", "-", name))
+    check_value(name, value, name %in% flags)
+    option <- option_name(name)
     if (name %in% flags) {
-      if (isTRUE(value)) option
+      if (value) option
     } else if (is.logical(value)) {
-      c(option, if (isTRUE(value)) "yes" else "no")
+      c(option, if (value) "yes" else "no")
     } else if (is.numeric(value)) {
       c(option, format(value, digits = 15, scientific = FALSE, trim = TRUE))
     } else {
       as.vector(rbind(option, as.character(value)))
     }
   }))
+}
+
+option_name <- function(name) paste0("--", gsub("_", "-", name))
+
+# What could not be said on a command line.
+check_value <- function(name, value, is_flag) {
+  must_be <- if (!is.atomic(value) || length(value) == 0) {
+    "one value, or several names"
+  } else if (anyNA(value)) {
+    "known: it is NA"
+  } else if (is_flag && !is.logical(value)) {
+    "TRUE or FALSE"
+  } else if (!is.character(value) && !is.factor(value) && length(value) > 1) {
+    "one value"
+  }
+  if (!is.null(must_be)) stop("`", name, "` must be ", must_be, ".", call. = FALSE)
 }
 
 # A folder of the R session's that is gone when the caller leaves with an error.

@@ -11,7 +11,7 @@
 #'   `statistics`.
 #' @examples
 #' world <- system.file("extdata", "world", "filter.toml", package = "tessel")
-#' if (tessel_available()) tessel_simulate(world, data_sets = 5, iterations = 19)
+#' if (tessel_available()) tessel_simulate(world, data_sets = 5, iterations = 39)
 #' @export
 tessel_simulate <- function(world, ..., folder = NULL) {
   if (!is.character(world) || length(world) != 1 || !file.exists(world)) {
@@ -20,14 +20,20 @@ tessel_simulate <- function(world, ..., folder = NULL) {
       call. = FALSE
     )
   }
+  settings <- list(...)
+  if (length(settings) > 0 && (is.null(names(settings)) || any(names(settings) == ""))) {
+    stop("Settings must be named, as in tessel_simulate(world, sites = 40).", call. = FALSE)
+  }
   where <- if (is.null(folder)) new_folder("run") else user_folder(folder)
   if (is.null(folder)) on.exit(unlink(where, recursive = TRUE))
   # The world names its tables from where it stands.
   copied <- list.files(dirname(world), "\\.(csv|tsv|txt|toml)$", full.names = TRUE)
   file.copy(copied, where)
+  beside <- vapply(settings, function(value) value[[1]] %in% basename(copied), logical(1))
+  settings[!beside] <- lapply(settings[!beside], full_path)
   arguments <- c(
     "simulate", basename(world), "--tables", "tables", "--force",
-    option_arguments(list(...))
+    option_arguments(settings)
   )
   run_program(arguments, where)
   result <- read_tessel(file.path(where, "tables"))
