@@ -83,7 +83,9 @@ trait_groups_option <- function(groups) {
     return(NULL)
   }
   if (is.null(names(groups))) {
-    stop("`trait_groups` must be a named vector: c(height = \"size\", area = \"leaf\").", call. = FALSE)
+    stop("`trait_groups` must be a named vector: c(height = \"size\", area = \"leaf\").",
+      call. = FALSE
+    )
   }
   paste(names(groups), groups, sep = "=")
 }

@@ -2,10 +2,11 @@
 #'
 #' `"null"`: null distributions with the observed values. `"ordination"`:
 #' communities by the program's principal components of T or X, with arrows for
-#' the correlations of traits (or types) and environment with the axes. `"resemblance"`: resemblances of pairs of
-#' communities by two tables, which the Mantel correlation compares.
-#' `"belonging"`: belonging of OTUs to types as shades. `"diversity"`: diversity
-#' and redundancy of the communities along a variable.
+#' the correlations of traits (or types) and environment with the axes.
+#' `"resemblance"`: resemblances of pairs of communities by two tables, which the
+#' Mantel correlation compares. `"belonging"`: belonging of OTUs to types as
+#' shades. `"diversity"`: diversity and redundancy of the communities along a
+#' variable.
 #' @param x an analysis.
 #' @param type the picture.
 #' @param ... for the picture: `statistics` and `breaks` (null); `by`, `labels`,
@@ -185,7 +186,8 @@ plot_resemblance <- function(x, a = "DE", b = "DX", ...) {
 statistic_of <- function(x, a, b) {
   letters <- substring(c(a, b), 2)
   table <- x$tables$statistics
-  row <- table[table$statistic %in% c(paste0(letters, collapse = ""), paste0(rev(letters), collapse = "")), ]
+  names <- c(paste(letters, collapse = ""), paste(rev(letters), collapse = ""))
+  row <- table[table$statistic %in% names, ]
   if (nrow(row) != 1 || !identical(x$settings[["congruence"]], "mantel")) {
     return("")
   }
