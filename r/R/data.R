@@ -100,12 +100,26 @@ make_session <- function(data, folder = NULL) {
   data
 }
 
-# The folder of the session; it is made anew where it has gone with the R
-# session that made it.
+# Folders that were made anew, by the one that had gone.
+remade_folders <- new.env(parent = emptyenv())
+
+has_session <- function(folder) {
+  !is.null(folder) && file.exists(file.path(folder, paste0(session_of_package, "Formda.txt")))
+}
+
+# The data with a folder of their session; it is made anew, once, where it has
+# gone with the R session that made it.
 with_session <- function(data) {
-  there <- !is.null(data$folder) &&
-    file.exists(file.path(data$folder, paste0(session_of_package, "Formda.txt")))
-  if (there) data else make_session(data)
+  if (has_session(data$folder)) {
+    return(data)
+  }
+  gone <- data$folder
+  data$folder <- remade_folders[[gone]]
+  if (!has_session(data$folder)) {
+    data <- make_session(data)
+    assign(gone, data$folder, envir = remade_folders)
+  }
+  data
 }
 
 as_table <- function(table, what) {

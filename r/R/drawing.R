@@ -89,7 +89,8 @@ title_size <- function(title, most = 1) {
     graphics::strwidth(title, units = "inches", cex = most, font = 2))
 }
 
+# Three panels stand in a row, others as near to a square as they go.
 grid_of_panels <- function(n) {
-  columns <- ceiling(sqrt(n))
+  columns <- if (n == 3) 3 else ceiling(sqrt(n))
   c(ceiling(n / columns), columns)
 }

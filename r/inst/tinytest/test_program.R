@@ -212,7 +212,7 @@ wrong <- alist(
   list(tessel_simulate(world, 5), "Settings must be named"),
   list(tessel_simulate(world, sites = "x"), "`sites`: Value x"),
   list(tessel_simulate(world, planets = 3), "'`?-*planets`?' is neither"),
-  list(tessel_check("none"), "no session none")
+  list(tessel_check("none"), "no session .?none")
 )
 before <- list.files(tempdir())
 for (case in wrong) {
