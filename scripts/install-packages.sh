@@ -27,7 +27,7 @@ for purpose in "$@"; do
       ;;
     r)
       packages+=(r-base-core r-cran-ape r-cran-vegan r-cran-ade4 r-cran-tinytest r-cran-knitr
-        r-cran-rmarkdown pandoc)
+        r-cran-rmarkdown pandoc qpdf)
       ;;
     lint) packages+=(clang-format clang-tidy) ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;

@@ -9,6 +9,10 @@
 #' @param sizes numbers of traits in a subset: `1:6`, or text such as `"1-6"`.
 #' @param test number of permutations in which the search is repeated.
 #' @param lines write a line for every subset to the results file.
+#' @param digits digits of the results file.
+#' @param double_absence,root_traits,beals_target `TRUE` or `FALSE`: matching
+#'   absences count as similarity; square roots of dissimilarities for Rao's
+#'   entropy; Beals smoothing uses the OTU itself.
 #' @param save_structures write the tables of every subset (large).
 #' @return An object of class `tessel_ranking`, with the tables `best`, `ranked`
 #'   and, with a test, `test`.
