@@ -110,8 +110,12 @@ plot_ordination <- function(x, by = c("T", "X"), labels = TRUE, cex = 0.7, arrow
   )
   columns <- columns[longest, , drop = FALSE]
   both <- rbind(columns, environment)
-  both <- both[rowSums(is.na(both)) == 0, , drop = FALSE]
-  colours <- ifelse(rownames(both) %in% rownames(environment), colour_of("red"), colour_of("blue"))
+  colours <- rep(
+    c(colour_of("blue"), colour_of("red")), c(nrow(columns), nrow(environment))
+  )
+  known <- rowSums(is.na(both)) == 0
+  both <- both[known, , drop = FALSE]
+  colours <- colours[known]
   ends <- both * arrow_reach(both, scores)
   limits <- apply(rbind(scores, ends), 2, grDevices::extendrange, f = 0.07)
   with_par(list(mar = c(4, 4, 3.4, 1), mgp = c(2.4, 0.7, 0)), {

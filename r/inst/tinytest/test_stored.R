@@ -56,6 +56,17 @@ expect_equal(colnames(drawn(plot(a, statistics = "XY"), 4)), "XY")
 o <- drawn(plot(a, "ordination"))
 expect_equal(o$scores[, 1], with(subset(a$tables$ordinationT, kind == "community"), setNames(axis1, name)))
 expect_equal(rownames(o$columns), names(a$tables$T)[-1])
+# The program's axes are those of R's principal components, but for the sign; the columns of T
+# have unit length there, not unit variance.
+for (by in c("T", "X")) {
+  values <- as.matrix(a$tables[[by]][-1])
+  components <- stats::prcomp(values, scale. = by == "T")
+  o <- drawn(plot(a, "ordination", by = by))
+  unit <- if (by == "T") sqrt(74) else 1
+  expect_equal(unname(abs(o$scores)), unname(abs(components$x[, 1:2])) / unit)
+  expect_equal(unname(o$columns), unname(cor(values, o$scores)))
+  expect_equal(unname(o$share[1, ]), (components$sdev^2 / sum(components$sdev^2))[1:2])
+}
 expect_equal(nrow(drawn(plot(a, "ordination", by = "X", labels = FALSE, arrows = 3))$columns), 8L)
 expect_equal(nrow(drawn(plot(a, "resemblance", b = "DT"))), 75L * 74L / 2L)
 expect_equal(dim(drawn(plot(a, "belonging"))), c(82L, 8L))
