@@ -128,7 +128,7 @@ plot_ordination <- function(x, by = c("T", "X"), labels = TRUE, cex = 0.7, arrow
     draw_arrows(ends, colours)
     blocked <- rbind(scores, along_arrows(ends))
     placed <- place_labels(ends[, 1], ends[, 2], shorten(rownames(ends), 22),
-      cex = cex, blocked = blocked, rings = 4, outward = TRUE, must = TRUE
+      cex = cex, blocked = blocked, rings = 12, outward = TRUE, must = TRUE
     )
     graphics::text(placed$at, shorten(rownames(ends), 22), col = colours, cex = cex, font = 2)
     if (labels) {

@@ -49,7 +49,8 @@ draw_rates <- function(rates, statistics, ...) {
 
 # One line a statistic along the sites, the strength of the filter, ...
 draw_rates_along <- function(rates, statistics, xlab) {
-  colours <- rep_len(grDevices::palette.colors(8, "Okabe-Ito"), length(statistics))
+  # Yellow is hard to see on white.
+  colours <- rep_len(grDevices::palette.colors(8, "Okabe-Ito")[-5], length(statistics))
   spread <- diff(range(rates$position))
   graphics::plot(NULL,
     xlim = range(rates$position) + c(-0.03, 0.03) * spread, ylim = c(0, 1),
@@ -64,8 +65,9 @@ draw_rates_along <- function(rates, statistics, xlab) {
     graphics::segments(at, own[["lower limit"]], at, own[["upper limit"]], col = colours[k])
   }
   graphics::abline(h = rates$alpha[1], lty = 2)
-  graphics::legend("right",
-    legend = statistics, col = colours, pch = 14 + seq_along(statistics), lwd = 2,
-    bg = "white", cex = 0.8
+  usr <- graphics::par("usr")
+  graphics::legend(mean(usr[1:2]), usr[4],
+    xjust = 0.5, yjust = 0, horiz = TRUE, xpd = NA, bty = "n", legend = statistics,
+    col = colours, pch = 14 + seq_along(statistics), lwd = 2, cex = 0.8
   )
 }

@@ -10,7 +10,9 @@ communities <- stored("communities.csv")
 environment <- stored("environment.csv")
 study <- tessel_data(traits, communities, environment)
 statistics <- function(a) setNames(a$tables$statistics$value, a$tables$statistics$statistic)
-table_of <- function(a, name) as.matrix(data.frame(a$tables[[name]], row.names = 1, check.names = FALSE))
+table_of <- function(a, name) {
+  as.matrix(data.frame(a$tables[[name]], row.names = 1, check.names = FALSE))
+}
 
 # The lines "r(TE)= value P= probability" of the report, to its digits.
 expect_as_reported <- function(a) {
@@ -20,8 +22,9 @@ expect_as_reported <- function(a) {
   table <- as.data.frame(a)
   rows <- match(name, table$statistic)
   expect_true(length(lines) >= 5 && !anyNA(rows))
-  expect_equal(signif(table$value[rows], 6), as.numeric(vapply(numbers, `[`, "", 1)), tolerance = 1e-12)
-  expect_equal(signif(table$P[rows], 6), as.numeric(vapply(numbers, `[`, "", 2)), tolerance = 1e-12)
+  reported <- matrix(as.numeric(unlist(numbers)), ncol = 2, byrow = TRUE)
+  expect_equal(signif(table$value[rows], 6), reported[, 1], tolerance = 1e-12)
+  expect_equal(signif(table$P[rows], 6), reported[, 2], tolerance = 1e-12)
 }
 before <- list.files(tempdir())
 a <- tessel_analyse(study, iterations = 99, seed = 1)
@@ -51,8 +54,9 @@ setwd(here)
 if (requireNamespace("vegan", quietly = TRUE)) {
   resemblance <- function(name) as.dist(table_of(a, name))
   mantel <- function(x, y) vegan::mantel(resemblance(x), resemblance(y), permutations = 0)$statistic
-  partial <- function(x, y, z) {
-    vegan::mantel.partial(resemblance(x), resemblance(y), resemblance(z), permutations = 0)$statistic
+  partial <- function(...) {
+    tables <- lapply(c(...), resemblance)
+    vegan::mantel.partial(tables[[1]], tables[[2]], tables[[3]], permutations = 0)$statistic
   }
   expect_equal(statistics(a)[["TE"]], mantel("DT", "DE"))
   expect_equal(statistics(a)[["XE"]], mantel("DX", "DE"))
@@ -120,7 +124,9 @@ if (dir.exists(mafragh)) {
   read <- function(file) read.csv(file.path(mafragh, file), row.names = 1, check.names = FALSE)
   tree <- file.path(mafragh, "phylogeny.nwk")
   with_tree <- function(phylogeny) {
-    data <- tessel_data(read("traits.csv"), read("communities.csv"), read("environment.csv"), phylogeny)
+    data <- tessel_data(
+      read("traits.csv"), read("communities.csv"), read("environment.csv"), phylogeny
+    )
     tessel_analyse(data, iterations = 19, seed = 1)
   }
   m <- with_tree(tree)
@@ -130,16 +136,14 @@ if (dir.exists(mafragh)) {
     phylo <- ape::read.tree(tree)
     phylo$tip.label <- gsub("_", " ", phylo$tip.label)
     expect_equal(statistics(with_tree(phylo)), statistics(m))
-    expect_equal(statistics(with_tree(ape::cophenetic.phylo(phylo))), statistics(m), tolerance = 1e-6)
-    expect_equal(statistics(with_tree(as.dist(ape::cophenetic.phylo(phylo)))), statistics(m),
-      tolerance = 1e-6
-    )
+    distances <- ape::cophenetic.phylo(phylo)
+    expect_equal(statistics(with_tree(distances)), statistics(m), tolerance = 1e-6)
+    expect_equal(statistics(with_tree(as.dist(distances))), statistics(m), tolerance = 1e-6)
   }
   if (requireNamespace("vegan", quietly = TRUE)) {
     resemblance <- function(name) as.dist(table_of(m, name))
-    expect_equal(
-      statistics(m)[["PE"]], vegan::mantel(resemblance("DP"), resemblance("DE"), permutations = 0)$statistic
-    )
+    by_vegan <- vegan::mantel(resemblance("DP"), resemblance("DE"), permutations = 0)
+    expect_equal(statistics(m)[["PE"]], by_vegan$statistic)
   }
 }
 
@@ -178,7 +182,7 @@ wrong <- alist(
   list(data(e = t(environment)), "environment.csv: the table is turned"),
   list(data(communities, traits), "the table is turned"),
   list(data(binary = "Height"), "'Height': told to be binary"),
-  list(data(nominal = "Hight"), "`nominal`: no trait or variable is named 'Hight' \\(near 'Height'\\)"),
+  list(data(nominal = "Hight"), "`nominal`: no trait or variable is named 'Hight' .near"),
   list(data(ordinal = "Height", nominal = "Height"), "nominal and ordinal"),
   list(data(trait_groups = c(Hight = "a")), "`trait_groups`: no trait is named 'Hight'"),
   list(data(trait_groups = "a"), "`trait_groups` must be a named vector"),

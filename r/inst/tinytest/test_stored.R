@@ -21,7 +21,9 @@ expect_stdout <- function(object, patterns) {
   text <- paste(capture.output(print(object)), collapse = "\n")
   for (pattern in patterns) expect_true(grepl(pattern, text), info = pattern)
 }
-expect_stdout(a, c("199 arrangements", "XE.T +0\\.\\d+ +0\\.00\\d+.*P <= 0.01", "TE .*not significant"))
+expect_stdout(a, c(
+  "199 arrangements", "XE.T +0\\.\\d+ +0\\.00\\d+.*P <= 0.01", "TE .*not significant"
+))
 expect_stdout(summary(a), c("Rao_traits", "congruence = mantel"))
 expect_stdout(r, c("Best subsets of traits by TE", "Height, Spread, Thick, SLA, N_mass"))
 expect_stdout(summary(r), "criterion = TE")
@@ -54,7 +56,8 @@ drawn <- function(code, width = 7) {
 expect_equal(drawn(plot(a)), null[, c("TE", "XE", "XE.T", "RE", "XE.TR")])
 expect_equal(colnames(drawn(plot(a, statistics = "XY"), 4)), "XY")
 o <- drawn(plot(a, "ordination"))
-expect_equal(o$scores[, 1], with(subset(a$tables$ordinationT, kind == "community"), setNames(axis1, name)))
+placed <- subset(a$tables$ordinationT, kind == "community")
+expect_equal(o$scores[, 1], setNames(placed$axis1, placed$name))
 expect_equal(rownames(o$columns), names(a$tables$T)[-1])
 # The program's axes are those of R's principal components, but for the sign; the columns of T
 # have unit length there, not unit variance.
@@ -100,7 +103,7 @@ invisible(grDevices::dev.off())
 expect_error(plot(a, "pie"), "should be one of")
 expect_error(plot(a, statistics = "QQ"), "no statistic QQ; it has TE")
 expect_error(plot(a, "resemblance", a = "DP"), "no table DP.csv; it has")
-expect_error(plot(a, "diversity", along = "Moon", environment = snow), "no variable Moon; it has Aspect")
+expect_error(plot(a, "diversity", along = "Moon", environment = snow), "no variable Moon; it has A")
 expect_error(plot(s, s, along = 1), "a value for each of the 2")
 b$tables$ordinationT <- NULL
 expect_error(plot(b, "ordination"), "no table ordinationT.csv")
