@@ -4,6 +4,7 @@
 #   scripts/install-packages.sh build         compiler, CMake, GSL, CLI11, libcsv
 #   scripts/install-packages.sh build test    and GoogleTest, Google Benchmark
 #   scripts/install-packages.sh build fuzz    and clang with its fuzzer runtime
+#   scripts/install-packages.sh r             R with what the package in r/ and its tests use
 #   scripts/install-packages.sh lint          clang-format, clang-tidy
 set -euo pipefail
 
@@ -23,6 +24,10 @@ for purpose in "$@"; do
     fuzz)
       packages+=(clang llvm)
       has_fuzzer_runtime || packages+=(libclang-rt-dev)
+      ;;
+    r)
+      packages+=(r-base-core r-cran-ape r-cran-vegan r-cran-ade4 r-cran-tinytest r-cran-knitr
+        r-cran-rmarkdown pandoc qpdf)
       ;;
     lint) packages+=(clang-format clang-tidy) ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
