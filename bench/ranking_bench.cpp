@@ -55,7 +55,7 @@ double Microseconds(const Body& body) {
 
 double OfSearch(int smallest) {
     nMinTraitsChRank = smallest;
-    return Microseconds(CriterionOf(opt_struct).search);
+    return Microseconds([] { CriterionOf(opt_struct).search({}); });
 }
 
 /// Time of all subsets less that of the one with all traits, over their number.
