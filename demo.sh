@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the program, runs the functional analysis of the alpine plants in
-# examples/aravo from its prepared answers, and shows the statistics with their probabilities.
+# Installs what is missing, builds the program, imports the tables of the alpine plants in
+# examples/aravo, runs their functional analysis, and shows the statistics with their probabilities.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -32,13 +32,20 @@ cp -r examples/aravo "$folder"
 program=$PWD/build/TESSEL
 limit=()
 command -v timeout >/dev/null 2>&1 && limit=(timeout 600)
-echo "Analysing examples/aravo: 75 communities, 82 species, 8 traits, 1000 iterations ..."
-(cd "$folder" && "${limit[@]}" "$program" <answers.txt >screen.txt 2>errors.txt) ||
-  fail "the program ended with status $?; its messages:" "$folder/errors.txt"
 
-report=$folder/aravoPrinda.txt
-[ -s "$report" ] || fail "the program wrote no report; its messages:" "$folder/errors.txt"
-grep -q '^(\*)Probability' "$report" || fail "the report $report has no statistics"
+# Shows a command of the program and runs it in the folder.
+run() {
+  echo
+  echo "\$ TESSEL $*"
+  (cd "$folder" && ${limit[@]+"${limit[@]}"} "$program" "$@") || fail "the program ended with status $?"
+}
+
+run import --traits traits.csv --communities communities.csv --environment environment.csv \
+  --session alps
+run analyse alps --iterations 1000 --seed 1 --congruence mantel
+
+[ -s "$folder/alpsPrinda.txt" ] || fail "the program wrote no report"
+[ -s "$folder/alpsTables/statistics.csv" ] || fail "the program wrote no tables"
 echo
-sed -n '/^Statistics and probabilities/,/^(\*)Probability/{/^(\*)Probability/!p}' "$report"
-echo "The whole report: $report"
+echo "The whole report: $folder/alpsPrinda.txt"
+echo "The tables, all digits, null values included: $folder/alpsTables/"
