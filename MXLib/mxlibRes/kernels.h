@@ -32,9 +32,15 @@ struct Kernels {
                                  const double* const* b, double* const* c);
 };
 
-/// The loops for this processor, and those that any processor can run.
-const Kernels& KernelsOfProcessor();
-const Kernels& KernelsOfAnyProcessor();
+/// Bytes of the widest vector registers that the loops use on this processor: 16, which every
+/// processor has, or 32.
+int BytesOfRegisters();
+
+/// The loops for registers of so many bytes, which the processor must have.
+const Kernels& KernelsOfRegisters(int bytes);
+inline const Kernels& KernelsOfProcessor() {
+    return KernelsOfRegisters(BytesOfRegisters());
+}
 
 /// Sum of weights[e] times row[at[e]].
 inline double GatheredDot(int entries, const int* at, const double* weights, const double* row) {

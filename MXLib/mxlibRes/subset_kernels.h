@@ -4,6 +4,8 @@
 /// plain routine; what runs side by side are sums of different objects. Both versions of a loop,
 /// for this processor and for any, give the same digits.
 
+#include "mxlibRes/kernels.h"
+
 /// Side of a square tile of cells.
 inline constexpr int kTileSide = 8;
 inline constexpr int kTileCells = kTileSide * kTileSide;
@@ -69,8 +71,11 @@ struct SubsetKernels {
     TypedSubsetKernels<double> ofDouble;
 };
 
-const SubsetKernels& SubsetKernelsOfProcessor();
-const SubsetKernels& SubsetKernelsOfAnyProcessor();
+/// As for Kernels.
+const SubsetKernels& SubsetKernelsOfRegisters(int bytes);
+inline const SubsetKernels& SubsetKernelsOfProcessor() {
+    return SubsetKernelsOfRegisters(BytesOfRegisters());
+}
 
 template <class T>
 const TypedSubsetKernels<T>& KernelsOf(const SubsetKernels& kernels) {
