@@ -58,13 +58,13 @@ void RegisterLoops(int bytes) {
     float* narrowTo = t.narrowResult.data();
     Register(bytes, "euclidean", [=] { k->euclidean(kObjects, kColumns, x, kStride, to); });
     Register(bytes, "dot", [=] { benchmark::DoNotOptimize(k->dot(kCells, x, x + kCells)); });
-    Register(bytes, "centre", [=] { k->centre(kCells, 1e-9, to); });
+    Register(bytes, "centreAndDots",
+             [=] { k->centreAndDots(kCells, 1e-9, to, 3, columns, to + kCells); });
     Register(bytes, "weightedRows", [=] { k->weightedRows(30, at, x, x, 20, to); });
     Register(bytes, "columnProducts",
              [=] { k->columnProducts(40, 60, columns, kColumns, columns, t.results.data()); });
-    Register(bytes, "chains", [=] { s->chains(8, kCells, columns, columns, to); });
-    Register(bytes, "deviations", [=] { s->deviations(kCells, 1.0, x, to); });
-    Register(bytes, "products", [=] { s->products(kObjects, kColumns, rows, to); });
+    Register(bytes, "products", [=] { s->products(8, kCells, columns, x, columns, x, to); });
+    Register(bytes, "objectProducts", [=] { s->objectProducts(kObjects, kColumns, rows, to); });
     Register(bytes, "euclideanF", [=] { s->ofFloat.euclidean(kObjects, 4, rows, to); });
     Register(bytes, "euclideanD", [=] { s->ofDouble.euclidean(kObjects, 4, columns, to); });
     Register(bytes, "memberMeans", [=] { s->ofFloat.memberMeans(80, 10, at, rows, narrowTo); });

@@ -13,22 +13,28 @@
 /// Before a loop over an array of vectors, which then lies in registers.
 #define UNROLL _Pragma("GCC unroll 16")
 
-/// Registers of kBytes, and how many doubles and floats they hold.
-template <int kBytes>
+/// Registers of so many bytes, and how many doubles and floats they hold.
+template <int bytes>
 struct Registers {
+    static constexpr int kBytes = bytes;
     template <class T>
     struct Of {
-        typedef T Lanes __attribute__((vector_size(kBytes)));
+        typedef T Lanes __attribute__((vector_size(bytes)));
     };
     using Doubles = typename Of<double>::Lanes;
     using Floats = typename Of<float>::Lanes;
     typedef float Halves
-        __attribute__((vector_size(kBytes / 2)));  ///< as many floats as Doubles has doubles
-    static constexpr int kDoubles = kBytes / 8;
-    static constexpr int kFloats = kBytes / 4;
+        __attribute__((vector_size(bytes / 2)));  ///< as many floats as Doubles has doubles
+    static constexpr int kDoubles = bytes / 8;
+    static constexpr int kFloats = bytes / 4;
 };
 using PlainRegisters = Registers<16>;  ///< of any processor
 using WideRegisters = Registers<32>;
+using WidestRegisters = Registers<64>;
+
+/// R, or what of it holds few places.
+template <class R>
+using AtMost32 = Registers<(R::kBytes < 32 ? R::kBytes : 32)>;
 
 template <class R, class T>
 using LanesOf = typename R::template Of<T>::Lanes;

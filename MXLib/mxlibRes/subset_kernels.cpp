@@ -28,10 +28,69 @@ INLINE_BODY void TurnCells(const Registers<32>::Doubles* v, Registers<32>::Doubl
     Shuffle<2, 3, 6, 7>(odd[0], odd[1], cell + 3);
 }
 
-/// kChains chains at once.
-template <class R, int kChains, bool kProducts>
-INLINE_BODY void SumChains(long m, const double* const* x, const double* const* y, double* sums) {
+/// What the cells of kChains chains are, a vector of cells after the other.
+template <int kChains>
+struct Chains {
+    const double* x[kChains];
+    const double* y[kChains];
+    double meanX[kChains];
+    double meanY[kChains];
+
+    /// Chains that are not there are the first one again.
+    INLINE_BODY Chains(int chains, const double* const* ofX, const double* ofMeanX,
+                       const double* const* ofY, const double* ofMeanY) {
+        for (int c = 0; c < kChains; c++) {
+            const int from = c < chains ? c : 0;
+            x[c] = ofX[from];
+            if (ofY == nullptr) continue;
+            y[c] = ofY[from];
+            meanX[c] = ofMeanX[from];
+            meanY[c] = ofMeanY[from];
+        }
+    }
+};
+
+/// The terms are the cells themselves; `missing` gathers, by chain, which are.
+template <class R, int kChains>
+INLINE_BODY void SumChains(int chains, long m, const double* const* x, double* sums,
+                           bool* hasMissing) {
     constexpr int kWidth = R::kDoubles;
+    const Chains<kChains> of(chains, x, nullptr, nullptr, nullptr);
+    typename R::Doubles sum[kChains / kWidth] = {};
+    decltype(sum[0] == sum[0]) missing[kChains] = {};
+    long k = 0;
+    for (; k + kWidth <= m; k += kWidth) {
+        UNROLL
+        for (int g = 0; g < kChains / kWidth; g++) {
+            typename R::Doubles terms[kWidth], cell[kWidth];
+            UNROLL
+            for (int c = 0; c < kWidth; c++) {
+                Load(of.x[g * kWidth + c] + k, terms[c]);
+                missing[g * kWidth + c] |= terms[c] == double{kMissing};
+            }
+            TurnCells(terms, cell);
+            UNROLL
+            for (int c = 0; c < kWidth; c++) sum[g] += cell[c];
+        }
+    }
+    for (int c = 0; c < chains; c++) {
+        double s = sum[c / kWidth][c % kWidth];
+        bool any = false;
+        for (int l = 0; l < kWidth; l++) any = any || missing[c][l] != 0;
+        for (long j = k; j < m; j++) {
+            s += of.x[c][j];
+            any = any || IsMissing(of.x[c][j]);
+        }
+        sums[c] = s;
+        hasMissing[c] = any;
+    }
+}
+
+template <class R, int kChains>
+INLINE_BODY void MultiplyChains(int chains, long m, const double* const* x, const double* meanX,
+                                const double* const* y, const double* meanY, double* sums) {
+    constexpr int kWidth = R::kDoubles;
+    const Chains<kChains> of(chains, x, meanX, y, meanY);
     typename R::Doubles sum[kChains / kWidth] = {};
     long k = 0;
     for (; k + kWidth <= m; k += kWidth) {
@@ -40,69 +99,38 @@ INLINE_BODY void SumChains(long m, const double* const* x, const double* const* 
             typename R::Doubles terms[kWidth], cell[kWidth], v;
             UNROLL
             for (int c = 0; c < kWidth; c++) {
-                Load(x[g * kWidth + c] + k, terms[c]);
-                if constexpr (kProducts) terms[c] *= Load(y[g * kWidth + c] + k, v);
+                const int chain = g * kWidth + c;
+                terms[c] = Load(of.x[chain] + k, v) - of.meanX[chain];
+                terms[c] *= Load(of.y[chain] + k, v) - of.meanY[chain];
             }
             TurnCells(terms, cell);
             UNROLL
             for (int c = 0; c < kWidth; c++) sum[g] += cell[c];
         }
     }
-    for (int c = 0; c < kChains; c++) {
+    for (int c = 0; c < chains; c++) {
         double s = sum[c / kWidth][c % kWidth];
-        for (long j = k; j < m; j++) s += kProducts ? x[c][j] * y[c][j] : x[c][j];
+        for (long j = k; j < m; j++) s += (of.x[c][j] - of.meanX[c]) * (of.y[c][j] - of.meanY[c]);
         sums[c] = s;
     }
 }
 
-/// Chains that fill no vector are the first one again.
 template <class R>
-INLINE_BODY void ChainsBody(int chains, long m, const double* const* x, const double* const* y,
-                            double* sums) {
-    constexpr int kFew = kMostChains / 2;
-    const double* ofX[kMostChains];
-    const double* ofY[kMostChains];
-    double result[kMostChains];
-    if (chains < 1) return;
-    for (int c = 0; c < kMostChains; c++) {
-        ofX[c] = x[c < chains ? c : 0];
-        if (y != nullptr) ofY[c] = y[c < chains ? c : 0];
-    }
-    if (chains <= kFew) {
-        if (y != nullptr)
-            SumChains<R, kFew, true>(m, ofX, ofY, result);
-        else
-            SumChains<R, kFew, false>(m, ofX, ofY, result);
-    } else {
-        if (y != nullptr)
-            SumChains<R, kMostChains, true>(m, ofX, ofY, result);
-        else
-            SumChains<R, kMostChains, false>(m, ofX, ofY, result);
-    }
-    for (int c = 0; c < chains; c++) sums[c] = result[c];
+INLINE_BODY void SumsBody(int chains, long m, const double* const* x, double* sums,
+                          bool* hasMissing) {
+    if (chains > kMostChains / 2)
+        SumChains<R, kMostChains>(chains, m, x, sums, hasMissing);
+    else if (chains > 0)
+        SumChains<R, kMostChains / 2>(chains, m, x, sums, hasMissing);
 }
 
 template <class R>
-INLINE_BODY bool DeviationsBody(long m, double mean, const double* cells, double* deviations) {
-    constexpr int kStep = 8;
-    typename R::Doubles v;
-    decltype(v == v) missing{};
-    long k = 0;
-    for (; k + kStep <= m; k += kStep) {
-        UNROLL
-        for (long at = k; at < k + kStep; at += R::kDoubles) {
-            Load(cells + at, v);
-            missing |= v == double{kMissing};
-            Store(v - mean, deviations + at);
-        }
-    }
-    bool any = false;
-    for (int l = 0; l < R::kDoubles; l++) any = any || missing[l] != 0;
-    for (; k < m; k++) {
-        any = any || IsMissing(cells[k]);
-        deviations[k] = cells[k] - mean;
-    }
-    return any;
+INLINE_BODY void ProductsBody(int chains, long m, const double* const* x, const double* meanX,
+                              const double* const* y, const double* meanY, double* sums) {
+    if (chains > kMostChains / 2)
+        MultiplyChains<R, kMostChains>(chains, m, x, meanX, y, meanY, sums);
+    else if (chains > 0)
+        MultiplyChains<R, kMostChains / 2>(chains, m, x, meanX, y, meanY, sums);
 }
 
 // ---- distances
@@ -172,7 +200,8 @@ INLINE_BODY void DistancesBody(int n, int p, const T* const* columns, double* ce
         int j = i + 1;
         for (; j + 8 < n; j += 16)
             DistancesOfBlock<kSquared, R, 16>(p, columns, i, j, cells + (j - i - 1));
-        if (j < n) DistancesOfBlock<kSquared, R, 8>(p, columns, i, j, cells + (j - i - 1));
+        if (j < n)
+            DistancesOfBlock<kSquared, AtMost32<R>, 8>(p, columns, i, j, cells + (j - i - 1));
         cells += n - 1 - i;
     }
 }
@@ -202,11 +231,11 @@ INLINE_BODY void ProductsOfBlock(int p, const float* const* columns, int i, int 
 
 /// What the last block of a row writes past its end is written again by the next row.
 template <class R>
-INLINE_BODY void ProductsBody(int n, int p, const float* const* columns, double* cells) {
+INLINE_BODY void ObjectProductsBody(int n, int p, const float* const* columns, double* cells) {
     for (int i = 0; i + 1 < n; i++) {
         int j = i + 1;
         for (; j + 8 < n; j += 16) ProductsOfBlock<R, 16>(p, columns, i, j, cells + (j - i - 1));
-        if (j < n) ProductsOfBlock<R, 8>(p, columns, i, j, cells + (j - i - 1));
+        if (j < n) ProductsOfBlock<AtMost32<R>, 8>(p, columns, i, j, cells + (j - i - 1));
         cells += n - 1 - i;
     }
 }
@@ -480,18 +509,18 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
         DistancesBody<true, R>(n, p, columns, cells);                                             \
     }                                                                                             \
     TARGET void Absolute##NAME(int n, int p, const T* const* columns, double* cells) {            \
-        DistancesBody<false, R>(n, p, columns, cells);                                            \
+        DistancesBody<false, AtMost32<R>>(n, p, columns, cells);                                  \
     }                                                                                             \
     TARGET void SparseRows##NAME(int slices, const long* start, const int* at, const T* weights,  \
                                  const int* row, const T* table, int width, T* rows) {            \
-        SparseRowsBody<R>(slices, start, at, weights, row, table, width, rows);                   \
+        SparseRowsBody<AtMost32<R>>(slices, start, at, weights, row, table, width, rows);         \
     }                                                                                             \
     TARGET void MemberMeans##NAME(int n, int size, const int* members, const float* const* s,     \
                                   T* mean) {                                                      \
-        MemberMeansBody<R>(n, size, members, s, mean);                                            \
+        MemberMeansBody<AtMost32<R>>(n, size, members, s, mean);                                  \
     }                                                                                             \
     TARGET void UnitSums##NAME(int n, int p, int stride, T* columns) {                            \
-        UnitSumsBody<R>(n, p, stride, columns);                                                   \
+        UnitSumsBody<AtMost32<R>>(n, p, stride, columns);                                         \
     }                                                                                             \
     constexpr TypedSubsetKernels<T> k##NAME = {Euclidean##NAME, Absolute##NAME, SparseRows##NAME, \
                                                MemberMeans##NAME, UnitSums##NAME};
@@ -499,36 +528,36 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
 #define SUBSET_KERNELS(TARGET, R)                                                                  \
     TYPED_KERNELS(TARGET, R, float, Float)                                                         \
     TYPED_KERNELS(TARGET, R, double, Double)                                                       \
-    TARGET void Chains(int chains, long m, const double* const* x, const double* const* y,         \
-                       double* sums) {                                                             \
-        ChainsBody<R>(chains, m, x, y, sums);                                                      \
+    TARGET void Sums(int chains, long m, const double* const* x, double* sums, bool* hasMissing) { \
+        SumsBody<AtMost32<R>>(chains, m, x, sums, hasMissing);                                     \
     }                                                                                              \
-    TARGET bool Deviations(long m, double mean, const double* cells, double* deviations) {         \
-        return DeviationsBody<R>(m, mean, cells, deviations);                                      \
+    TARGET void Products(int chains, long m, const double* const* x, const double* meanX,          \
+                         const double* const* y, const double* meanY, double* sums) {              \
+        ProductsBody<AtMost32<R>>(chains, m, x, meanX, y, meanY, sums);                            \
     }                                                                                              \
-    TARGET void Products(int n, int p, const float* const* columns, double* cells) {               \
-        ProductsBody<R>(n, p, columns, cells);                                                     \
+    TARGET void ObjectProducts(int n, int p, const float* const* columns, double* cells) {         \
+        ObjectProductsBody<R>(n, p, columns, cells);                                               \
     }                                                                                              \
     TARGET bool SameAsOne(int from, int to, const float* row, const int* types, int type) {        \
-        return SameAsOneBody<R>(from, to, row, types, type);                                       \
+        return SameAsOneBody<AtMost32<R>>(from, to, row, types, type);                             \
     }                                                                                              \
     TARGET void AddLayer(long m, const double* from, const float* layer, double* to) {             \
-        AddLayerBody<false, R>(m, from, nullptr, layer, to, nullptr);                              \
+        AddLayerBody<false, AtMost32<R>>(m, from, nullptr, layer, to, nullptr);                    \
     }                                                                                              \
     TARGET void AddLayerMV(long m, const double* from, const float* counts, const float* layer,    \
                            double* to, float* toCounts) {                                          \
-        AddLayerBody<true, R>(m, from, counts, layer, to, toCounts);                               \
+        AddLayerBody<true, AtMost32<R>>(m, from, counts, layer, to, toCounts);                     \
     }                                                                                              \
     TARGET void Averages(int tiles, const double* sums, const float* layer, float count,           \
                          float* s) {                                                               \
-        AveragesBody<false, R>(tiles, sums, nullptr, count, layer, s);                             \
+        AveragesBody<false, AtMost32<R>>(tiles, sums, nullptr, count, layer, s);                   \
     }                                                                                              \
     TARGET void AveragesMV(int tiles, const double* sums, const float* counts, const float* layer, \
                            float* s) {                                                             \
-        AveragesBody<true, R>(tiles, sums, counts, 0.0F, layer, s);                                \
+        AveragesBody<true, AtMost32<R>>(tiles, sums, counts, 0.0F, layer, s);                      \
     }                                                                                              \
-    constexpr SubsetKernels kKernels = {Chains,     Deviations, Products,   SameAsOne, AddLayer,   \
-                                        AddLayerMV, Averages,   AveragesMV, kFloat,    kDouble};
+    constexpr SubsetKernels kKernels = {Sums,       Products, ObjectProducts, SameAsOne, AddLayer, \
+                                        AddLayerMV, Averages, AveragesMV,     kFloat,    kDouble};
 // NOLINTEND(bugprone-macro-parentheses)
 
 namespace plain {
@@ -538,12 +567,16 @@ SUBSET_KERNELS(, PlainRegisters)
 namespace wide {
 SUBSET_KERNELS([[gnu::target("avx2")]], WideRegisters)
 }
+namespace widest {
+SUBSET_KERNELS([[gnu::target("avx512f,avx512vl,avx512dq")]], WidestRegisters)
+}
 #endif
 
 }  // namespace
 
 const SubsetKernels& SubsetKernelsOfRegisters([[maybe_unused]] int bytes) {
 #if defined(__x86_64__)
+    if (bytes == 64) return widest::kKernels;
     if (bytes == 32) return wide::kKernels;
 #endif
     return plain::kKernels;

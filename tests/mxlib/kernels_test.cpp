@@ -67,12 +67,14 @@ TEST(Kernels, WideRegistersChangeNoDigit) {
         const SubsetKernels* k = &SubsetKernelsOfRegisters(bytes);
         std::vector<double> d(8000), sums(8);
         std::vector<float> s(kSide * kSide), means(kSide);
-        k->chains(7, 103, chains.data(), chains.data() + 8, sums.data());
+        k->products(7, 103, chains.data(), x.data(), chains.data() + 8, x.data() + 8, sums.data());
+        bool missing[3];
+        k->sums(3, 103, chains.data(), d.data() + 7900, missing);
         k->ofDouble.euclidean(29, 3, chains.data(), d.data());
         k->ofDouble.absolute(29, 3, chains.data(), d.data() + 500);
         k->ofFloat.euclidean(29, 3, rows.data(), d.data() + 1000);
         k->ofFloat.absolute(29, 3, rows.data(), d.data() + 1500);
-        k->products(29, 3, rows.data(), d.data() + 2500);
+        k->objectProducts(29, 3, rows.data(), d.data() + 2500);
         k->ofDouble.memberMeans(29, 3, kMembers, rows.data(), d.data() + 2000);
         k->ofFloat.memberMeans(29, 3, kMembers, rows.data(), means.data());
         k->ofFloat.unitSums(8, 2, 8, means.data());
