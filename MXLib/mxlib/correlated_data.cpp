@@ -3,6 +3,7 @@
 #include <gsl/gsl_randist.h>
 
 #include "mxlib/random_lists.h"
+#include "mxlib/twister.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibRes/products.h"
@@ -13,7 +14,7 @@ namespace {
 double Draw(int dist) {
     switch (dist) {
         case kUniformDeviate:
-            return gsl_rng_uniform(r) - 0.5;
+            return DrawUniform(r) - 0.5;
         case kLognormalDeviate:
             return gsl_ran_lognormal(r, 0.0, 1.0);
         case kExponentialDeviate:

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "mxlib/belonging.h"
+#include "mxlib/twister.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/scoped.h"
 
@@ -14,7 +15,7 @@ namespace {
 /// Forward Fisher-Yates.
 void Shuffle(int n, int* list) {
     for (int i = 0; i < n - 1; i++) {
-        const auto u = static_cast<int>(gsl_rng_uniform_int(r, static_cast<unsigned long>(n - i)));
+        const auto u = static_cast<int>(DrawBelow(r, static_cast<std::uint32_t>(n - i)));
         std::swap(list[i], list[i + u]);
     }
 }
@@ -33,7 +34,7 @@ void Exchange(int count, const int* chosen, int* order, int* list) {
 
 void InitRndNumberGenerator(unsigned long seed) {
     gsl_rng_free(std::exchange(r, nullptr));
-    r = gsl_rng_alloc(gsl_rng_default);
+    r = gsl_rng_alloc(&kTwister);
     if (r == nullptr) RaiseError(kOutOfMemory);
     gsl_rng_set(r, seed);
     std::srand(static_cast<unsigned>(seed));

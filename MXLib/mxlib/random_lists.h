@@ -6,7 +6,7 @@
 
 #include "mxlibDim/scoped.h"
 
-/// The one generator (Mersenne Twister, Matsumoto and Nishimura 1998); null until seeded.
+/// The one generator, a kTwister (twister.h); null until seeded.
 extern gsl_rng* r;
 
 /// Makes and seeds the generator, releasing the former one, and seeds rand too.

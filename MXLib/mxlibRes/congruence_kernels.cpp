@@ -105,13 +105,14 @@ void SetObjects(CongruenceSide<float>* side) {
     }
     for (int i = 0; i < n; i++)
         for (int k = 0; k < p; k++) side->columns.columns[k][i] = x[i][k];
-    SubsetKernelsOfProcessor().products(n, p, side->columns.columns, side->above);
+    SubsetKernelsOfProcessor().objectProducts(n, p, side->columns.columns, side->above);
 }
 
 /// VecProd of up to kMostChains pairs of sides; the sums run side by side.
 void VecProds(int pairs, const CongruenceSide<float>* const* a,
               const CongruenceSide<float>* const* b, double* results) {
-    const auto chains = SubsetKernelsOfProcessor().chains;
+    constexpr double kNoMean[kMostChains] = {};
+    const auto products = SubsetKernelsOfProcessor().products;
     const double* x[kMostChains];
     const double* y[kMostChains];
     double diagonal[kMostChains];
@@ -120,12 +121,12 @@ void VecProds(int pairs, const CongruenceSide<float>* const* a,
         x[c] = a[c]->diagonal;
         y[c] = b[c]->diagonal;
     }
-    chains(pairs, a[0]->n, x, y, diagonal);
+    products(pairs, a[0]->n, x, kNoMean, y, kNoMean, diagonal);
     for (int c = 0; c < pairs; c++) {
         x[c] = a[c]->above;
         y[c] = b[c]->above;
     }
-    chains(pairs, CountCellsAbove(a[0]->n), x, y, above);
+    products(pairs, CountCellsAbove(a[0]->n), x, kNoMean, y, kNoMean, above);
     for (int c = 0; c < pairs; c++) results[c] = diagonal[c] + 2.0 * above[c];
 }
 

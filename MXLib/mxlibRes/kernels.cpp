@@ -8,13 +8,33 @@ namespace {
 
 // NOLINTBEGIN(bugprone-implicit-widening-of-multiplication-result): lanes and tiles ahead
 
-INLINE_BODY double SumOfLanes(const Lanes& a, const Lanes& b) {
-    return ((a[0] + a[1]) + (a[2] + a[3])) + ((b[0] + b[1]) + (b[2] + b[3]));
+/// Lanes of a sum, whatever the registers.
+constexpr int kSumLanes = 8;
+
+/// The vectors that make up kCount places.
+template <class R, int kCount>
+struct Places {
+    static constexpr int kVectors = kCount / R::kDoubles;
+    typename R::Doubles vector[kVectors] = {};
+};
+
+template <class R, int kCount>
+INLINE_BODY void StorePlaces(const Places<R, kCount>& places, double* to) {
+    UNROLL
+    for (int i = 0; i < places.kVectors; i++) Store(places.vector[i], to + i * R::kDoubles);
 }
 
-INLINE_BODY void AddTerm(bool squared, double x, const double* y, Lanes* sum) {
-    Lanes others;
-    const Lanes difference = x - Load(y, others);
+template <class R>
+INLINE_BODY double SumOfLanes(const Places<R, kSumLanes>& sum) {
+    double x[kSumLanes];
+    StorePlaces(sum, x);
+    return ((x[0] + x[1]) + (x[2] + x[3])) + ((x[4] + x[5]) + (x[6] + x[7]));
+}
+
+template <class Doubles>
+INLINE_BODY void AddTerm(bool squared, double x, const double* y, Doubles* sum) {
+    Doubles others;
+    const Doubles difference = x - Load(y, others);
     if (squared) {
         *sum += difference * difference;
     } else {
@@ -22,140 +42,204 @@ INLINE_BODY void AddTerm(bool squared, double x, const double* y, Lanes* sum) {
     }
 }
 
-/// Four vectors of pairs at once, each summed column after column.
+/// kCount pairs at once, each summed column after column.
+template <class R, int kCount>
 INLINE_BODY void PairsOfBlock(bool squared, int p, const double* ofOne, const double* ofOthers,
                               int stride, double* cells) {
-    Lanes s0{}, s1{}, s2{}, s3{};
+    Places<R, kCount> sum;
     for (int t = 0; t < p; t++, ofOne += stride, ofOthers += stride) {
         const double x = *ofOne;
-        AddTerm(squared, x, ofOthers, &s0);
-        AddTerm(squared, x, ofOthers + kLanes, &s1);
-        AddTerm(squared, x, ofOthers + 2 * kLanes, &s2);
-        AddTerm(squared, x, ofOthers + 3 * kLanes, &s3);
+        UNROLL
+        for (int v = 0; v < sum.kVectors; v++)
+            AddTerm(squared, x, ofOthers + v * R::kDoubles, sum.vector + v);
     }
-    Store(s0, cells);
-    Store(s1, cells + kLanes);
-    Store(s2, cells + 2 * kLanes);
-    Store(s3, cells + 3 * kLanes);
+    UNROLL
+    for (int v = 0; v < sum.kVectors; v++)
+        if (squared) Root(sum.vector + v);
+    StorePlaces(sum, cells);
 }
 
 /// What the last block of a row writes past its end is written again by the next row.
+template <class R>
 INLINE_BODY void DistancesBody(bool squared, int n, int p, const double* columns, int stride,
                                double* cells) {
     for (int i = 0; i + 1 < n; i++) {
         const int length = n - 1 - i;
-        for (int j = 0; j < length; j += kOverrun)
-            PairsOfBlock(squared, p, columns + i, columns + i + 1 + j, stride, cells + j);
-        if (squared)
-            for (int j = 0; j < length; j++) cells[j] = std::sqrt(cells[j]);
+        const double* one = columns + i;
+        const double* others = one + 1;
+        int j = 0;
+        for (; j + 8 < length; j += 16)
+            PairsOfBlock<R, 16>(squared, p, one, others + j, stride, cells + j);
+        if (j < length) PairsOfBlock<R, 8>(squared, p, one, others + j, stride, cells + j);
         cells += length;
     }
 }
 
+template <class R>
 INLINE_BODY double SumBody(long m, const double* x) {
-    Lanes s0{}, s1{}, v;
+    Places<R, kSumLanes> sum;
+    typename R::Doubles v;
     long k = 0;
-    for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
-        s0 += Load(x + k, v);
-        s1 += Load(x + k + kLanes, v);
+    for (; k + kSumLanes <= m; k += kSumLanes) {
+        UNROLL
+        for (int i = 0; i < sum.kVectors; i++) sum.vector[i] += Load(x + k + i * R::kDoubles, v);
     }
-    double sum = SumOfLanes(s0, s1);
-    for (; k < m; k++) sum += x[k];
-    return sum;
+    double total = SumOfLanes(sum);
+    for (; k < m; k++) total += x[k];
+    return total;
 }
 
+template <class R>
 INLINE_BODY double DotBody(long m, const double* x, const double* y) {
-    Lanes s0{}, s1{}, v, w;
+    Places<R, kSumLanes> sum;
+    typename R::Doubles v, w;
     long k = 0;
-    for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
-        s0 += Load(x + k, v) * Load(y + k, w);
-        s1 += Load(x + k + kLanes, v) * Load(y + k + kLanes, w);
+    for (; k + kSumLanes <= m; k += kSumLanes) {
+        UNROLL
+        for (long i = 0, at = k; i < sum.kVectors; i++, at += R::kDoubles)
+            sum.vector[i] += Load(x + at, v) * Load(y + at, w);
     }
-    double sum = SumOfLanes(s0, s1);
-    for (; k < m; k++) sum += x[k] * y[k];
-    return sum;
+    double total = SumOfLanes(sum);
+    for (; k < m; k++) total += x[k] * y[k];
+    return total;
 }
 
+template <class R>
 INLINE_BODY double CentreBody(long m, double mean, double* x) {
-    Lanes s0{}, s1{}, v;
+    Places<R, kSumLanes> sum;
+    typename R::Doubles v;
     long k = 0;
-    for (; k + 2 * kLanes <= m; k += 2 * kLanes) {
-        const Lanes c0 = Load(x + k, v) - mean;
-        const Lanes c1 = Load(x + k + kLanes, v) - mean;
-        Store(c0, x + k);
-        Store(c1, x + k + kLanes);
-        s0 += c0 * c0;
-        s1 += c1 * c1;
+    for (; k + kSumLanes <= m; k += kSumLanes) {
+        UNROLL
+        for (long i = 0, at = k; i < sum.kVectors; i++, at += R::kDoubles) {
+            Load(x + at, v);
+            v -= mean;
+            Store(v, x + at);
+            sum.vector[i] += v * v;
+        }
     }
-    double sum = SumOfLanes(s0, s1);
+    double total = SumOfLanes(sum);
     for (; k < m; k++) {
         x[k] -= mean;
-        sum += x[k] * x[k];
+        total += x[k] * x[k];
     }
-    return sum;
+    return total;
 }
 
+/// CentreBody and DotBody for kOthers vectors y at once.
+template <class R, int kOthers>
+INLINE_BODY void CentreWith(long m, double mean, double* x, const double* const* y, double* sums) {
+    Places<R, kSumLanes> sum[1 + kOthers];
+    const double* other[kOthers];  // the compiler must not think that they change with x
+    for (int o = 0; o < kOthers; o++) other[o] = y[o];
+    typename R::Doubles v, w;
+    long k = 0;
+    for (; k + kSumLanes <= m; k += kSumLanes) {
+        UNROLL
+        for (int i = 0; i < sum[0].kVectors; i++) {
+            const long at = k + i * R::kDoubles;
+            Load(x + at, v);
+            v -= mean;
+            Store(v, x + at);
+            sum[0].vector[i] += v * v;
+            UNROLL
+            for (int o = 0; o < kOthers; o++) sum[1 + o].vector[i] += v * Load(other[o] + at, w);
+        }
+    }
+    double total[1 + kOthers];
+    for (int o = 0; o <= kOthers; o++) total[o] = SumOfLanes(sum[o]);
+    for (; k < m; k++) {
+        x[k] -= mean;
+        total[0] += x[k] * x[k];
+        for (int o = 0; o < kOthers; o++) total[1 + o] += x[k] * other[o][k];
+    }
+    for (int o = 0; o <= kOthers; o++) sums[o] = total[o];
+}
+
+/// As many others in the first pass as there are registers for.
+template <class R>
+INLINE_BODY void CentreAndDotsBody(long m, double mean, double* x, int others,
+                                   const double* const* y, double* sums) {
+    constexpr int kMost = R::kBytes < 32 ? 2 : 4;
+    int done = kMost;
+    if (others == 0) {
+        sums[0] = CentreBody<R>(m, mean, x);
+    } else if (others == 1) {
+        CentreWith<R, 1>(m, mean, x, y, sums);
+    } else if (others == 2 || kMost == 2) {
+        CentreWith<R, 2>(m, mean, x, y, sums);
+    } else if (others == 3) {
+        CentreWith<R, 3>(m, mean, x, y, sums);
+    } else {
+        CentreWith<R, kMost>(m, mean, x, y, sums);
+    }
+    for (; done < others; done++) sums[1 + done] = DotBody<R>(m, x, y[done]);
+}
+
+/// kCount places of the row.
+template <class R, int kCount>
+INLINE_BODY void WeightedPlaces(int entries, const int* at, const double* weights,
+                                const double* table, int width, double* row) {
+    Places<R, kCount> sum;
+    typename R::Doubles v;
+    for (int e = 0; e < entries; e++) {
+        const double w = weights[e];
+        const double* from = table + static_cast<long>(at[e]) * width;
+        UNROLL
+        for (int i = 0; i < sum.kVectors; i++) sum.vector[i] += w * Load(from + i * R::kDoubles, v);
+    }
+    StorePlaces(sum, row);
+}
+
+template <class R>
 INLINE_BODY void WeightedRowsBody(int entries, const int* at, const double* weights,
                                   const double* table, int width, double* row) {
     int c = 0;
-    for (; c + 4 * kLanes <= width; c += 4 * kLanes) {
-        Lanes s0{}, s1{}, s2{}, s3{}, v;
-        for (int e = 0; e < entries; e++) {
-            const double w = weights[e];
-            const double* from = table + static_cast<long>(at[e]) * width + c;
-            s0 += w * Load(from, v);
-            s1 += w * Load(from + kLanes, v);
-            s2 += w * Load(from + 2 * kLanes, v);
-            s3 += w * Load(from + 3 * kLanes, v);
-        }
-        Store(s0, row + c);
-        Store(s1, row + c + kLanes);
-        Store(s2, row + c + 2 * kLanes);
-        Store(s3, row + c + 3 * kLanes);
-    }
-    for (; c < width; c += kLanes) {
-        Lanes s{}, v;
-        for (int e = 0; e < entries; e++)
-            s += weights[e] * Load(table + static_cast<long>(at[e]) * width + c, v);
-        Store(s, row + c);
-    }
+    for (; c + 16 <= width; c += 16)
+        WeightedPlaces<R, 16>(entries, at, weights, table + c, width, row + c);
+    for (; c < width; c += 4)
+        WeightedPlaces<AtMost32<R>, 4>(entries, at, weights, table + c, width, row + c);
 }
 
-/// Products of 4 A columns of a, from i on, with B columns of b, from j on.
-template <int A, int B>
+/// Products of A vectors of columns of a, from i on, with B columns of b, from j on.
+template <class R, int A, int B>
 INLINE_BODY void ProductsOfBlock(bool turned, int n, const double* const* a, int i,
                                  const double* const* b, int j, double* const* c) {
-    Lanes sum[A][B] = {};
+    typename R::Doubles sum[A * B] = {};
     for (int k = 0; k < n; k++) {
-        const double* x = a[k] + i;
+        typename R::Doubles x[A];
+        UNROLL
+        for (int s = 0; s < A; s++) Load(a[k] + i + s * R::kDoubles, x[s]);
         const double* y = b[k] + j;
-        for (int s = 0; s < A; s++) {
-            Lanes v;
-            Load(x + s * kLanes, v);
-            for (int t = 0; t < B; t++) sum[s][t] += v * y[t];
-        }
+        UNROLL
+        for (int s = 0; s < A * B; s++) sum[s] += x[s / B] * y[s % B];
     }
-    for (int s = 0; s < A; s++)
-        for (int t = 0; t < B; t++)
-            for (int l = 0; l < kLanes; l++) {
-                const int column = i + s * kLanes + l;
-                (turned ? c[j + t][column] : c[column][j + t]) = sum[s][t][l];
-            }
+    for (int s = 0; s < A * B; s++)
+        for (int l = 0; l < R::kDoubles; l++) {
+            const int column = i + s / B * R::kDoubles + l;
+            (turned ? c[j + s % B][column] : c[column][j + s % B]) = sum[s][l];
+        }
 }
 
-template <int A>
+template <class R, int A>
 INLINE_BODY void ProductsOfStrip(bool turned, int n, const double* const* a, int i, int p2,
                                  const double* const* b, double* const* c) {
     int j = 0;
-    for (; j + 4 <= p2; j += 4) ProductsOfBlock<A, 4>(turned, n, a, i, b, j, c);
-    for (; j < p2; j++) ProductsOfBlock<A, 1>(turned, n, a, i, b, j, c);
+    for (; j + 4 <= p2; j += 4) ProductsOfBlock<R, A, 4>(turned, n, a, i, b, j, c);
+    for (; j < p2; j++) ProductsOfBlock<R, A, 1>(turned, n, a, i, b, j, c);
 }
 
+template <class R>
 INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* const* a, int p2,
                                     const double* const* b, double* const* c) {
     int i = 0;
-    for (; i + 2 * kLanes <= p1; i += 2 * kLanes) ProductsOfStrip<2>(turned, n, a, i, p2, b, c);
-    for (; i + kLanes <= p1; i += kLanes) ProductsOfStrip<1>(turned, n, a, i, p2, b, c);
+    for (; i + 2 * R::kDoubles <= p1; i += 2 * R::kDoubles)
+        ProductsOfStrip<R, 2>(turned, n, a, i, p2, b, c);
+    for (; i + R::kDoubles <= p1; i += R::kDoubles)
+        ProductsOfStrip<R, 1>(turned, n, a, i, p2, b, c);
+    using Rest = AtMost32<R>;
+    for (; i + Rest::kDoubles <= p1; i += Rest::kDoubles)
+        ProductsOfStrip<Rest, 1>(turned, n, a, i, p2, b, c);
     for (; i < p1; i++)
         for (int j = 0; j < p2; j++) {
             double sum = 0.0;
@@ -167,57 +251,71 @@ INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* co
 // NOLINTEND(bugprone-implicit-widening-of-multiplication-result)
 
 // NOLINTBEGIN(bugprone-macro-parentheses): an attribute takes none
-#define KERNELS(TARGET)                                                                            \
-    TARGET void Euclidean(int n, int p, const double* columns, int stride, double* cells) {        \
-        DistancesBody(true, n, p, columns, stride, cells);                                         \
-    }                                                                                              \
-    TARGET void Absolute(int n, int p, const double* columns, int stride, double* cells) {         \
-        DistancesBody(false, n, p, columns, stride, cells);                                        \
-    }                                                                                              \
-    TARGET double Sum(long m, const double* x) {                                                   \
-        return SumBody(m, x);                                                                      \
-    }                                                                                              \
-    TARGET double Dot(long m, const double* x, const double* y) {                                  \
-        return DotBody(m, x, y);                                                                   \
-    }                                                                                              \
-    TARGET double Centre(long m, double mean, double* x) {                                         \
-        return CentreBody(m, mean, x);                                                             \
-    }                                                                                              \
-    TARGET void WeightedRows(int entries, const int* at, const double* weights,                    \
-                             const double* table, int width, double* row) {                        \
-        WeightedRowsBody(entries, at, weights, table, width, row);                                 \
-    }                                                                                              \
-    TARGET void ColumnProducts(int n, int p1, const double* const* a, int p2,                      \
-                               const double* const* b, double* const* c) {                         \
-        ColumnProductsBody(false, n, p1, a, p2, b, c);                                             \
-    }                                                                                              \
-    TARGET void ColumnProductsTurned(int n, int p1, const double* const* a, int p2,                \
-                                     const double* const* b, double* const* c) {                   \
-        ColumnProductsBody(true, n, p1, a, p2, b, c);                                              \
-    }                                                                                              \
-    constexpr Kernels                                                                              \
-        kKernels = {Euclidean,           Absolute, Sum, Dot, Centre, WeightedRows, ColumnProducts, \
-                    ColumnProductsTurned};
+#define KERNELS(TARGET, R)                                                                        \
+    TARGET void Euclidean(int n, int p, const double* columns, int stride, double* cells) {       \
+        DistancesBody<R>(true, n, p, columns, stride, cells);                                     \
+    }                                                                                             \
+    TARGET void Absolute(int n, int p, const double* columns, int stride, double* cells) {        \
+        DistancesBody<R>(false, n, p, columns, stride, cells);                                    \
+    }                                                                                             \
+    TARGET double Sum(long m, const double* x) {                                                  \
+        return SumBody<R>(m, x);                                                                  \
+    }                                                                                             \
+    TARGET double Dot(long m, const double* x, const double* y) {                                 \
+        return DotBody<R>(m, x, y);                                                               \
+    }                                                                                             \
+    TARGET double Centre(long m, double mean, double* x) {                                        \
+        return CentreBody<R>(m, mean, x);                                                         \
+    }                                                                                             \
+    TARGET void CentreAndDots(long m, double mean, double* x, int others, const double* const* y, \
+                              double* sums) {                                                     \
+        CentreAndDotsBody<R>(m, mean, x, others, y, sums);                                        \
+    }                                                                                             \
+    TARGET void WeightedRows(int entries, const int* at, const double* weights,                   \
+                             const double* table, int width, double* row) {                       \
+        WeightedRowsBody<R>(entries, at, weights, table, width, row);                             \
+    }                                                                                             \
+    TARGET void ColumnProducts(int n, int p1, const double* const* a, int p2,                     \
+                               const double* const* b, double* const* c) {                        \
+        ColumnProductsBody<R>(false, n, p1, a, p2, b, c);                                         \
+    }                                                                                             \
+    TARGET void ColumnProductsTurned(int n, int p1, const double* const* a, int p2,               \
+                                     const double* const* b, double* const* c) {                  \
+        ColumnProductsBody<R>(true, n, p1, a, p2, b, c);                                          \
+    }                                                                                             \
+    constexpr Kernels kKernels = {Euclidean,    Absolute,       Sum,                              \
+                                  Dot,          Centre,         CentreAndDots,                    \
+                                  WeightedRows, ColumnProducts, ColumnProductsTurned};
 // NOLINTEND(bugprone-macro-parentheses)
 
 namespace plain {
-KERNELS()
+KERNELS(, PlainRegisters)
 }
 #if defined(__x86_64__)
 namespace wide {
-KERNELS([[gnu::target("avx2")]])
+KERNELS([[gnu::target("avx2")]], WideRegisters)
+}
+namespace widest {
+KERNELS([[gnu::target("avx512f,avx512vl,avx512dq")]], WidestRegisters)
 }
 #endif
 
 }  // namespace
 
-const Kernels& KernelsOfProcessor() {
+int BytesOfRegisters() {
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx2")) return wide::kKernels;
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
+        __builtin_cpu_supports("avx512dq"))
+        return 64;
+    if (__builtin_cpu_supports("avx2")) return 32;
 #endif
-    return plain::kKernels;
+    return 16;
 }
 
-const Kernels& KernelsOfAnyProcessor() {
+const Kernels& KernelsOfRegisters([[maybe_unused]] int bytes) {
+#if defined(__x86_64__)
+    if (bytes == 64) return widest::kKernels;
+    if (bytes == 32) return wide::kKernels;
+#endif
     return plain::kKernels;
 }

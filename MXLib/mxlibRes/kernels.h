@@ -17,6 +17,10 @@ struct Kernels {
     double (*dot)(long m, const double* x, const double* y);
     /// Subtracts the mean; the result is the sum of squares of what remains.
     double (*centre)(long m, double mean, double* x);
+    /// The same, and the products of what remains with y[0] to y[others - 1], at most 4, in one
+    /// pass: sums[0] is the sum of squares, sums[1 + i] the dot with y[i].
+    void (*centreAndDots)(long m, double mean, double* x, int others, const double* const* y,
+                          double* sums);
 
     /// row = the sum over the entries e, ascending, of weights[e] times table row at[e]; `width` is
     /// a multiple of 4.
@@ -32,9 +36,15 @@ struct Kernels {
                                  const double* const* b, double* const* c);
 };
 
-/// The loops for this processor, and those that any processor can run.
-const Kernels& KernelsOfProcessor();
-const Kernels& KernelsOfAnyProcessor();
+/// Bytes of the widest vector registers that the loops use on this processor: 16, which every
+/// processor has, 32 or 64.
+int BytesOfRegisters();
+
+/// The loops for registers of so many bytes, which the processor must have.
+const Kernels& KernelsOfRegisters(int bytes);
+inline const Kernels& KernelsOfProcessor() {
+    return KernelsOfRegisters(BytesOfRegisters());
+}
 
 /// Sum of weights[e] times row[at[e]].
 inline double GatheredDot(int entries, const int* at, const double* weights, const double* row) {

@@ -8,41 +8,46 @@
 
 namespace {
 
-/// Sums over cells that wait for a pass.
+/// Sums of products of deviations that wait for a pass over the cells.
 struct Chains {
     long m;
     int count = 0;
     const double* x[kMostChains] = {};
     const double* y[kMostChains] = {};
+    double meanX[kMostChains] = {};
+    double meanY[kMostChains] = {};
     double* sum[kMostChains] = {};
 };
 
 void RunProducts(Chains* chains) {
     double sums[kMostChains];
-    SubsetKernelsOfProcessor().chains(chains->count, chains->m, chains->x, chains->y, sums);
+    SubsetKernelsOfProcessor().products(chains->count, chains->m, chains->x, chains->meanX,
+                                        chains->y, chains->meanY, sums);
     for (int c = 0; c < chains->count; c++) *chains->sum[c] = sums[c];
     chains->count = 0;
 }
 
-void AddProduct(const double* x, const double* y, double* sum, Chains* chains) {
+void AddProduct(const MantelSide& a, const MantelSide& b, double* sum, Chains* chains) {
     const int c = chains->count++;
-    chains->x[c] = x;
-    chains->y[c] = y;
+    chains->x[c] = a.cells;
+    chains->meanX[c] = a.mean;
+    chains->y[c] = b.cells;
+    chains->meanY[c] = b.mean;
     chains->sum[c] = sum;
     if (chains->count == kMostChains) RunProducts(chains);
 }
 
-/// All of up to kMostChains sides but the sum of squares.
-void Deviations(int count, MantelSide* const* sides) {
-    const SubsetKernels& kernels = SubsetKernelsOfProcessor();
+/// Means of up to kMostChains sides, and whether cells are missing.
+void FindMeans(int count, MantelSide* const* sides) {
     const double* cells[kMostChains];
     double sums[kMostChains];
+    bool missing[kMostChains];
     for (int s = 0; s < count; s++) cells[s] = sides[s]->cells;
-    kernels.chains(count, sides[0]->nCells, cells, nullptr, sums);
-    for (int s = 0; s < count; s++)
-        sides[s]->hasMissing =
-            kernels.deviations(sides[s]->nCells, sums[s] / static_cast<double>(sides[s]->nCells),
-                               sides[s]->cells, sides[s]->deviations);
+    SubsetKernelsOfProcessor().sums(count, sides[0]->nCells, cells, sums, missing);
+    for (int s = 0; s < count; s++) {
+        sides[s]->mean = sums[s] / static_cast<double>(sides[s]->nCells);
+        sides[s]->hasMissing = missing[s];
+    }
 }
 
 /// Over the cells present in both sides.
@@ -74,17 +79,15 @@ bool HasMissing(const MantelPair& pair) {
 
 void CompleteSides(int count, MantelSide* const* sides, Chains* chains) {
     for (int s = 0; s < count; s += kMostChains)
-        Deviations(count - s < kMostChains ? count - s : kMostChains, sides + s);
-    for (int s = 0; s < count; s++)
-        AddProduct(sides[s]->deviations, sides[s]->deviations, &sides[s]->squares, chains);
+        FindMeans(count - s < kMostChains ? count - s : kMostChains, sides + s);
+    for (int s = 0; s < count; s++) AddProduct(*sides[s], *sides[s], &sides[s]->squares, chains);
 }
 
 }  // namespace
 
 MantelSide MakeMantelSide(int n) {
     const long nCells = CountCellsAbove(n);
-    return {nCells, ScopedVector<double>(nCells + kOverrun),
-            ScopedVector<double>(nCells + kOverrun), 0.0, false};
+    return {nCells, ScopedVector<double>(nCells + kOverrun), 0.0, 0.0, false};
 }
 
 void CompleteMantelSide(MantelSide* side) {
@@ -99,8 +102,7 @@ void CorrelateMantelSides(int nMoving, MantelSide* const* moving, int nPairs,
     Chains chains{.m = pairs[0].a->nCells};
     CompleteSides(nMoving, moving, &chains);
     for (int i = 0; i < nPairs; i++)
-        if (!HasMissing(pairs[i]))
-            AddProduct(pairs[i].a->deviations, pairs[i].b->deviations, r + i, &chains);
+        if (!HasMissing(pairs[i])) AddProduct(*pairs[i].a, *pairs[i].b, r + i, &chains);
     RunProducts(&chains);
     for (int i = 0; i < nPairs; i++) {
         const MantelSide& a = *pairs[i].a;

@@ -21,9 +21,9 @@ inline long CountCellsAbove(int n) {
 
 struct MantelSide {
     long nCells;
-    ScopedVector<double> cells;       ///< kOverrun places of room beyond the last
-    ScopedVector<double> deviations;  ///< from their mean
-    double squares;                   ///< of the deviations
+    ScopedVector<double> cells;  ///< kOverrun places of room beyond the last
+    double mean;                 ///< of the cells
+    double squares;              ///< of their deviations from it
     bool hasMissing;
 };
 

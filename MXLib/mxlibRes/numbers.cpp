@@ -1,6 +1,5 @@
 #include "mxlibRes/numbers.h"
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -19,7 +18,9 @@ T RoundToDigits(T x, int digits) {
 
 /// The bits of a float as an integer that is ordered like the numbers.
 std::int64_t OrderedBits(float x) {
-    const std::int64_t bits = std::bit_cast<std::int32_t>(x);
+    std::int32_t bits = 0;
+    static_assert(sizeof bits == sizeof x);
+    std::memcpy(&bits, &x, sizeof x);
     constexpr std::int64_t kSignBit = -0x80000000LL;
     return bits < 0 ? kSignBit - bits : bits;
 }

@@ -1,8 +1,5 @@
 #include "mxlibRes/subset_kernels.h"
 
-#include <cmath>
-
-#include "mxlibRes/kernels.h"
 #include "mxlibRes/lanes.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/numbers.h"
@@ -11,182 +8,234 @@ namespace {
 
 // NOLINTBEGIN(bugprone-implicit-widening-of-multiplication-result): lanes and tiles ahead
 
-/// One by one, which compilers understand better than a conversion of the whole.
-INLINE_BODY void Widen(const HalfLanes& x, Lanes* wide) {
-    *wide = Lanes{static_cast<double>(x[0]), static_cast<double>(x[1]), static_cast<double>(x[2]),
-                  static_cast<double>(x[3])};
+// ---- sums over cells, each chain in a lane
+
+/// Turns vectors of cells, one vector per chain, into one vector of chains per cell.
+INLINE_BODY void TurnCells(const Registers<16>::Doubles* v, Registers<16>::Doubles* cell) {
+    Shuffle<0, 2>(v[0], v[1], cell);
+    Shuffle<1, 3>(v[0], v[1], cell + 1);
+}
+INLINE_BODY void TurnCells(const Registers<32>::Doubles* v, Registers<32>::Doubles* cell) {
+    Registers<32>::Doubles even[2], odd[2];
+    UNROLL
+    for (int h = 0; h < 2; h++) {
+        Shuffle<0, 4, 2, 6>(v[2 * h], v[2 * h + 1], even + h);
+        Shuffle<1, 5, 3, 7>(v[2 * h], v[2 * h + 1], odd + h);
+    }
+    Shuffle<0, 1, 4, 5>(even[0], even[1], cell);
+    Shuffle<0, 1, 4, 5>(odd[0], odd[1], cell + 1);
+    Shuffle<2, 3, 6, 7>(even[0], even[1], cell + 2);
+    Shuffle<2, 3, 6, 7>(odd[0], odd[1], cell + 3);
 }
 
-INLINE_BODY void Root(Lanes* x) {
-    const Lanes& y = *x;
-    *x = Lanes{std::sqrt(y[0]), std::sqrt(y[1]), std::sqrt(y[2]), std::sqrt(y[3])};
-}
+/// What the cells of kChains chains are, a vector of cells after the other.
+template <int kChains>
+struct Chains {
+    const double* x[kChains];
+    const double* y[kChains];
+    double meanX[kChains];
+    double meanY[kChains];
 
-// ---- sums over cells, four chains in the lanes of one vector
+    /// Chains that are not there are the first one again.
+    INLINE_BODY Chains(int chains, const double* const* ofX, const double* ofMeanX,
+                       const double* const* ofY, const double* ofMeanY) {
+        for (int c = 0; c < kChains; c++) {
+            const int from = c < chains ? c : 0;
+            x[c] = ofX[from];
+            if (ofY == nullptr) continue;
+            y[c] = ofY[from];
+            meanX[c] = ofMeanX[from];
+            meanY[c] = ofMeanY[from];
+        }
+    }
+};
 
-/// Turns four vectors of cells, one vector per chain, into one vector of chains per cell.
-INLINE_BODY void TurnCells(const Lanes* v, Lanes* cell) {
-    const Lanes a = __builtin_shufflevector(v[0], v[1], 0, 4, 2, 6);
-    const Lanes b = __builtin_shufflevector(v[0], v[1], 1, 5, 3, 7);
-    const Lanes c = __builtin_shufflevector(v[2], v[3], 0, 4, 2, 6);
-    const Lanes d = __builtin_shufflevector(v[2], v[3], 1, 5, 3, 7);
-    cell[0] = __builtin_shufflevector(a, c, 0, 1, 4, 5);
-    cell[1] = __builtin_shufflevector(b, d, 0, 1, 4, 5);
-    cell[2] = __builtin_shufflevector(a, c, 2, 3, 6, 7);
-    cell[3] = __builtin_shufflevector(b, d, 2, 3, 6, 7);
-}
-
-/// 4 G chains at once.
-template <int G, bool kProducts>
-INLINE_BODY void SumChains(long m, const double* const* x, const double* const* y, double* sums) {
-    Lanes sum[G] = {};
+/// The terms are the cells themselves; `missing` gathers, by chain, which are.
+template <class R, int kChains>
+INLINE_BODY void SumChains(int chains, long m, const double* const* x, double* sums,
+                           bool* hasMissing) {
+    constexpr int kWidth = R::kDoubles;
+    const Chains<kChains> of(chains, x, nullptr, nullptr, nullptr);
+    typename R::Doubles sum[kChains / kWidth] = {};
+    decltype(sum[0] == sum[0]) missing[kChains] = {};
     long k = 0;
-    for (; k + kLanes <= m; k += kLanes) {
+    for (; k + kWidth <= m; k += kWidth) {
         UNROLL
-        for (int g = 0; g < G; g++) {
-            Lanes terms[kLanes], cell[kLanes], v;
+        for (int g = 0; g < kChains / kWidth; g++) {
+            typename R::Doubles terms[kWidth], cell[kWidth];
             UNROLL
-            for (int c = 0; c < kLanes; c++) {
-                Load(x[g * kLanes + c] + k, terms[c]);
-                if constexpr (kProducts) terms[c] *= Load(y[g * kLanes + c] + k, v);
+            for (int c = 0; c < kWidth; c++) {
+                Load(of.x[g * kWidth + c] + k, terms[c]);
+                missing[g * kWidth + c] |= terms[c] == double{kMissing};
             }
             TurnCells(terms, cell);
             UNROLL
-            for (int c = 0; c < kLanes; c++) sum[g] += cell[c];
+            for (int c = 0; c < kWidth; c++) sum[g] += cell[c];
         }
     }
-    for (int c = 0; c < G * kLanes; c++) {
-        double s = sum[c / kLanes][c % kLanes];
-        for (long j = k; j < m; j++) s += kProducts ? x[c][j] * y[c][j] : x[c][j];
+    for (int c = 0; c < chains; c++) {
+        double s = sum[c / kWidth][c % kWidth];
+        bool any = false;
+        for (int l = 0; l < kWidth; l++) any = any || missing[c][l] != 0;
+        for (long j = k; j < m; j++) {
+            s += of.x[c][j];
+            any = any || IsMissing(of.x[c][j]);
+        }
+        sums[c] = s;
+        hasMissing[c] = any;
+    }
+}
+
+template <class R, int kChains>
+INLINE_BODY void MultiplyChains(int chains, long m, const double* const* x, const double* meanX,
+                                const double* const* y, const double* meanY, double* sums) {
+    constexpr int kWidth = R::kDoubles;
+    const Chains<kChains> of(chains, x, meanX, y, meanY);
+    typename R::Doubles sum[kChains / kWidth] = {};
+    long k = 0;
+    for (; k + kWidth <= m; k += kWidth) {
+        UNROLL
+        for (int g = 0; g < kChains / kWidth; g++) {
+            typename R::Doubles terms[kWidth], cell[kWidth], v;
+            UNROLL
+            for (int c = 0; c < kWidth; c++) {
+                const int chain = g * kWidth + c;
+                terms[c] = Load(of.x[chain] + k, v) - of.meanX[chain];
+                terms[c] *= Load(of.y[chain] + k, v) - of.meanY[chain];
+            }
+            TurnCells(terms, cell);
+            UNROLL
+            for (int c = 0; c < kWidth; c++) sum[g] += cell[c];
+        }
+    }
+    for (int c = 0; c < chains; c++) {
+        double s = sum[c / kWidth][c % kWidth];
+        for (long j = k; j < m; j++) s += (of.x[c][j] - of.meanX[c]) * (of.y[c][j] - of.meanY[c]);
         sums[c] = s;
     }
 }
 
-/// Chains that fill no vector are the first one again.
-INLINE_BODY void ChainsBody(int chains, long m, const double* const* x, const double* const* y,
-                            double* sums) {
-    const double* ofX[kMostChains];
-    const double* ofY[kMostChains];
-    double result[kMostChains];
-    if (chains < 1) return;
-    for (int c = 0; c < kMostChains; c++) {
-        ofX[c] = x[c < chains ? c : 0];
-        if (y != nullptr) ofY[c] = y[c < chains ? c : 0];
-    }
-    if (chains <= kLanes) {
-        if (y != nullptr)
-            SumChains<1, true>(m, ofX, ofY, result);
-        else
-            SumChains<1, false>(m, ofX, ofY, result);
-    } else {
-        if (y != nullptr)
-            SumChains<2, true>(m, ofX, ofY, result);
-        else
-            SumChains<2, false>(m, ofX, ofY, result);
-    }
-    for (int c = 0; c < chains; c++) sums[c] = result[c];
+template <class R>
+INLINE_BODY void SumsBody(int chains, long m, const double* const* x, double* sums,
+                          bool* hasMissing) {
+    if (chains > kMostChains / 2)
+        SumChains<R, kMostChains>(chains, m, x, sums, hasMissing);
+    else if (chains > 0)
+        SumChains<R, kMostChains / 2>(chains, m, x, sums, hasMissing);
 }
 
-INLINE_BODY bool DeviationsBody(long m, double mean, const double* cells, double* deviations) {
-    LongLanes missing{};
-    long k = 0;
-    for (; k + kLanes <= m; k += kLanes) {
-        Lanes v;
-        Load(cells + k, v);
-        missing |= v == double{kMissing};
-        Store(v - mean, deviations + k);
-    }
-    bool any = (missing[0] | missing[1] | missing[2] | missing[3]) != 0;
-    for (; k < m; k++) {
-        any = any || IsMissing(cells[k]);
-        deviations[k] = cells[k] - mean;
-    }
-    return any;
+template <class R>
+INLINE_BODY void ProductsBody(int chains, long m, const double* const* x, const double* meanX,
+                              const double* const* y, const double* meanY, double* sums) {
+    if (chains > kMostChains / 2)
+        MultiplyChains<R, kMostChains>(chains, m, x, meanX, y, meanY, sums);
+    else if (chains > 0)
+        MultiplyChains<R, kMostChains / 2>(chains, m, x, meanX, y, meanY, sums);
 }
 
 // ---- distances
 
-INLINE_BODY void Magnitude(Lanes* x) {
-    LongLanes bits;
-    Store(Load(x, bits) & 0x7fffffffffffffffLL, x);
+INLINE_BODY long long MagnitudeBits(double) {
+    return 0x7fffffffffffffffLL;
 }
-INLINE_BODY void Magnitude(FloatLanes* x) {
-    IntLanes bits;
-    Store(Load(x, bits) & 0x7fffffff, x);
+INLINE_BODY int MagnitudeBits(float) {
+    return 0x7fffffff;
 }
 
 template <bool kSquared, class Vector>
 INLINE_BODY void SquareOrMagnitude(Vector* difference) {
-    if (kSquared)
+    if constexpr (kSquared) {
         *difference *= *difference;
-    else
-        Magnitude(difference);
+    } else {
+        decltype(*difference == *difference) bits;
+        Store(Load(difference, bits) & MagnitudeBits((*difference)[0]), difference);
+    }
 }
 
-/// Adds eight magnitudes of differences in T, or their squares in T, to double sums.
-template <bool kSquared>
-INLINE_BODY void AddDifferences(double x, const double* y, Lanes* sum) {
+/// Adds magnitudes of R::kFloats differences in T, or their squares in T, to double sums.
+template <bool kSquared, class R>
+INLINE_BODY void AddDifferences(double x, const double* y, typename R::Doubles* sum) {
     UNROLL
     for (int v = 0; v < 2; v++) {
-        Lanes others;
-        Lanes term = x - Load(y + v * kLanes, others);
+        typename R::Doubles others;
+        typename R::Doubles term = x - Load(y + v * R::kDoubles, others);
         SquareOrMagnitude<kSquared>(&term);
         sum[v] += term;
     }
 }
-template <bool kSquared>
-INLINE_BODY void AddDifferences(float x, const float* y, Lanes* sum) {
-    FloatLanes others;
-    FloatLanes difference = x - Load(y, others);
+template <bool kSquared, class R>
+INLINE_BODY void AddDifferences(float x, const float* y, typename R::Doubles* sum) {
+    typename R::Floats others;
+    typename R::Floats difference = x - Load(y, others);
     SquareOrMagnitude<kSquared>(&difference);
-    Lanes low, high;
-    Widen(__builtin_shufflevector(difference, difference, 0, 1, 2, 3), &low);
-    Widen(__builtin_shufflevector(difference, difference, 4, 5, 6, 7), &high);
-    sum[0] += low;
-    sum[1] += high;
+    typename R::Doubles terms[2];
+    WidenBoth(difference, terms);
+    sum[0] += terms[0];
+    sum[1] += terms[1];
 }
 
-/// 4 V cells of a row, between object i and those from j on.
-template <bool kSquared, int V, class T>
+/// kCells cells of a row, between object i and those from j on.
+template <bool kSquared, class R, int kCells, class T>
 INLINE_BODY void DistancesOfBlock(int p, const T* const* columns, int i, int j, double* cells) {
-    Lanes sum[V] = {};
+    constexpr int kVectors = kCells / R::kDoubles;
+    typename R::Doubles sum[kVectors] = {};
     for (int k = 0; k < p; k++) {
         const T x = columns[k][i];
         const T* others = columns[k] + j;
         UNROLL
-        for (int v = 0; v < V; v += 2) AddDifferences<kSquared>(x, others + v * kLanes, sum + v);
+        for (int v = 0; v < kVectors; v += 2)
+            AddDifferences<kSquared, R>(x, others + v * R::kDoubles, sum + v);
     }
     UNROLL
-    for (int v = 0; v < V; v++) {
+    for (int v = 0; v < kVectors; v++) {
         if (kSquared) Root(sum + v);
-        Store(sum[v], cells + v * kLanes);
+        Store(sum[v], cells + v * R::kDoubles);
     }
 }
 
 /// What the last block of a row writes past its end is written again by the next row.
-template <bool kSquared, class T>
+template <bool kSquared, class R, class T>
 INLINE_BODY void DistancesBody(int n, int p, const T* const* columns, double* cells) {
     for (int i = 0; i + 1 < n; i++) {
         int j = i + 1;
-        for (; j + 2 * kLanes < n; j += 4 * kLanes)
-            DistancesOfBlock<kSquared, 4>(p, columns, i, j, cells + (j - i - 1));
-        if (j < n) DistancesOfBlock<kSquared, 2>(p, columns, i, j, cells + (j - i - 1));
+        for (; j + 8 < n; j += 16)
+            DistancesOfBlock<kSquared, R, 16>(p, columns, i, j, cells + (j - i - 1));
+        if (j < n)
+            DistancesOfBlock<kSquared, AtMost32<R>, 8>(p, columns, i, j, cells + (j - i - 1));
         cells += n - 1 - i;
     }
 }
 
-/// What the last vector of a row writes past its end is written again by the next row.
-INLINE_BODY void ProductsBody(int n, int p, const float* const* columns, double* cells) {
-    for (int i = 0; i + 1 < n; i++) {
-        for (int j = i + 1; j < n; j += kFloatLanes) {
-            FloatLanes sum{}, y;
-            for (int k = 0; k < p; k++) sum += columns[k][i] * Load(columns[k] + j, y);
-            Lanes wide;
-            Widen(__builtin_shufflevector(sum, sum, 0, 1, 2, 3), &wide);
-            Store(wide, cells + (j - i - 1));
-            Widen(__builtin_shufflevector(sum, sum, 4, 5, 6, 7), &wide);
-            Store(wide, cells + (j - i - 1) + kLanes);
+/// kCells products, between object i and those from j on.
+template <class R, int kCells>
+INLINE_BODY void ProductsOfBlock(int p, const float* const* columns, int i, int j, double* cells) {
+    constexpr int kVectors = kCells / R::kFloats;
+    typename R::Floats sum[kVectors] = {};
+    for (int k = 0; k < p; k++) {
+        const float x = columns[k][i];
+        const float* others = columns[k] + j;
+        UNROLL
+        for (int v = 0; v < kVectors; v++) {
+            typename R::Floats y;
+            sum[v] += x * Load(others + v * R::kFloats, y);
         }
+    }
+    UNROLL
+    for (int v = 0; v < kVectors; v++) {
+        typename R::Doubles wide[2];
+        WidenBoth(sum[v], wide);
+        Store(wide[0], cells + v * R::kFloats);
+        Store(wide[1], cells + v * R::kFloats + R::kDoubles);
+    }
+}
+
+/// What the last block of a row writes past its end is written again by the next row.
+template <class R>
+INLINE_BODY void ObjectProductsBody(int n, int p, const float* const* columns, double* cells) {
+    for (int i = 0; i + 1 < n; i++) {
+        int j = i + 1;
+        for (; j + 8 < n; j += 16) ProductsOfBlock<R, 16>(p, columns, i, j, cells + (j - i - 1));
+        if (j < n) ProductsOfBlock<AtMost32<R>, 8>(p, columns, i, j, cells + (j - i - 1));
         cells += n - 1 - i;
     }
 }
@@ -194,11 +243,11 @@ INLINE_BODY void ProductsBody(int n, int p, const float* const* columns, double*
 // ---- sums over OTUs
 
 /// V vectors of each row of a slice.
-template <int V, class T>
+template <int V, class R, class T>
 INLINE_BODY void SparseSlicePart(int entries, const int* at, const T* weights, const T* table,
                                  int width, const int* row, T* rows) {
-    using Vector = typename LanesOf<T>::Type;
-    constexpr int kWidth = LanesOf<T>::kWidth;
+    using Vector = LanesOf<R, T>;
+    constexpr int kWidth = kCountOf<Vector, T>;
     Vector sum[kSliceRows * V] = {};
     for (int e = 0; e < entries; e++, at += kSliceRows, weights += kSliceRows) {
         UNROLL
@@ -213,10 +262,10 @@ INLINE_BODY void SparseSlicePart(int entries, const int* at, const T* weights, c
         Store(sum[s], rows + static_cast<long>(row[s / V]) * width + s % V * kWidth);
 }
 
-template <class T>
+template <class R, class T>
 INLINE_BODY void SparseRowsBody(int slices, const long* start, const int* at, const T* weights,
                                 const int* row, const T* table, int width, T* rows) {
-    constexpr int kWidth = LanesOf<T>::kWidth;
+    constexpr int kWidth = kCountOf<LanesOf<R, T>, T>;
     for (int i = 0; i < slices; i++) {
         const auto entries = static_cast<int>((start[i + 1] - start[i]) / kSliceRows);
         const int* ofAt = at + start[i];
@@ -224,28 +273,30 @@ INLINE_BODY void SparseRowsBody(int slices, const long* start, const int* at, co
         const int* ofRow = row + i * kSliceRows;
         int c = 0;
         for (; c + 2 * kWidth <= width; c += 2 * kWidth)
-            SparseSlicePart<2>(entries, ofAt, of, table + c, width, ofRow, rows + c);
-        if (c < width) SparseSlicePart<1>(entries, ofAt, of, table + c, width, ofRow, rows + c);
+            SparseSlicePart<2, R>(entries, ofAt, of, table + c, width, ofRow, rows + c);
+        if (c < width) SparseSlicePart<1, R>(entries, ofAt, of, table + c, width, ofRow, rows + c);
     }
 }
 
-INLINE_BODY void AddQuotients(const FloatLanes& quotients, FloatLanes* sum) {
+template <class Floats>
+INLINE_BODY void AddQuotients(const Floats& quotients, Floats* sum) {
     *sum += quotients;
 }
-INLINE_BODY void AddQuotients(const FloatLanes& quotients, Lanes* sum) {
-    Lanes wide;
-    Widen(__builtin_shufflevector(quotients, quotients, 0, 1, 2, 3), &wide);
-    sum[0] += wide;
-    Widen(__builtin_shufflevector(quotients, quotients, 4, 5, 6, 7), &wide);
-    sum[1] += wide;
+template <class Floats, class Doubles>
+INLINE_BODY void AddQuotients(const Floats& quotients, Doubles* sum) {
+    Doubles wide[2];
+    WidenBoth(quotients, wide);
+    sum[0] += wide[0];
+    sum[1] += wide[1];
 }
 
-/// 8 V means, from place i on.
-template <int V, class T>
+/// Means that go with V vectors of similarities, from place i on.
+template <int V, class R, class T>
 INLINE_BODY void MemberMeansPart(int i, int size, const int* members, const float* const* s,
                                  T* mean) {
-    using Vector = typename LanesOf<T>::Type;
-    constexpr int kPerFloats = kFloatLanes / LanesOf<T>::kWidth;
+    using Vector = LanesOf<R, T>;
+    constexpr int kWidth = kCountOf<Vector, T>;
+    constexpr int kPerFloats = R::kFloats / kWidth;
     constexpr float kNone = kMissing;
     const float divisor = static_cast<float>(size);
     Vector sum[V * kPerFloats] = {};
@@ -253,25 +304,25 @@ INLINE_BODY void MemberMeansPart(int i, int size, const int* members, const floa
         const float* row = s[members[a]] + i;
         UNROLL
         for (int v = 0; v < V; v++) {
-            FloatLanes x;
-            Load(row + v * kFloatLanes, x);
-            x = x == kNone ? FloatLanes{} : x;
+            typename R::Floats x;
+            Load(row + v * R::kFloats, x);
+            x = x == kNone ? decltype(x){} : x;
             AddQuotients(x / divisor, sum + v * kPerFloats);
         }
     }
     UNROLL
-    for (int v = 0; v < V * kPerFloats; v++) Store(sum[v], mean + i + v * LanesOf<T>::kWidth);
+    for (int v = 0; v < V * kPerFloats; v++) Store(sum[v], mean + i + v * kWidth);
 }
 
-template <class T>
+template <class R, class T>
 INLINE_BODY void MemberMeansBody(int n, int size, const int* members, const float* const* s,
                                  T* mean) {
+    constexpr int kWidth = R::kFloats;
     int i = 0;
-    for (; i + 4 * kFloatLanes <= n; i += 4 * kFloatLanes)
-        MemberMeansPart<4>(i, size, members, s, mean);
-    for (; i + kFloatLanes <= n; i += kFloatLanes) MemberMeansPart<1>(i, size, members, s, mean);
-    if (i < n && n >= kFloatLanes) {  // some are made a second time
-        MemberMeansPart<1>(n - kFloatLanes, size, members, s, mean);
+    for (; i + 4 * kWidth <= n; i += 4 * kWidth) MemberMeansPart<4, R>(i, size, members, s, mean);
+    for (; i + kWidth <= n; i += kWidth) MemberMeansPart<1, R>(i, size, members, s, mean);
+    if (i < n && n >= kWidth) {  // some are made a second time
+        MemberMeansPart<1, R>(n - kWidth, size, members, s, mean);
         return;
     }
     for (; i < n; i++) {
@@ -284,12 +335,11 @@ INLINE_BODY void MemberMeansBody(int n, int size, const int* members, const floa
     }
 }
 
-template <class T>
+template <class R, class T>
 INLINE_BODY void UnitSumsBody(int n, int p, int stride, T* columns) {
-    using Vector = typename LanesOf<T>::Type;
+    using Vector = LanesOf<R, T>;
     constexpr T kNone = kMissing;
-    constexpr int kWidth = LanesOf<T>::kWidth;
-    for (int i = 0; i < n; i += kWidth) {
+    for (int i = 0; i < n; i += kCountOf<Vector, T>) {
         Vector total{}, x;
         for (int j = 0; j < p; j++) {
             Load(columns + static_cast<long>(j) * stride + i, x);
@@ -304,203 +354,230 @@ INLINE_BODY void UnitSumsBody(int n, int p, int stride, T* columns) {
     }
 }
 
+template <class R>
 INLINE_BODY bool SameAsOneBody(int from, int to, const float* row, const int* types, int type) {
-    IntLanes same{};
+    typename R::Floats x;
+    decltype(x == x) same{}, t;
     int j = from;
-    for (; j + kFloatLanes <= to; j += kFloatLanes) {
-        FloatLanes x;
-        IntLanes t;
+    for (; j + R::kFloats <= to; j += R::kFloats) {
         Load(row + j, x);
         Load(types + j, t);
         same |= (x >= kAlmostOneFrom) & (x <= kAlmostOneTo) & (t == type);
     }
     int any = 0;
-    for (int l = 0; l < kFloatLanes; l++) any |= same[l];
+    for (int l = 0; l < R::kFloats; l++) any |= same[l];
     for (; j < to; j++) any |= IsAlmostOne(row[j]) && types[j] == type;
     return any != 0;
 }
 
 // ---- averages of layers
 
-/// Four sums after the layer's next cells.
-template <bool kMV>
-INLINE_BODY void PlusLayer(const double* sums, const float* layer, Lanes* sum) {
+/// One vector of sums after the layer's next cells.
+template <bool kMV, class R>
+INLINE_BODY void PlusLayer(const double* sums, const float* layer, typename R::Doubles* sum) {
     constexpr float kNone = kMissing;
-    HalfLanes x;
+    typename R::Halves x;
     Load(layer, x);
-    if (kMV) x = x == kNone ? HalfLanes{} : x;
-    Lanes before;
+    if (kMV) x = x == kNone ? decltype(x){} : x;
+    typename R::Doubles before;
     Widen(x, sum);
     *sum += Load(sums, before);
 }
 
-INLINE_BODY void PlusPresent(const float* counts, const float* layer, FloatLanes* count) {
+template <class Floats>
+INLINE_BODY void PlusPresent(const float* counts, const float* layer, Floats* count) {
     constexpr float kNone = kMissing;
-    FloatLanes x;
+    Floats x;
     Load(layer, x);
-    *count = Load(counts, *count) + (x == kNone ? FloatLanes{} : FloatLanes{} + 1);
+    *count = Load(counts, *count) + (x == kNone ? Floats{} : Floats{} + 1);
 }
 
-template <bool kMV>
+template <bool kMV, class R>
 INLINE_BODY void AddLayerBody(long m, const double* from, const float* counts, const float* layer,
                               double* to, float* toCounts) {
-    for (long c = 0; c < m; c += kFloatLanes) {
-        Lanes sum;
-        PlusLayer<kMV>(from + c, layer + c, &sum);
+    for (long c = 0; c < m; c += R::kFloats) {
+        typename R::Doubles sum;
+        PlusLayer<kMV, R>(from + c, layer + c, &sum);
         Store(sum, to + c);
-        PlusLayer<kMV>(from + c + kLanes, layer + c + kLanes, &sum);
-        Store(sum, to + c + kLanes);
+        PlusLayer<kMV, R>(from + c + R::kDoubles, layer + c + R::kDoubles, &sum);
+        Store(sum, to + c + R::kDoubles);
         if (kMV) {
-            FloatLanes count;
+            typename R::Floats count;
             PlusPresent(counts + c, layer + c, &count);
             Store(count, toCounts + c);
         }
     }
 }
 
-/// Eight averages.
-template <bool kMV>
+/// One vector of averages.
+template <bool kMV, class R>
 INLINE_BODY void AverageLine(const double* sums, const float* counts, float count,
-                             const float* layer, FloatLanes* average) {
-    Lanes low, high;
-    PlusLayer<kMV>(sums, layer, &low);
-    PlusLayer<kMV>(sums + kLanes, layer + kLanes, &high);
-    const HalfLanes lowFloats = __builtin_convertvector(low, HalfLanes);
-    const HalfLanes highFloats = __builtin_convertvector(high, HalfLanes);
-    *average = __builtin_shufflevector(lowFloats, highFloats, 0, 1, 2, 3, 4, 5, 6, 7);
+                             const float* layer, typename R::Floats* average) {
+    using Floats = typename R::Floats;
+    typename R::Doubles low, high;
+    PlusLayer<kMV, R>(sums, layer, &low);
+    PlusLayer<kMV, R>(sums + R::kDoubles, layer + R::kDoubles, &high);
+    Join(__builtin_convertvector(low, typename R::Halves),
+         __builtin_convertvector(high, typename R::Halves), average);
     if (kMV) {
-        FloatLanes divisor;
+        Floats divisor;
         PlusPresent(counts, layer, &divisor);
         constexpr float kNone = kMissing;
-        *average = divisor > 0 ? *average / divisor : FloatLanes{} + kNone;
+        *average = divisor > 0 ? *average / divisor : Floats{} + kNone;
     } else {
         *average /= count;
     }
 }
 
-INLINE_BODY void TurnTile(FloatLanes* v) {
-    FloatLanes a[kTileSide], b[kTileSide];
+/// Turns as many vectors as a vector has floats.
+INLINE_BODY void TurnFloats(Registers<16>::Floats* v) {
+    Registers<16>::Floats a[4];
     UNROLL
-    for (int r = 0; r < kTileSide; r += 2) {
-        a[r] = __builtin_shufflevector(v[r], v[r + 1], 0, 8, 1, 9, 4, 12, 5, 13);
-        a[r + 1] = __builtin_shufflevector(v[r], v[r + 1], 2, 10, 3, 11, 6, 14, 7, 15);
+    for (int h = 0; h < 2; h++) {
+        Shuffle<0, 4, 1, 5>(v[2 * h], v[2 * h + 1], a + h);
+        Shuffle<2, 6, 3, 7>(v[2 * h], v[2 * h + 1], a + 2 + h);
     }
     UNROLL
-    for (int r = 0; r < kTileSide; r += 4) UNROLL
     for (int h = 0; h < 2; h++) {
-        b[r + 2 * h] = __builtin_shufflevector(a[r + h], a[r + 2 + h], 0, 1, 8, 9, 4, 5, 12, 13);
-        b[r + 2 * h + 1] =
-            __builtin_shufflevector(a[r + h], a[r + 2 + h], 2, 3, 10, 11, 6, 7, 14, 15);
+        Shuffle<0, 1, 4, 5>(a[2 * h], a[2 * h + 1], v + 2 * h);
+        Shuffle<2, 3, 6, 7>(a[2 * h], a[2 * h + 1], v + 2 * h + 1);
+    }
+}
+INLINE_BODY void TurnFloats(Registers<32>::Floats* v) {
+    Registers<32>::Floats a[8], b[8];
+    UNROLL
+    for (int r = 0; r < 8; r += 2) {
+        Shuffle<0, 8, 1, 9, 4, 12, 5, 13>(v[r], v[r + 1], a + r);
+        Shuffle<2, 10, 3, 11, 6, 14, 7, 15>(v[r], v[r + 1], a + r + 1);
+    }
+    UNROLL
+    for (int s = 0; s < 4; s++) {
+        const int r = s / 2 * 4 + s % 2;  // 0, 1, 4, 5
+        const int to = s / 2 * 4 + s % 2 * 2;
+        Shuffle<0, 1, 8, 9, 4, 5, 12, 13>(a[r], a[r + 2], b + to);
+        Shuffle<2, 3, 10, 11, 6, 7, 14, 15>(a[r], a[r + 2], b + to + 1);
     }
     UNROLL
     for (int r = 0; r < 4; r++) {
-        v[r] = __builtin_shufflevector(b[r], b[r + 4], 0, 1, 2, 3, 8, 9, 10, 11);
-        v[r + 4] = __builtin_shufflevector(b[r], b[r + 4], 4, 5, 6, 7, 12, 13, 14, 15);
+        Shuffle<0, 1, 2, 3, 8, 9, 10, 11>(b[r], b[r + 4], v + r);
+        Shuffle<4, 5, 6, 7, 12, 13, 14, 15>(b[r], b[r + 4], v + r + 4);
     }
 }
 
-template <bool kMV>
+/// One tile of averages, and unless `below` is null the same turned.
+template <bool kMV, class R>
+INLINE_BODY void AveragesOfTile(const double* sums, const float* counts, float count,
+                                const float* layer, long stride, float* above, float* below) {
+    constexpr int kPart = R::kFloats;
+    for (int i = 0; i < kTileSide; i += kPart)
+        for (int j = 0; j < kTileSide; j += kPart) {
+            typename R::Floats line[kPart] = {};
+            UNROLL
+            for (int r = 0; r < kPart; r++) {
+                const int c = (i + r) * kTileSide + j;
+                AverageLine<kMV, R>(sums + c, kMV ? counts + c : nullptr, count, layer + c,
+                                    line + r);
+                Store(line[r], above + (i + r) * stride + j);
+            }
+            if (below == nullptr) continue;
+            TurnFloats(line);
+            UNROLL
+            for (int r = 0; r < kPart; r++) Store(line[r], below + (j + r) * stride + i);
+        }
+}
+
+template <bool kMV, class R>
 INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts, float count,
                               const float* layer, float* s) {
     const long stride = static_cast<long>(tiles) * kTileSide;
     for (int i = 0; i < tiles; i++)
         for (int j = i; j < tiles; j++) {
-            FloatLanes line[kTileSide];
             float* above = s + i * kTileSide * stride + j * kTileSide;
-            UNROLL
-            for (int r = 0; r < kTileSide; r++) {
-                const int c = r * kTileSide;
-                AverageLine<kMV>(sums + c, kMV ? counts + c : nullptr, count, layer + c, line + r);
-                Store(line[r], above + r * stride);
-            }
+            float* below = i == j ? nullptr : s + j * kTileSide * stride + i * kTileSide;
+            AveragesOfTile<kMV, R>(sums, counts, count, layer, stride, above, below);
             sums += kTileCells;
             layer += kTileCells;
             if (kMV) counts += kTileCells;
-            if (i == j) continue;
-            TurnTile(line);
-            float* below = s + j * kTileSide * stride + i * kTileSide;
-            UNROLL
-            for (int r = 0; r < kTileSide; r++) Store(line[r], below + r * stride);
         }
 }
 
 // NOLINTEND(bugprone-implicit-widening-of-multiplication-result)
 
 // NOLINTBEGIN(bugprone-macro-parentheses): an attribute takes none
-#define TYPED_KERNELS(TARGET, T, NAME)                                                            \
+#define TYPED_KERNELS(TARGET, R, T, NAME)                                                         \
     TARGET void Euclidean##NAME(int n, int p, const T* const* columns, double* cells) {           \
-        DistancesBody<true>(n, p, columns, cells);                                                \
+        DistancesBody<true, R>(n, p, columns, cells);                                             \
     }                                                                                             \
     TARGET void Absolute##NAME(int n, int p, const T* const* columns, double* cells) {            \
-        DistancesBody<false>(n, p, columns, cells);                                               \
+        DistancesBody<false, AtMost32<R>>(n, p, columns, cells);                                  \
     }                                                                                             \
     TARGET void SparseRows##NAME(int slices, const long* start, const int* at, const T* weights,  \
                                  const int* row, const T* table, int width, T* rows) {            \
-        SparseRowsBody(slices, start, at, weights, row, table, width, rows);                      \
+        SparseRowsBody<AtMost32<R>>(slices, start, at, weights, row, table, width, rows);         \
     }                                                                                             \
     TARGET void MemberMeans##NAME(int n, int size, const int* members, const float* const* s,     \
                                   T* mean) {                                                      \
-        MemberMeansBody(n, size, members, s, mean);                                               \
+        MemberMeansBody<AtMost32<R>>(n, size, members, s, mean);                                  \
     }                                                                                             \
     TARGET void UnitSums##NAME(int n, int p, int stride, T* columns) {                            \
-        UnitSumsBody(n, p, stride, columns);                                                      \
+        UnitSumsBody<AtMost32<R>>(n, p, stride, columns);                                         \
     }                                                                                             \
     constexpr TypedSubsetKernels<T> k##NAME = {Euclidean##NAME, Absolute##NAME, SparseRows##NAME, \
                                                MemberMeans##NAME, UnitSums##NAME};
 
-#define SUBSET_KERNELS(TARGET)                                                                     \
-    TYPED_KERNELS(TARGET, float, Float)                                                            \
-    TYPED_KERNELS(TARGET, double, Double)                                                          \
-    TARGET void Chains(int chains, long m, const double* const* x, const double* const* y,         \
-                       double* sums) {                                                             \
-        ChainsBody(chains, m, x, y, sums);                                                         \
+#define SUBSET_KERNELS(TARGET, R)                                                                  \
+    TYPED_KERNELS(TARGET, R, float, Float)                                                         \
+    TYPED_KERNELS(TARGET, R, double, Double)                                                       \
+    TARGET void Sums(int chains, long m, const double* const* x, double* sums, bool* hasMissing) { \
+        SumsBody<AtMost32<R>>(chains, m, x, sums, hasMissing);                                     \
     }                                                                                              \
-    TARGET bool Deviations(long m, double mean, const double* cells, double* deviations) {         \
-        return DeviationsBody(m, mean, cells, deviations);                                         \
+    TARGET void Products(int chains, long m, const double* const* x, const double* meanX,          \
+                         const double* const* y, const double* meanY, double* sums) {              \
+        ProductsBody<AtMost32<R>>(chains, m, x, meanX, y, meanY, sums);                            \
     }                                                                                              \
-    TARGET void Products(int n, int p, const float* const* columns, double* cells) {               \
-        ProductsBody(n, p, columns, cells);                                                        \
+    TARGET void ObjectProducts(int n, int p, const float* const* columns, double* cells) {         \
+        ObjectProductsBody<R>(n, p, columns, cells);                                               \
     }                                                                                              \
     TARGET bool SameAsOne(int from, int to, const float* row, const int* types, int type) {        \
-        return SameAsOneBody(from, to, row, types, type);                                          \
+        return SameAsOneBody<AtMost32<R>>(from, to, row, types, type);                             \
     }                                                                                              \
     TARGET void AddLayer(long m, const double* from, const float* layer, double* to) {             \
-        AddLayerBody<false>(m, from, nullptr, layer, to, nullptr);                                 \
+        AddLayerBody<false, AtMost32<R>>(m, from, nullptr, layer, to, nullptr);                    \
     }                                                                                              \
     TARGET void AddLayerMV(long m, const double* from, const float* counts, const float* layer,    \
                            double* to, float* toCounts) {                                          \
-        AddLayerBody<true>(m, from, counts, layer, to, toCounts);                                  \
+        AddLayerBody<true, AtMost32<R>>(m, from, counts, layer, to, toCounts);                     \
     }                                                                                              \
     TARGET void Averages(int tiles, const double* sums, const float* layer, float count,           \
                          float* s) {                                                               \
-        AveragesBody<false>(tiles, sums, nullptr, count, layer, s);                                \
+        AveragesBody<false, AtMost32<R>>(tiles, sums, nullptr, count, layer, s);                   \
     }                                                                                              \
     TARGET void AveragesMV(int tiles, const double* sums, const float* counts, const float* layer, \
                            float* s) {                                                             \
-        AveragesBody<true>(tiles, sums, counts, 0.0F, layer, s);                                   \
+        AveragesBody<true, AtMost32<R>>(tiles, sums, counts, 0.0F, layer, s);                      \
     }                                                                                              \
-    constexpr SubsetKernels kKernels = {Chains,     Deviations, Products,   SameAsOne, AddLayer,   \
-                                        AddLayerMV, Averages,   AveragesMV, kFloat,    kDouble};
+    constexpr SubsetKernels kKernels = {Sums,       Products, ObjectProducts, SameAsOne, AddLayer, \
+                                        AddLayerMV, Averages, AveragesMV,     kFloat,    kDouble};
 // NOLINTEND(bugprone-macro-parentheses)
 
 namespace plain {
-SUBSET_KERNELS()
+SUBSET_KERNELS(, PlainRegisters)
 }
 #if defined(__x86_64__)
 namespace wide {
-SUBSET_KERNELS([[gnu::target("avx2")]])
+SUBSET_KERNELS([[gnu::target("avx2")]], WideRegisters)
+}
+namespace widest {
+SUBSET_KERNELS([[gnu::target("avx512f,avx512vl,avx512dq")]], WidestRegisters)
 }
 #endif
 
 }  // namespace
 
-const SubsetKernels& SubsetKernelsOfProcessor() {
+const SubsetKernels& SubsetKernelsOfRegisters([[maybe_unused]] int bytes) {
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx2")) return wide::kKernels;
+    if (bytes == 64) return widest::kKernels;
+    if (bytes == 32) return wide::kKernels;
 #endif
-    return plain::kKernels;
-}
-
-const SubsetKernels& SubsetKernelsOfAnyProcessor() {
     return plain::kKernels;
 }

@@ -4,6 +4,8 @@
 /// plain routine; what runs side by side are sums of different objects. Both versions of a loop,
 /// for this processor and for any, give the same digits.
 
+#include "mxlibRes/kernels.h"
+
 /// Side of a square tile of cells.
 inline constexpr int kTileSide = 8;
 inline constexpr int kTileCells = kTileSide * kTileSide;
@@ -38,16 +40,16 @@ struct TypedSubsetKernels {
 };
 
 struct SubsetKernels {
-    /// Sums of x[c] times y[c], or of x[c] alone where y is null, over m cells in their order, for
-    /// up to kMostChains chains c.
-    void (*chains)(int chains, long m, const double* const* x, const double* const* y,
-                   double* sums);
-    /// Deviations of m cells from their mean; whether some cell is missing.
-    bool (*deviations)(long m, double mean, const double* cells, double* deviations);
+    /// Sums over m cells in their order of x[c], for up to kMostChains chains c, and whether some
+    /// cell is missing.
+    void (*sums)(int chains, long m, const double* const* x, double* sums, bool* hasMissing);
+    /// Sums of x[c] - meanX[c] times y[c] - meanY[c].
+    void (*products)(int chains, long m, const double* const* x, const double* meanX,
+                     const double* const* y, const double* meanY, double* sums);
 
     /// Products between n objects described by p columns into the cells above the diagonal, row
     /// after row; their sums in float, column after column.
-    void (*products)(int n, int p, const float* const* columns, double* cells);
+    void (*objectProducts)(int n, int p, const float* const* columns, double* cells);
 
     /// Whether, in places from to to - 1 of a row of similarities, an object of `type` has a
     /// similarity of 1 within one unit in the last place.
@@ -69,8 +71,11 @@ struct SubsetKernels {
     TypedSubsetKernels<double> ofDouble;
 };
 
-const SubsetKernels& SubsetKernelsOfProcessor();
-const SubsetKernels& SubsetKernelsOfAnyProcessor();
+/// As for Kernels.
+const SubsetKernels& SubsetKernelsOfRegisters(int bytes);
+inline const SubsetKernels& SubsetKernelsOfProcessor() {
+    return SubsetKernelsOfRegisters(BytesOfRegisters());
+}
 
 template <class T>
 const TypedSubsetKernels<T>& KernelsOf(const SubsetKernels& kernels) {

@@ -66,9 +66,9 @@ constexpr RankingCriterion kCriteria[] = {
     {24, "SE", kHidden, true, nullptr, nullptr, "ChRank_DarkDiversity.txt",
      Divergence<kDarkDiversity>},
 };
-static_assert(std::ranges::all_of(
-    kCriteria, [](std::string_view suffix) { return suffix.size() <= kRankingSuffixLength; },
-    &RankingCriterion::suffix));
+static_assert(std::all_of(std::begin(kCriteria), std::end(kCriteria), [](const auto& criterion) {
+    return std::string_view(criterion.suffix).size() <= kRankingSuffixLength;
+}));
 
 }  // namespace
 

@@ -19,6 +19,13 @@ std::vector<double> RandomNumbers(int n, unsigned seed) {
     return x;
 }
 
+/// The bytes of registers that this processor can be told to use.
+std::vector<int> Widths() {
+    std::vector<int> widths;
+    for (int bytes = 16; bytes <= BytesOfRegisters(); bytes *= 2) widths.push_back(bytes);
+    return widths;
+}
+
 /// The sums, and the loops over subsets of traits, for every kind of processor; the last bit
 /// counts: the results of a session must not depend on the processor.
 TEST(Kernels, WideRegistersChangeNoDigit) {
@@ -34,7 +41,8 @@ TEST(Kernels, WideRegistersChangeNoDigit) {
         rows.push_back(narrow.data() + 31 * c);
     }
     std::vector<std::vector<double>> results;
-    for (const Kernels* k : {&KernelsOfProcessor(), &KernelsOfAnyProcessor()}) {
+    for (const int bytes : Widths()) {
+        const Kernels* k = &KernelsOfRegisters(bytes);
         std::vector<double> d(9000);
         std::vector<double*> cells;
         int at = 0;
@@ -53,17 +61,20 @@ TEST(Kernels, WideRegistersChangeNoDigit) {
         k->columnProductsTurned(9, 22, chains.data(), 6, chains.data() + 9, &cells[22]);
         results.push_back(d);
     }
-    EXPECT_EQ(results[0], results[1]);
+    for (const auto& result : results) EXPECT_EQ(result, results[0]);
     results.clear();
-    for (const SubsetKernels* k : {&SubsetKernelsOfProcessor(), &SubsetKernelsOfAnyProcessor()}) {
+    for (const int bytes : Widths()) {
+        const SubsetKernels* k = &SubsetKernelsOfRegisters(bytes);
         std::vector<double> d(8000), sums(8);
         std::vector<float> s(kSide * kSide), means(kSide);
-        k->chains(7, 103, chains.data(), chains.data() + 8, sums.data());
+        k->products(7, 103, chains.data(), x.data(), chains.data() + 8, x.data() + 8, sums.data());
+        bool missing[3];
+        k->sums(3, 103, chains.data(), d.data() + 7900, missing);
         k->ofDouble.euclidean(29, 3, chains.data(), d.data());
         k->ofDouble.absolute(29, 3, chains.data(), d.data() + 500);
         k->ofFloat.euclidean(29, 3, rows.data(), d.data() + 1000);
         k->ofFloat.absolute(29, 3, rows.data(), d.data() + 1500);
-        k->products(29, 3, rows.data(), d.data() + 2500);
+        k->objectProducts(29, 3, rows.data(), d.data() + 2500);
         k->ofDouble.memberMeans(29, 3, kMembers, rows.data(), d.data() + 2000);
         k->ofFloat.memberMeans(29, 3, kMembers, rows.data(), means.data());
         k->ofFloat.unitSums(8, 2, 8, means.data());
@@ -73,7 +84,7 @@ TEST(Kernels, WideRegistersChangeNoDigit) {
         d.insert(d.end(), sums.begin(), sums.end());
         results.push_back(d);
     }
-    EXPECT_EQ(results[0], results[1]);
+    for (const auto& result : results) EXPECT_EQ(result, results[0]);
 }
 
 // 46,341 objects squared are beyond an int: rooms for their pairs came out empty.

@@ -6,6 +6,8 @@
 #include <numeric>
 #include <vector>
 
+#include "mxlib/twister.h"
+
 namespace {
 
 std::vector<int> Identity(int n) {
@@ -19,6 +21,25 @@ void FisherYates(gsl_rng* generator, std::vector<int>* list) {
     const auto n = list->size();
     for (size_t i = 0; i + 1 < n; i++)
         std::swap((*list)[i], (*list)[i + gsl_rng_uniform_int(generator, n - i)]);
+}
+
+/// Whole blocks and every way to draw, against the library's own generator.
+TEST(RandomLists, TheTwisterDrawsTheStreamOfTheLibrarysOwn) {
+    gsl_rng* own = gsl_rng_alloc(gsl_rng_mt19937);
+    gsl_rng* twister = gsl_rng_alloc(&kTwister);
+    for (const unsigned long seed : {0UL, 1UL, 4294967295UL, 4294967296UL + 7}) {
+        gsl_rng_set(own, seed);
+        gsl_rng_set(twister, seed);
+        for (unsigned n = 1; n < 3 * Twister::kSize; n++) {
+            const unsigned most = n % 2 == 0 ? n : 4294967295U / n;
+            ASSERT_EQ(DrawBelow(twister, most), gsl_rng_uniform_int(own, most));
+            ASSERT_EQ(DrawUniform(twister), gsl_rng_uniform(own));
+            ASSERT_EQ(gsl_rng_get(twister), gsl_rng_get(own));
+            ASSERT_EQ(gsl_rng_uniform(twister), gsl_rng_uniform(own));
+        }
+    }
+    gsl_rng_free(twister);
+    gsl_rng_free(own);
 }
 
 TEST(RandomLists, ShufflesFollowTheForwardWalk) {

@@ -128,27 +128,31 @@ double CorrelationOf(double products, double squaresA, double squaresB) {
 /// block, a piece of cells after the other while it is at hand.
 void CorrelateCells(Block block, MantelPairs* m, Statistics* s) {
     constexpr long kPiece = 1024;
+    constexpr int kMostOthers = 4;
     const Letter made = MadeIn(block);
+    const PairStatistic* pairs[kMostOthers];
+    const double* others[kMostOthers];
+    int count = 0;
+    for (const PairStatistic& pair : kPairStatistics)
+        if (pair.block == block) pairs[count++] = &pair;
+    const auto otherOf = [made](const PairStatistic& pair) {
+        return pair.a == made ? pair.b : pair.a;
+    };
     const Kernels& kernels = KernelsOfProcessor();
     double* cells = m->cells[made];
     const double mean = kernels.sum(m->nCells, cells) / static_cast<double>(m->nCells);
-    double squares = 0.0;
-    double products[kLetters] = {};
+    double sums[1 + kMostOthers] = {};
     for (long from = 0; from < m->nCells; from += kPiece) {
-        const long size = std::min(kPiece, m->nCells - from);
-        squares += kernels.centre(size, mean, cells + from);
-        for (const PairStatistic& pair : kPairStatistics) {
-            if (pair.block != block) continue;
-            const Letter other = pair.a == made ? pair.b : pair.a;
-            products[other] += kernels.dot(size, cells + from, m->cells[other] + from);
-        }
+        double ofPiece[1 + kMostOthers];
+        for (int k = 0; k < count; k++) others[k] = m->cells[otherOf(*pairs[k])] + from;
+        kernels.centreAndDots(std::min(kPiece, m->nCells - from), mean, cells + from, count, others,
+                              ofPiece);
+        for (int k = 0; k <= count; k++) sums[k] += ofPiece[k];
     }
-    m->squares[made] = squares;
-    for (const PairStatistic& pair : kPairStatistics) {
-        const Letter other = pair.a == made ? pair.b : pair.a;
-        if (pair.block == block)
-            (*s)[pair.result] = CorrelationOf(products[other], squares, m->squares[other]);
-    }
+    m->squares[made] = sums[0];
+    for (int k = 0; k < count; k++)
+        (*s)[pairs[k]->result] =
+            CorrelationOf(sums[1 + k], sums[0], m->squares[otherOf(*pairs[k])]);
 }
 
 int WidestVarying(const TestRecord& in) {

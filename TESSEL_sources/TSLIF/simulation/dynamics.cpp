@@ -1,7 +1,5 @@
 #include "TSLIF/simulation/dynamics.h"
 
-#include <gsl/gsl_rng.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -9,6 +7,7 @@
 #include "TSLIF/simulation/preparation.h"
 #include "iflibG/iflibG.h"
 #include "mxlib/random_lists.h"
+#include "mxlib/twister.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/products.h"
 #include "mxlibRes/standardisation.h"
@@ -225,7 +224,7 @@ void SettleNewOTU(Assembly& now, int s, int j) {
 /// Whether the dispersal lets the candidate try: the weight is the chance of an OTU of the site,
 /// the rest that of an immigrant.
 bool IsAccepted(const World& world, int s, int j) {
-    const double u = gsl_rng_uniform(r);
+    const double u = DrawUniform(r);
     return world.W[s][j] > 0 ? world.answers.dispersalWeight > u
                              : u > world.answers.dispersalWeight;
 }
@@ -233,10 +232,10 @@ bool IsAccepted(const World& world, int s, int j) {
 /// One attempt per site, while there is room for individuals at all.
 void Colonize(Assembly& now) {
     World& world = now.world;
-    const auto N = static_cast<unsigned long>(world.answers.nOTUs);
+    const auto N = static_cast<std::uint32_t>(world.answers.nOTUs);
     for (int s = 0; s < world.answers.nSites && world.total < world.target; s++) {
-        const int j = static_cast<int>(gsl_rng_uniform_int(r, N));
-        if (IsAccepted(world, s, j) && Survival(now, s, j) > gsl_rng_uniform(r)) {
+        const int j = static_cast<int>(DrawBelow(r, N));
+        if (IsAccepted(world, s, j) && Survival(now, s, j) > DrawUniform(r)) {
             AddIndividuals(now, s, j, 1);
             if (world.W[s][j] == 1) SettleNewOTU(now, s, j);
         }
@@ -248,7 +247,7 @@ void Colonize(Assembly& now) {
 void TestIndividuals(Assembly& now, int s, int j, double risk) {
     World& world = now.world;
     for (int i = 1;; i++) {
-        if (risk > gsl_rng_uniform(r)) {
+        if (risk > DrawUniform(r)) {
             AddIndividuals(now, s, j, -1);
             now.full = false;
             now.anyDied = true;
