@@ -10,11 +10,11 @@
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/findings.h"
+#include "TSLCLI/new_session.h"
 #include "TSLCLI/session.h"
 #include "TSLCLI/summary.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
-#include "TSLIFFM2/track.h"
 #include "TSLIFFMT/dialogue_data.h"
 #include "TSLIFFMT/raw_tables.h"
 
@@ -42,14 +42,9 @@ void WriteTypes(const ImportTables& tables, const std::string& path) {
 }
 
 void Import(const ImportOptions& options) {
-    NameSession(options.session);
-    MakeSessionFileName(whichTrack, options.session.c_str(), trackExt);
-    MakeSessionFileName(whichFormda, options.session.c_str(), formdaExt);
-    const FileLock lock = LockNamedSession();
-    const std::string namesFile = options.session + kNamesExt;
+    const FileLock lock = StartNewSession(options.session, options.force);
+    MakeSessionFileName(whichFormda, sessionName, formdaExt);
     const std::string typesFile = options.session + kTypesExt;
-    for (const std::string& path : {std::string(whichTrack), std::string(whichFormda), namesFile})
-        RefuseToOverwrite(path, options.force);
     if (!options.files.types.empty()) RefuseToOverwrite(typesFile, options.force);
 
     ImportTables tables = ReadImportTables(options.files, options.dropUnmatched);
@@ -57,17 +52,14 @@ void Import(const ImportOptions& options) {
     const DataSetOfDialogue released;
     TakeCommunities(&tables, options.dropEmpty);
     const FullNames names = TakeOtherTables(tables, options.settings);
-    WriteNames(options.session, names);
+    RunEngine(
+        [&] { WriteDataSet(std::filesystem::path(options.files.traits).filename().c_str()); });
+    FinishNewSession(names);
     if (tables.types) WriteTypes(tables, typesFile);
-    const EngineTalk talk = RunEngine([&] {
-        WriteDataSet(std::filesystem::path(options.files.traits).filename().c_str());
-        WriteTrack(0);
-    });
-    if (!talk.errors.empty()) FailRun(talk.errors);
 
     TellSummary(options.session, names);
     if (tables.types) Tell("Types of the OTUs: on " + typesFile);
-    Tell("Full names and labels: on " + namesFile);
+    Tell("Full names and labels: on " + options.session + kNamesExt);
     for (const std::string& finding : Findings(names)) Warn(finding);
 }
 

@@ -4,9 +4,10 @@
 #include <cstring>
 
 #include "TSLCLI/failure.h"
+#include "mxlibDim/reading.h"
 
 InputFile::InputFile(const std::string& path)
-    : path_(path), stream_(std::fopen(path.c_str(), "rb")) {
+    : path_(path), stream_(OpenToRead(path.c_str(), "rb")) {
     if (stream_ == nullptr) FailRun(path + ": the file cannot be opened: " + std::strerror(errno));
 }
 

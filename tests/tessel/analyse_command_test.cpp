@@ -1,8 +1,12 @@
 // The command analyse: its files are those of the dialogue for the same settings, its tables hold
 // what the report says, its settings file repeats it.
 
-#include <cmath>
+#include <unistd.h>
 
+#include <cmath>
+#include <regex>
+
+#include "mxlibDim/terminal.h"
 #include "tessel/example_session.h"
 
 namespace {
@@ -151,20 +155,19 @@ TEST_F(AnalyseCommand, ProbabilitiesFollowFromTheNullValues) {
                 EXPECT_EQ(null[1][k], row[2]);
                 const bool twoTailed = tails == "two" || Contains(row[0], ".");
                 const double observed = NumberOf(row[2]);
+                // The report compares signals of distances with permuted ones of the other sign.
+                const double sign = row[0] == "BF" && !twoTailed && measure == "mantel" ? -1 : 1;
                 double extreme = 1, sum = 0, squares = 0;
                 for (std::size_t i = 2; i < null.size(); i++) {
                     const double x = NumberOf(null[i][k]);
                     const double far =
-                        twoTailed ? std::fabs(x) - std::fabs(observed) : x - observed;
+                        twoTailed ? std::fabs(x) - std::fabs(observed) : sign * x - observed;
                     extreme += far >= -1e-7 * std::fabs(observed);
                     sum += x;
                     squares += x * x;
                 }
                 const double mean = sum / 59, sd = std::sqrt((squares - sum * mean) / 58);
-                // The one-tailed test takes permuted signals of distances with the opposite sign.
-                if (row[0] != "BF" || twoTailed || measure != "mantel") {
-                    EXPECT_EQ(NumberOf(row[3]), extreme / 60);
-                }
+                EXPECT_EQ(NumberOf(row[3]), extreme / 60);
                 EXPECT_EQ(row[4] + " " + row[5], "60 59");
                 EXPECT_NEAR(NumberOf(row[6]), mean, 1e-9);
                 EXPECT_NEAR(NumberOf(row[7]), sd, 1e-7);
@@ -400,4 +403,52 @@ TEST_F(AnalyseCommand, NamesOfAllKinds) {
     folder_.Write("s.toml", folder_.Read("sTables/settings.toml"));
     EXPECT_EQ(RunCommand("analyse --force --quiet --config s.toml").status, 0);
     EXPECT_EQ(folder_.Read("sTables/statistics.csv"), two);
+}
+
+TEST_F(AnalyseCommand, WarnsOfWhatSaysNothing) {
+    FormdaText data;
+    data.B = {{1, 4}, {2, 1}, {5, 2}, {3, 3}};
+    data.W = {{3, 0, 1}, {0, 2, 4}, {1, 1, 0}, {6, 0, 2}};
+    data.traitTypes = "3 2";
+    data.traitLabels = "size form";
+    folder_.Write("sFormda.txt", FormdaOf(data));
+    folder_.Write("sTrk.txt", "sFormda.txt\n07Jul17\n");
+    const std::string err =
+        RunCommand("analyse s --iterations 2 --tables no --resemblance relative-euclidean").err;
+    for (const char* line :
+         {"the trait 'form' is nominal: statistics with T average its codes",
+          "the session has no ecological variables", "does not compare communities by types"})
+        EXPECT_TRUE(Contains(err, line)) << err;
+    EXPECT_EQ(Count(err, "TESSEL: warning: "), Count(err, "\n"));
+    EXPECT_EQ(
+        RunCommand("analyse s --tables no --force --traits size --iterations 2 --congruence rv "
+                   "--resemblance chord")
+            .err.rfind("TESSEL: warning: --resemblance chord", 0),
+        0u);
+    const CommandRun rank = RunCommand("rank s --criterion XE.TR");
+    EXPECT_TRUE(Contains(rank.err, "XE.TR: the session has no ecological variables E")) << rank.err;
+}
+
+// A person at a terminal sees how far a run is; the line is gone at its end.
+TEST_F(AnalyseCommand, ProgressIsShownToPersonsAlone) {
+    WriteFiles(folder_, Session("aravo"));
+    const auto shown = [&](bool person, const std::string& options) {
+        const int kept = dup(STDERR_FILENO);
+        FILE* const file = std::fopen("shown", "w");
+        dup2(fileno(file), STDERR_FILENO);
+        personHook = person ? [] { return true; } : [] { return false; };
+        EXPECT_EQ(
+            RunCommand("analyse aravo --tables no --force --iterations 6000" + options).status, 0);
+        personHook = nullptr;
+        dup2(kept, STDERR_FILENO);
+        close(kept);
+        std::fclose(file);
+        return folder_.Read("shown");
+    };
+    const std::string lines = shown(true, "");
+    EXPECT_TRUE(std::regex_match(
+        lines, std::regex("(\r\x1b\\[K +\\d+ % done, \\d+:\\d\\d:\\d\\d left)+\r\x1b\\[K")))
+        << lines;
+    EXPECT_EQ(shown(false, ""), "");
+    EXPECT_EQ(shown(true, " --quiet"), "");
 }

@@ -56,7 +56,7 @@ const std::vector<Fault> kFaults = {
      "t.csv, line 4: the name of the row holds a line break or another control character"},
     {"", "", "", "--environment none.csv",
      "none.csv: the file cannot be opened: No such file or directory"},
-    {"", "", "", "--environment .", ".: the file cannot be read: Is a directory"},
+    {"", "", "", "--environment .", ".: the file cannot be opened: Is a directory"},
     // Names
     {"t.csv", "leaf", "height", "",
      "t.csv: two columns are named 'height': give each a name of its own"},
