@@ -19,6 +19,7 @@
 #include "TSLIF/analysis_settings.h"
 #include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/scaling_up_matrices.h"
+#include "mxlibDim/text.h"
 
 namespace fs = std::filesystem;
 
@@ -62,7 +63,7 @@ void TellResults(const PermTest_FunctionalPhyl_Correl_Input& test) {
         if (statistic.needsPhylogeny && includePhylogeny == 0) continue;
         char line[80];
         std::snprintf(line, sizeof line, "%-6s %-12.6g P = %-10.6g ", statistic.name,
-                      test.*statistic.value, test.*statistic.probability);
+                      Printable(test.*statistic.value), Printable(test.*statistic.probability));
         Tell(line + std::string(MeaningOf(statistic)));
         if (std::isnan(test.*statistic.value))
             Warn(std::string(statistic.name) +

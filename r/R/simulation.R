@@ -58,7 +58,7 @@ print.tessel_simulation <- function(x, digits = 3, ...) {
   print(data.frame(
     statistic = rates$statistic, rate = signif(rates$rate, digits),
     from = signif(rates[["lower limit"]], digits),
-    to = signif(rates[["upper limit"]], digits), meaning = rates$meaning
+    to = signif(rates[["upper limit"]], digits), meaning = ifelse(is.na(rates$meaning), "", rates$meaning)
   ), row.names = FALSE, right = FALSE)
   invisible(x)
 }
