@@ -16,7 +16,7 @@
 #include "reference/perm_test_data.h"
 #include "support/matrices.h"
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define TESSEL_OWN_ALLOCATOR
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)

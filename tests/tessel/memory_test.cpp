@@ -49,7 +49,7 @@ struct Memory : InProcess {
 }  // namespace
 
 TEST_F(Memory, IsToldWithinAThird) {
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "the sanitizer takes memory of its own";
 #endif
     const struct {
