@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "iflibG/iflibG.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/text.h"
 
 int is40CharLine = 0;
@@ -41,7 +42,7 @@ Live* live = nullptr;  // left as it is where the process ends within a step
 const LongStep* innermost = nullptr;
 
 bool ScreenIsTerminal() {
-    return isatty(fileno(stdout)) == 1;
+    return isatty(fileno(ScreenStream())) == 1;
 }
 
 std::unique_lock<std::mutex> LockLine() {
@@ -50,11 +51,11 @@ std::unique_lock<std::mutex> LockLine() {
 
 void Draw(const char* text, const char* behind) {
     if (is40CharLine == 1) ClearLineLength(is80CharLine == 1 ? 2 * kHalfLine : kHalfLine);
-    std::printf("%*.*s", kHalfLine, kHalfLine, text);
-    std::printf("%-*.*s", kHalfLine, kHalfLine, behind);
+    std::fprintf(ScreenStream(), "%*.*s", kHalfLine, kHalfLine, text);
+    std::fprintf(ScreenStream(), "%-*.*s", kHalfLine, kHalfLine, behind);
     is40CharLine = 1;
     is80CharLine = 1;
-    std::fflush(stdout);
+    std::fflush(ScreenStream());
 }
 
 void SetText(const char* text) {
@@ -104,7 +105,7 @@ void EndLive() {
 }  // namespace
 
 void ClearLineLength(int n) {
-    for (int i = 0; i < n; i++) std::fputc(kBackspace, stdout);
+    for (int i = 0; i < n; i++) std::fputc(kBackspace, ScreenStream());
 }
 
 void ClearLine() {

@@ -6,6 +6,8 @@
 #include <thread>
 #include <utility>
 
+#include "mxlibDim/standard_streams.h"
+
 ProcessEndings processEndings;
 
 void RaiseError(int code, std::string reason) {
@@ -18,7 +20,7 @@ void EndProgram(int status) {
 }
 
 void RestForever() {
-    std::fflush(stdout);
+    std::fflush(ScreenStream());
     for (;;) {
         if (processEndings.rest != nullptr) processEndings.rest();
         std::this_thread::sleep_for(std::chrono::seconds(1));

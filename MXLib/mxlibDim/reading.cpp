@@ -13,6 +13,7 @@
 #include <string>
 
 #include "mxlibDim/failure.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
 
@@ -23,7 +24,7 @@ constexpr int kBell = 7;
 bool inputFinished = false;
 
 void RingBell() {
-    std::fputc(kBell, stdout);
+    std::fputc(kBell, ScreenStream());
 }
 
 /// Makes the prompt visible; false when the stream must not be read any more. Behind a read error
@@ -31,7 +32,7 @@ void RingBell() {
 bool ReadyToRead(FILE* stream) {
     if (std::ferror(stream) != 0) return false;
     if (stream != stdin) return true;
-    std::fflush(stdout);
+    std::fflush(ScreenStream());
     return !inputFinished;
 }
 
@@ -137,7 +138,7 @@ FieldMet ReadFieldAmidText(FILE* stream, const char* format, void* destination) 
 void TellReadError(FILE* stream, const char* name) {
     if (std::ferror(stream) == 0) return;
     const int reason = errno;
-    std::fprintf(stderr, "\ncan't read %s \n", name);
+    std::fprintf(ErrorStream(), "\ncan't read %s \n", name);
     TellPerson(std::strerror(reason));
 }
 
@@ -145,7 +146,7 @@ void TellReadError(FILE* stream, const char* name) {
 int TellEnd(FILE* stream, const char* name) {
     TellReadError(stream, name);
     EndStream(stream);
-    std::fprintf(stderr, "\nEnd of file %s\n", name);
+    std::fprintf(ErrorStream(), "\nEnd of file %s\n", name);
     RingBell();
     return 0;
 }
@@ -210,7 +211,7 @@ bool IsListed(const char* accepted, double number) {
 
 void TellUnopened(const char* name, const char* prefix) {
     const int reason = errno;
-    std::fprintf(stderr, "\ncan't open %s%s \n", prefix != nullptr ? prefix : "", name);
+    std::fprintf(ErrorStream(), "\ncan't open %s%s \n", prefix != nullptr ? prefix : "", name);
     TellPerson(std::strerror(reason));
     RingBell();
 }
@@ -256,7 +257,7 @@ void EndStream(FILE* stream) {
 void FailAtEnd(FILE* stream, const char* name) {
     TellReadError(stream, name);
     EndStream(stream);
-    std::fprintf(stderr, "\nfile %s ", name);
+    std::fprintf(ErrorStream(), "\nfile %s ", name);
     RingBell();
     RaiseError(kEndOfFile);
 }
@@ -305,7 +306,7 @@ int ScanChar(FILE* stream, const char* accepted, const char* name) {
         if (c == EOF) {
             TellReadError(stream, name);
             EndStream(stream);
-            std::fprintf(stderr, "\nfile %s ", name);
+            std::fprintf(ErrorStream(), "\nfile %s ", name);
             RaiseError(kEndOfFile);
         }
         c = std::tolower(c);
@@ -317,8 +318,8 @@ int ScanChar(FILE* stream, const char* accepted, const char* name) {
         for (const char* entry = accepted; *entry != '\0'; entry++)
             if (c == std::tolower(static_cast<unsigned char>(*entry))) return c;
         RingBell();
-        std::fprintf(stderr, "\nIncorrect input = %c. Reenter.\n", c);
-        std::fprintf(stderr, "Accepted input: %s\n", accepted);
+        std::fprintf(ErrorStream(), "\nIncorrect input = %c. Reenter.\n", c);
+        std::fprintf(ErrorStream(), "Accepted input: %s\n", accepted);
     }
 }
 
@@ -335,11 +336,11 @@ bool ScanNumberOrEnd(FILE* stream, const char* name, const char* accepted, doubl
         if (isRange ? *number >= lower && *number <= upper : IsListed(accepted, *number))
             return true;
         RingBell();
-        std::fprintf(stderr, "\nIncorrect input = %g. Reenter.\n", Printable(*number));
+        std::fprintf(ErrorStream(), "\nIncorrect input = %g. Reenter.\n", Printable(*number));
         if (isRange)
-            std::fprintf(stderr, "Accepted input: %g to %g\n", lower, upper);
+            std::fprintf(ErrorStream(), "Accepted input: %g to %g\n", lower, upper);
         else
-            std::fprintf(stderr, "Accepted input: %s\n", accepted);
+            std::fprintf(ErrorStream(), "Accepted input: %s\n", accepted);
     }
 }
 
@@ -364,8 +365,8 @@ char* ScanString(FILE* stream, int length, char* destination, const char* accept
         start = end + 1;
     }
     RingBell();
-    std::fprintf(stderr, "\nIncorrect input = %s. Reenter.\n", destination);
-    std::fprintf(stderr, "Accepted input: %s\n", accepted);
+    std::fprintf(ErrorStream(), "\nIncorrect input = %s. Reenter.\n", destination);
+    std::fprintf(ErrorStream(), "Accepted input: %s\n", accepted);
     destination[0] = '\0';
     return nullptr;
 }

@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+ConsoleStreams consoleStreams;
+
 void OpenClosedStandardStreams() {
     // The lowest free number is the one that the opening takes.
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; descriptor++)

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "mxlibDim/standard_streams.h"
+
 bool (*personHook)() = nullptr;
 
 bool SpeaksToPerson() {
@@ -11,5 +13,5 @@ bool SpeaksToPerson() {
 }
 
 void TellPerson(const char* line) {
-    if (SpeaksToPerson()) std::fprintf(stderr, "%s\n", line);
+    if (SpeaksToPerson()) std::fprintf(ErrorStream(), "%s\n", line);
 }

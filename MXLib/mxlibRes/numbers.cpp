@@ -7,6 +7,8 @@
 #include <cstring>
 #include <set>
 
+#include "mxlibDim/standard_streams.h"
+
 namespace {
 
 template <class T>
@@ -57,7 +59,7 @@ double RoundDigit(double x, int digits) {
 
 bool AlmostEqual2sComplement(float a, float b, int maxUlps) {
     if (maxUlps <= 0 || maxUlps >= 4 * 1024 * 1024) {
-        std::fputs("assertion failed: maxUlps > 0 && maxUlps < 4 * 1024 * 1024\n", stderr);
+        std::fputs("assertion failed: maxUlps > 0 && maxUlps < 4 * 1024 * 1024\n", ErrorStream());
         std::abort();
     }
     return std::llabs(OrderedBits(a) - OrderedBits(b)) <= maxUlps;

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "mxlibDim/standard_streams.h"
 #include "nrutilMX/nrutilMX.h"
 
 namespace {
@@ -16,7 +17,7 @@ int Factor(Matrix<T> a, int n, T* diag) {
             } else if (sum > 0) {
                 diag[i] = std::sqrt(sum);
             } else {
-                std::fputs("\ncholdc failed", stdout);
+                std::fputs("\ncholdc failed", ScreenStream());
                 return 0;
             }
         }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "mxlibDim/scoped.h"
+#include "mxlibDim/standard_streams.h"
 #include "nrutilMX/nrutilMX.h"
 
 namespace {
@@ -27,7 +28,7 @@ Cell FindPivot(ConstMatrix<double> a, int n, const int* pivots, Cell before) {
                     found = {j, k};
                 }
             } else if (pivots[k] > 1) {
-                std::fputs("gaussj: Singular Matrix-1", stderr);
+                std::fputs("gaussj: Singular Matrix-1", ErrorStream());
             }
         }
     }
@@ -70,7 +71,7 @@ void gaussj(Matrix<double> a, int n, Matrix<double> b, int m, int* room) {
             SwapRows(a, n, row, col);
             SwapRows(b, m, row, col);
         }
-        if (a[col][col] == 0.0) std::fputs("gaussj: Singular Matrix-2", stderr);
+        if (a[col][col] == 0.0) std::fputs("gaussj: Singular Matrix-2", ErrorStream());
         const double inverse = 1.0 / a[col][col];
         a[col][col] = 1.0;
         ScaleRow(a, n, col, inverse);

@@ -3,9 +3,10 @@
 #include <cstdio>
 
 #include "mxlibDim/failure.h"
+#include "mxlibDim/standard_streams.h"
 
 void nrerror(const char* text) {
-    std::fprintf(stderr, "%s\n", text);
+    std::fprintf(ErrorStream(), "%s\n", text);
     EndProgram(1);
 }
 

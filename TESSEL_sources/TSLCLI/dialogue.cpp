@@ -18,6 +18,7 @@
 #include "TSLIF/menus.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/standard_streams.h"
 
 namespace {
 
@@ -25,8 +26,8 @@ bool IsGraphic(char c) {
     return std::isgraph(static_cast<unsigned char>(c)) != 0;
 }
 
-/// The standard output for the length of a scope: it passes on what it is given and keeps the last
-/// of it. Readers flush the standard output before they read, so that what comes in one piece is
+/// The console's screen for the length of a scope: it passes on what it is given and keeps the last
+/// of it. Readers flush the screen before they read, so that what comes in one piece is
 /// what was said since the answer before: the question that was asked last.
 class Screen {
   public:
@@ -36,11 +37,12 @@ class Screen {
         screen_ = fopencookie(this, "w", calls);
         if (screen_ == nullptr) throw std::bad_alloc();
         std::setvbuf(screen_, nullptr, _IOFBF, kLongestPiece);
-        stdout = screen_;
+        consoleStreams.screen = screen_;
     }
     ~Screen() {
         std::fclose(screen_);
-        stdout = out = behind_;
+        consoleStreams.screen = nullptr;
+        out = stdout;
     }
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;

@@ -7,6 +7,7 @@
 #include "TSLCLI/failure.h"
 #include "TSLGLOB/shell.h"
 #include "mxlibDim/failure.h"
+#include "mxlibDim/standard_streams.h"
 
 namespace {
 
@@ -43,15 +44,13 @@ class Backstage {
     Backstage() : nowhere_(std::fopen("/dev/null", "w")) {
         if (nowhere_ == nullptr) FailRun("/dev/null cannot be opened");
         out = screen;
-        stdout = nowhere_;
-        stderr = errors;
+        consoleStreams = {nowhere_, errors};
         processEndings.end = [](int) { throw EngineEnded(); };
         processEndings.rest = [] { throw EngineEnded(); };
     }
     ~Backstage() {
         out = keptOut_;
-        stdout = keptStdout_;
-        stderr = keptStderr_;
+        consoleStreams = keptStreams_;
         processEndings = keptEndings_;
         std::fclose(nowhere_);
     }
@@ -63,8 +62,7 @@ class Backstage {
   private:
     FILE* const nowhere_;
     FILE* const keptOut_ = out;
-    FILE* const keptStdout_ = stdout;
-    FILE* const keptStderr_ = stderr;
+    const ConsoleStreams keptStreams_ = consoleStreams;
     const ProcessEndings keptEndings_ = processEndings;
 };
 

@@ -11,6 +11,6 @@ struct EngineTalk {
     std::string errors;  ///< on standard error
 };
 
-/// Runs `body` with `out` and both standard streams kept from the user. An error that it raises,
+/// Runs `body` with `out` and the console's streams kept from the user. An error that it raises,
 /// an end of the process or an endless rest fails the command, with what was said about it.
 EngineTalk RunEngine(const std::function<void()>& body);

@@ -5,12 +5,13 @@
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
 #include "mxlibDim/dim.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/text.h"
 #include "mxlibOut/mxlibOut.h"
 
 void InitGlobals() {
     in = stdin;
-    out = stdout;
+    out = ScreenStream();
     biplotCorrThreshold = 0.6F;
     isHierarchicalPref = 0;
     scatterHSize = scatterVSize = 0.0F;

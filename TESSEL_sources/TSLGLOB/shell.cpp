@@ -1,7 +1,9 @@
 #include "TSLGLOB/shell.h"
 
+#include "mxlibDim/standard_streams.h"
+
 FILE* in = stdin;
-FILE* out = stdout;
+FILE* out = ScreenStream();
 char sessionName[kFileNameLength + 1] = {};
 char sessionShortName[kFileNameLength + 1] = {};
 char tempName[4112] = {};

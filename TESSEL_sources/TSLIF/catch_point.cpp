@@ -7,6 +7,7 @@
 
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/terminal.h"
 
 namespace {
@@ -37,7 +38,7 @@ constexpr ErrorEnding kErrorEndings[] = {
 /// Reads standard input up to a character that ends the wait. Input that has ended never brings
 /// one.
 void WaitFor(bool (*endsWait)(int c)) {
-    std::fflush(stdout);
+    std::fflush(ScreenStream());
     for (;;) {
         const int c = InputFinished() ? EOF : std::fgetc(stdin);
         if (c == EOF) {
@@ -50,13 +51,13 @@ void WaitFor(bool (*endsWait)(int c)) {
 
 void ActOnError(const RaisedError& error) {
     if (error.code == kBackToMainMenu) {
-        std::fputs(kBell, stderr);
+        std::fputs(kBell, ErrorStream());
         Wait();
         return;
     }
     for (const ErrorEnding& ending : kErrorEndings)
         if (ending.code == error.code) {
-            std::fprintf(stderr, "%s\nQuit and restart TESSEL.\n%s", ending.message, kBell);
+            std::fprintf(ErrorStream(), "%s\nQuit and restart TESSEL.\n%s", ending.message, kBell);
             if (!error.reason.empty()) TellPerson(error.reason.c_str());
             WaitFor(ending.endsWait);
         }

@@ -22,6 +22,7 @@
 #include "mxlibDim/dim.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -106,8 +107,8 @@ void RunSession() {
 /// the file does not open. To open a new one empties an old one: not another program's.
 FILE* OpenTrackFile(const FileLock& lock, const char* mode) {
     if (!lock.IsTaken()) return fopenck(whichTrack, volumeName, mode);
-    std::fprintf(stderr, "\nsession %s is in use by another program \n", sessionName);
-    std::fputc('\a', stdout);
+    std::fprintf(ErrorStream(), "\nsession %s is in use by another program \n", sessionName);
+    std::fputc('\a', ScreenStream());
     return nullptr;
 }
 

@@ -11,6 +11,7 @@
 #include "TSLGLOB/shell.h"
 #include "iflibG/iflibG.h"
 #include "mxlibDim/reading.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/terminal.h"
 
 int ReadCharIn(const char* accepted) {
@@ -66,24 +67,24 @@ namespace {
 constexpr int kStartOver = -1;
 
 bool AskWhetherFromFile() {
-    std::printf("Read input from file (f) or from the keyboard (k)? f/k ");
+    std::fprintf(ScreenStream(), "Read input from file (f) or from the keyboard (k)? f/k ");
     const bool fromFile = ScanChar(stdin, "f k", "keyboard") == 'f';
     ClearLineLength(57);
     return fromFile;
 }
 
 bool AskWhetherCorrect() {
-    std::printf("Are these correct? y/n ");
+    std::fprintf(ScreenStream(), "Are these correct? y/n ");
     return ScanChar(stdin, "y n", "input") == 'y';
 }
 
 /// Opens the file that the user names; null, and a line end, when there is none.
 FILE* AskForFile(const char* content, char* name) {
-    std::printf("Enter name of file containing %s: ", content);
+    std::fprintf(ScreenStream(), "Enter name of file containing %s: ", content);
     FILE* file = nullptr;
     if (ScanString(stdin, kTypedFileNameLength, name, nullptr, 1, "keyboard") != nullptr)
         file = fopenck(name, nullptr, "r");
-    if (file == nullptr) std::printf("\n");
+    if (file == nullptr) std::fprintf(ScreenStream(), "\n");
     return file;
 }
 
@@ -111,17 +112,17 @@ bool IntegersFromFile(int n, int* values, const char* label, const char* accepte
         if (!startOver) TellNumbersLeft(file, name);
         std::fclose(file);
     }
-    std::printf("%s:\t", label);
-    for (int i = 0; i < n; i++) std::printf("%d\t", values[i]);
-    std::printf(startOver ? "\n\n" : "\n");
+    std::fprintf(ScreenStream(), "%s:\t", label);
+    for (int i = 0; i < n; i++) std::fprintf(ScreenStream(), "%d\t", values[i]);
+    std::fprintf(ScreenStream(), startOver ? "\n\n" : "\n");
     return !startOver;
 }
 
 bool IntegersFromKeyboard(int n, int* values, const char* label, const char* accepted) {
-    std::printf("Enter %s: \t", label);
+    std::fprintf(ScreenStream(), "Enter %s: \t", label);
     bool startOver = false;
     ReadIntegers(in, "keyboard", n, values, accepted, &startOver);
-    if (startOver) std::printf("\n");
+    if (startOver) std::fprintf(ScreenStream(), "\n");
     return !startOver;
 }
 
@@ -134,17 +135,17 @@ bool LabelsFromFile(int n, int width, char** labels, const char* label) {
     while (read < n && freadck1Word(file, labels[read], width, name) == 1) read++;
     if (read == n) std::fclose(file);
     for (int i = read; i < n; i++) labels[i][0] = '\0';
-    std::printf("%s:\t", label);
-    for (int i = 0; i < n; i++) std::printf("%s\t", labels[i]);
-    std::printf("\n");
+    std::fprintf(ScreenStream(), "%s:\t", label);
+    for (int i = 0; i < n; i++) std::fprintf(ScreenStream(), "%s\t", labels[i]);
+    std::fprintf(ScreenStream(), "\n");
     return true;
 }
 
 bool LabelsFromKeyboard(int n, int width, char** labels, const char* label) {
-    std::printf("Enter %s:\t", label);
+    std::fprintf(ScreenStream(), "Enter %s:\t", label);
     for (int i = 0; i < n; i++)
         if (ScanString(in, width, labels[i], nullptr, 1, "input") == nullptr) {
-            std::printf("\n");
+            std::fprintf(ScreenStream(), "\n");
             return false;
         }
     return true;

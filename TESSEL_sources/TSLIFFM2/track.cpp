@@ -12,6 +12,7 @@
 #include "TSLIFFM2/data_fields.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
 #include "mxlibDim/with_stream.h"
@@ -222,7 +223,7 @@ void WriteTrack(char full) {
     // The session goes on with what it has in memory.
     if (file.Commit()) return;
     const int reason = errno;
-    std::fprintf(stderr, "\ncan't write %s%s \n\a", volumeName, whichTrack);
+    std::fprintf(ErrorStream(), "\ncan't write %s%s \n\a", volumeName, whichTrack);
     TellPerson(std::strerror(reason));
 }
 

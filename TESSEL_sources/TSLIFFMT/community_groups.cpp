@@ -11,6 +11,7 @@
 #include "TSLIFFMT/selection.h"
 #include "mxlibDim/failure.h"
 #include "mxlibDim/scoped.h"
+#include "mxlibDim/standard_streams.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -52,7 +53,7 @@ void AskForGroupOfEach(int n, int groups, int* membership, const char* const* la
             for (int c = 0; c < n; c++) membership[c] = found[static_cast<std::size_t>(c)] + 1;
             return;
         }
-        std::fprintf(stderr, "\nError!! Enter again. \n");
+        std::fprintf(ErrorStream(), "\nError!! Enter again. \n");
     }
 }
 

@@ -6,6 +6,7 @@
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
 #include "mxlibDim/available_memory.h"
+#include "mxlibDim/standard_streams.h"
 
 namespace {
 
@@ -81,6 +82,7 @@ void TellLargeMemory(double bytes) {
     constexpr double kGigabyte = 1e9;
     const double available = AvailableMemory();
     if (available > 0.0 && bytes > available / 2.0)
-        std::fprintf(stderr, "\nThis analysis takes about %.1f GB of memory; %.1f GB are free.\n",
+        std::fprintf(ErrorStream(),
+                     "\nThis analysis takes about %.1f GB of memory; %.1f GB are free.\n",
                      bytes / kGigabyte, available / kGigabyte);
 }
