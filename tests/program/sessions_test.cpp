@@ -12,34 +12,13 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-#include <vector>
-
+#include "support/parts.h"
 #include "support/run_program.h"
 #include "support/text.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Part {
-    std::string verb, name, text;
-};
-
-std::vector<Part> PartsOf(const std::string& session) {
-    std::vector<Part> parts;
-    std::istringstream lines(session);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with("== ")) {
-            std::istringstream heading(line.substr(3));
-            heading >> parts.emplace_back().verb >> std::ws;
-            std::getline(heading, parts.back().name);
-        } else if (!parts.empty()) {
-            parts.back().text += line + "\n";
-        }
-    }
-    return parts;
-}
 
 /// Expects the pieces between the dots in their order; the first and the last stand at the ends of
 /// a `whole` text.

@@ -11,6 +11,12 @@
 #include <string>
 
 #include "mxlibDim/scoped.h"
+#include "mxlibRes/congruence.h"
+#include "mxlibRes/distances.h"
+#include "mxlibRes/missing.h"
+#include "mxlibRes/products.h"
+#include "mxlibRes/ranks.h"
+#include "mxlibRes/standardisation.h"
 #include "reference/plain_congruence.h"
 #include "reference/plain_measures.h"
 
@@ -30,78 +36,11 @@ struct Grid {
     ScopedMatrix<Real> cells;
 };
 
-bool IsMissing(auto x) {
-    return x == -999;
-}
-
 template <class Real, class Other>
-Grid<Real> Product(const Grid<Real>& a, const Grid<Other>& b, const Selected* columns = nullptr) {
+Grid<Real> Product(const Grid<Real>& a, const Grid<Other>& b) {
     Grid<Real> c(a.rows, b.cols);
-    for (int i = 0; i < a.rows; i++)
-        for (int j = 0; j < b.cols; j++) {
-            if (columns != nullptr && (*columns)[j] != 1) continue;
-            for (int k = 0; k < a.cols; k++)
-                if (!IsMissing(a[i][k]) && !IsMissing(b[k][j])) c[i][j] += a[i][k] * b[k][j];
-        }
+    MatrixProdMV(a.rows, a.cols, b.rows, b.cols, a.cells.get(), b.cells.get(), c.cells.get());
     return c;
-}
-
-void ToUnitTotals(const auto& a) {
-    for (int i = 0; i < a.rows; i++) {
-        auto total = a[i][0] * 0;
-        for (int j = 0; j < a.cols; j++)
-            if (!IsMissing(a[i][j])) total += a[i][j];
-        for (int j = 0; j < a.cols; j++)
-            if (!IsMissing(a[i][j]) && total != 0) a[i][j] /= total;
-    }
-}
-
-/// Brings at(0) to at(n - 1) to unit length.
-void ToUnitLength(int n, const auto& at) {
-    double squares = 0;
-    for (int i = 0; i < n; i++)
-        if (!IsMissing(at(i))) squares += double(at(i) * at(i));
-    for (int i = 0; i < n; i++)
-        if (!IsMissing(at(i)) && squares > 0)
-            at(i) = std::decay_t<decltype(at(i))>(double(at(i)) / std::sqrt(squares));
-}
-
-template <class Real>
-Grid<double> Distances(const Grid<Real>& a, bool absolute, bool missingCounts = false) {
-    Grid<double> d(a.rows, a.rows);
-    for (int i = 0; i < a.rows; i++)
-        for (int j = i + 1; j < a.rows; j++) {
-            for (int k = 0; k < a.cols; k++) {
-                if (!missingCounts && (IsMissing(a[i][k]) || IsMissing(a[j][k]))) continue;
-                const Real x = a[i][k] - a[j][k];
-                d[i][j] += double(absolute ? std::fabs(x) : x * x);
-            }
-            if (!absolute) d[i][j] = std::sqrt(d[i][j]);
-        }
-    return d;
-}
-
-template <class Real>
-Grid<double> Resemblance(const Grid<Real>& a, int option) {
-    if (option != 10) return Distances(a, option == 8 || option == 9);
-    Grid<Real> chords(a.rows, a.cols);
-    for (int i = 0; i < a.rows; i++) {
-        std::copy_n(a[i], a.cols, chords[i]);
-        ToUnitLength(a.cols, [&](int j) -> Real& { return chords[i][j]; });
-    }
-    return Distances(chords, false);
-}
-
-/// Midranks of the present values.
-std::vector<float> Ranks(const std::vector<float>& x) {
-    std::vector<float> ranks;
-    for (const float value : x) {
-        const auto less = std::ranges::count_if(
-            x, [&](float other) { return !IsMissing(other) && other < value; });
-        const auto same = std::ranges::count(x, value);
-        ranks.push_back(IsMissing(value) ? value : float(double(less) + double(same + 1) / 2));
-    }
-    return ranks;
 }
 
 /// Similarities of objects by one variable, not weighted; -999 where it does not count. A missing
@@ -109,7 +48,7 @@ std::vector<float> Ranks(const std::vector<float>& x) {
 Grid<double> Similarities(std::vector<float> x, int type, int doubleAbsences, bool missingInRange) {
     const int n = int(x.size());
     Grid<double> s(n, n);
-    if (type == 4) x = Ranks(x);
+    if (type == 4) RankVectorAdjMV(n, x.data(), x.data());
     float largest = FLT_MIN, smallest = FLT_MAX;
     for (const float value : x) {
         if (IsMissing(value) && !(type == 3 && missingInRange)) continue;
@@ -132,30 +71,6 @@ std::vector<float> Column(const RankingCase::Rows& rows, int j) {
     std::vector<float> column;
     for (const auto& row : rows) column.push_back(float(row[j]));
     return column;
-}
-
-double Correlation(const Grid<double>& a, const Grid<double>& b) {
-    std::vector<double> x, y;
-    for (int i = 0; i < a.rows; i++) {
-        x.insert(x.end(), a[i] + i + 1, a[i] + a.rows);
-        y.insert(y.end(), b[i] + i + 1, b[i] + a.rows);
-    }
-    const double meanX = std::accumulate(x.begin(), x.end(), 0.0) / double(x.size());
-    const double meanY = std::accumulate(y.begin(), y.end(), 0.0) / double(x.size());
-    double xx = 0, yy = 0, xy = 0;
-    for (std::size_t k = 0; k < x.size(); k++) {
-        xx += (x[k] - meanX) * (x[k] - meanX);
-        yy += (y[k] - meanY) * (y[k] - meanY);
-        xy += (x[k] - meanX) * (y[k] - meanY);
-    }
-    return xx == 0 || yy == 0 ? 0 : xy / std::sqrt(xx * yy);
-}
-
-template <class Real>
-double PartialOf(Real ab, Real ac, Real bc) {
-    const Real tolerance = sizeof(Real) == sizeof(float) ? Real(1e-6) : Real(1e-9);
-    if (std::fabs(ac - 1) < tolerance || std::fabs(bc - 1) < tolerance) return 0;
-    return double((ab - ac * bc) / (std::sqrt(1 - bc * bc) * std::sqrt(1 - ac * ac)));
 }
 
 /// A table of communities by its letter, and under the matrix correlation its resemblances.
@@ -182,7 +97,8 @@ bool ByResemblance(const RankingCase& in) {
 
 template <class Real>
 Letter<Real> MakeLetter(const RankingCase& in, Grid<Real> m, int option) {
-    Grid<double> d = ByResemblance(in) ? Resemblance(m, option) : Grid<double>(0, 0);
+    Grid<double> d(m.rows, m.rows);
+    if (ByResemblance(in)) NominalReseNonHier(m.rows, m.cols, m.cells, d.cells, option);
     return {std::move(m), std::move(d)};
 }
 
@@ -209,7 +125,7 @@ Letter<Real> Sites(const RankingCase& in, int c) {
                 if (!IsMissing(y))
                     y = float((double(y) - mean) / (squares > 0 ? std::sqrt(squares) : 1));
         }
-        if (mixed && in.variableTypes[k] == 4) x = Ranks(x);
+        if (mixed && in.variableTypes[k] == 4) RankVectorAdjMV(c, x.data(), x.data());
         for (int i = 0; i < c; i++) E[i][k] = Real(x[i]);
         const Grid<double> s = Similarities(x, in.variableTypes[k], in.doubleAbsences, false);
         for (int i = 0; i < c; i++)
@@ -220,8 +136,10 @@ Letter<Real> Sites(const RankingCase& in, int c) {
         for (int j = i + 1; j < c; j++)
             total[i][j] = 1 - (count[i][j] > 0 ? total[i][j] / count[i][j] : 0);
     if (mixed) return {std::move(E), std::move(total)};
-    Grid<double> distances = Distances(E, false, in.criterion == 14 || in.criterion == 15);
-    return {std::move(E), std::move(distances)};
+    Grid<double> d(c, c);
+    const bool missingCounts = in.criterion == 14 || in.criterion == 15;
+    missingCounts ? EucliDist(c, q, E.cells, d.cells) : EucliDistMV(c, q, E.cells, d.cells);
+    return {std::move(E), std::move(d)};
 }
 
 template <class Real>
@@ -239,7 +157,7 @@ Letter<double> Smoothed(const Fixed<double>& f) {
     const bool odds = f.in.criterion <= 20;
     Grid<double> Z(f.c, f.n), M(f.n, f.n), shares(f.c, f.n);
     for (int i = 0; i < f.c; i++) std::copy_n(f.W[i], f.n, shares[i]);
-    ToUnitTotals(shares);
+    UnitSumRowsAdjMV(f.c, f.n, shares.cells, shares.cells);
     PlainConditionalProb(f.c, f.n, f.W.cells, M.cells, odds ? 2 : 1, odds);
     if (f.in.target) return MakeLetter(f.in, Product(shares, M), f.in.resemblance);
     PlainBealsWithoutTarget(f.c, f.n, f.W.cells, f.W.cells, Z.cells, odds ? 2 : 1, odds);
@@ -253,8 +171,8 @@ Fixed<Real> Prepare(const RankingCase& in) {
     const int K = int(std::set<int>(in.types.begin(), in.types.end()).size());
     Fixed<Real> f{in,           c,  n, p, K, held, Grid<Real>(in.W, c, n), Grid<Real>(in.W, c, n),
                   {in.B, n, p}, {}, {}};
-    ToUnitTotals(f.WUnit);
-    if (in.unitTotals) ToUnitTotals(f.W);
+    UnitSumRowsAdjMV(c, n, f.WUnit.cells, f.W.cells);
+    if (in.unitTotals) UnitSumRowsAdjMV(c, n, f.W.cells, f.W.cells);
     f.cube.assign(n, std::vector<std::vector<float>>(n, std::vector<float>(p)));
     for (int k = 0; k < p; k++) {
         const Grid<double> s =
@@ -325,8 +243,10 @@ template <class Real>
 Letter<Real> MakeOfSubset(char letter, Subset<Real>* s) {
     const Fixed<Real>& f = s->f;
     if (letter == 'T') {
-        Grid<Real> T = Product(f.WUnit, f.B, &s->selected);
-        for (int k = 0; k < f.p; k++) ToUnitLength(f.c, [&](int i) -> Real& { return T[i][k]; });
+        Grid<Real> T = Product(f.WUnit, f.B);
+        for (int i = 0; i < f.c; i++)
+            for (int k = 0; k < f.p; k++) T[i][k] *= Real(s->selected[k] == 1);
+        NormalizeCols(f.c, f.p, T.cells, T.cells);
         return MakeLetter(f.in, std::move(T), f.in.criterion >= 16 ? kEuclidean : f.in.resemblance);
     }
     if (letter == 'X') return MakeLetter(f.in, Product(f.W, Belonging(*s)), f.in.resemblance);
@@ -363,9 +283,9 @@ double Pair(char a, char b, auto* s) {
     if (!ByResemblance(s->f.in))
         r = Coefficient(s->f.in, A.m, B.m);
     else if (s->f.c == 2 && a != 'R' && a != 'S')
-        r = 1 - std::fabs(A.d[0][1] - B.d[0][1]) / std::max(A.d[0][1], B.d[0][1]);
+        r = SmallSampleCongruence(A.d[0][1], B.d[0][1]);
     else
-        r = Correlation(A.d, B.d);
+        r = MatrixCorr(s->f.c, A.d.cells, B.d.cells);
     return s->f.held ? double(float(r)) : r;
 }
 
@@ -397,7 +317,8 @@ double Statistic(const std::string& name, Subset<Real>* s) {
     if constexpr (sizeof(Real) == sizeof(double))
         if (!ByResemblance(s->f.in)) return PartialOfTables(a, b, name.ends_with("R"), s);
     const double ab = Pair(a, b, s), ac = Pair(a, 'T', s), bc = Pair(b, 'T', s);
-    return s->f.held ? PartialOf(float(ab), float(ac), float(bc)) : PartialOf(ab, ac, bc);
+    return s->f.held ? double(PartialCorrelation(float(ab), float(ac), float(bc)))
+                     : PartialCorrelation(ab, ac, bc);
 }
 
 /// What is rated, products of two with a blank between.

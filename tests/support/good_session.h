@@ -80,5 +80,8 @@ inline std::string Answers(const std::vector<Step>& session,
 }
 
 inline void WriteFiles(const TempFolder& folder, const FilesByName& files) {
-    for (const auto& [name, content] : files) folder.Write(name, content);
+    for (const auto& [name, content] : files) {
+        std::filesystem::create_directories((folder.path() / name).parent_path());
+        folder.Write(name, content);
+    }
 }

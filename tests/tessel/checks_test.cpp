@@ -67,18 +67,10 @@ TEST_F(Checks, EqualLabelsAreAlteredUntilTheyDiffer) {
     for (int i = 0; i < 400; i++) names.push_back("Poa an" + std::to_string(i));
     const Texts labelled = NamesAfterCheck(names, 2);
     // Beyond the four characters the label counts on, from P to ~ and over to the next character.
-    for (const auto& [i, label] : {std::pair<int, const char*>{0, "Poan"},
-                                   {1, "POan"},
-                                   {2, "POAn"},
-                                   {3, "POAN"},
-                                   {4, "QOAN"},
-                                   {5, "QPAN"},
-                                   {6, "QPBN"},
-                                   {7, "QPBO"},
-                                   {8, "QPBP"},
-                                   {54, "QPB~"},
-                                   {55, "QPC!"}})
-        EXPECT_EQ(labelled[i], label + (" " + names[i]));
+    const std::pair<int, const char*> expected[] = {
+        {0, "Poan"}, {1, "POan"}, {2, "POAn"}, {3, "POAN"},  {4, "QOAN"}, {5, "QPAN"},
+        {6, "QPBN"}, {7, "QPBO"}, {8, "QPBP"}, {54, "QPB~"}, {55, "QPC!"}};
+    for (const auto& [i, label] : expected) EXPECT_EQ(labelled[i], label + (" " + names[i]));
     std::set<std::string> labels;
     for (const std::string& name : labelled) labels.insert(name.substr(0, 4));
     EXPECT_EQ(labels.size(), names.size());

@@ -12,39 +12,6 @@
 #include "support/text.h"
 #include "tessel/in_command.h"
 
-/// The lines but those of the time.
-inline std::string WithoutTimes(const std::string& text) {
-    std::istringstream lines(text);
-    std::string kept;
-    for (std::string line; std::getline(lines, line);)
-        if (line.rfind("Elapsed time", 0) != 0 && (line.size() != 24 || line[19] != ' '))
-            kept += line + "\n";
-    return kept;
-}
-
-/// The cells of a CSV table without quoted line ends, by rows, the header first.
-inline std::vector<Texts> CellsOf(const std::string& table) {
-    std::vector<Texts> rows;
-    std::istringstream lines(table);
-    for (std::string line; std::getline(lines, line);) {
-        rows.emplace_back(1);
-        bool quoted = false;
-        for (const char c : line) {
-            if (c == '"')
-                quoted = !quoted;
-            else if (c == ',' && !quoted)
-                rows.back().emplace_back();
-            else
-                rows.back().back() += c;
-        }
-    }
-    return rows;
-}
-
-inline double NumberOf(const std::string& cell) {
-    return std::strtod(cell.c_str(), nullptr);
-}
-
 /// Sessions of the examples in a folder of the test's own.
 struct ExampleSession : InProcess {
     /// The files of a session of an example, and others that its analyses read.
@@ -92,17 +59,6 @@ struct ExampleSession : InProcess {
         std::erase_if(files, [](const auto& file) {
             return Contains(file.first, "/") || file.first == "TESSEL.prf";
         });
-        return files;
-    }
-
-    /// All files of the folder, times apart; the folder is empty then.
-    static FilesByName TakeFiles() {
-        FilesByName files;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator("."))
-            if (entry.is_regular_file())
-                files[entry.path().lexically_normal()] = WithoutTimes(ReadWholeFile(entry.path()));
-        for (const auto& entry : std::filesystem::directory_iterator("."))
-            std::filesystem::remove_all(entry.path());
         return files;
     }
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 #include <numeric>
 #include <random>
 
@@ -13,31 +12,10 @@
 
 namespace {
 
-using CsvRows = std::vector<Texts>;
-
-CsvRows SplitCsv(const std::string& text) {
-    CsvRows rows;
-    std::istringstream lines(text);
-    for (std::string line, cell; std::getline(lines, line);) {
-        std::istringstream cells(line);
-        rows.emplace_back();
-        while (std::getline(cells, cell, ',')) rows.back().push_back(cell);
-    }
-    return rows;
-}
-
-std::string JoinCsv(const CsvRows& rows) {
-    std::string text;
-    for (const Texts& row : rows) {
-        for (const std::string& cell : row) text += (&cell == row.data() ? "" : ",") + cell;
-        text += "\n";
-    }
-    return text;
-}
-
 /// The rows below the header, or the columns behind the names, in another order.
-CsvRows Shuffled(CsvRows rows, bool byRows, bool byColumns, unsigned seed) {
-    std::mt19937 generator(seed);
+std::string Shuffled(const std::string& table, bool byRows, bool byColumns) {
+    std::vector<Texts> rows = CellsOf(table);
+    std::mt19937 generator(11);
     std::vector<std::size_t> order(rows[0].size() - 1);
     std::iota(order.begin(), order.end(), 1);
     if (byColumns) std::shuffle(order.begin(), order.end(), generator);
@@ -46,7 +24,10 @@ CsvRows Shuffled(CsvRows rows, bool byRows, bool byColumns, unsigned seed) {
         for (std::size_t j = 0; j < order.size(); j++) row[j + 1] = before[order[j]];
     }
     if (byRows) std::shuffle(rows.begin() + 1, rows.end(), generator);
-    return rows;
+    std::string text;
+    for (const Texts& row : rows)
+        for (const std::string& cell : row) text += cell + (&cell == &row.back() ? "\n" : ",");
+    return text;
 }
 
 /// A data file without what differs from one entry to the next: names of files, blanks at the ends
@@ -83,11 +64,9 @@ struct Import : InProcess {
     }
     Texts Session(const std::string& name) { return Comparable(folder_.Read(name + "Formda.txt")); }
 
-    /// Types of each OTU its own, one arrangement: the statistics of the report.
-    Texts Statistics(const std::string& session, bool hasPhylogeny) {
-        std::filesystem::remove(session + "Prinda.txt");
-        RunWhole("O\n" + session + "\nV\nH\ny\n1\n1\n0\n2\n1\n1\n6\n1\ny\n" +
-                 (hasPhylogeny ? "y\n" : "") + "n\nC\nC\nX\n");
+    /// The statistics of the report, types of each OTU its own.
+    Texts Statistics(const std::string& session) {
+        RunCommand("analyse --quiet --force --types species --iterations 1 " + session);
         Texts lines;
         std::istringstream report(folder_.Read(session + "Prinda.txt"));
         for (std::string line; std::getline(report, line);)
@@ -96,52 +75,40 @@ struct Import : InProcess {
     }
 };
 
-TEST_F(Import, ExamplesGiveTheSessionOfRawEntry) {
+TEST_F(Import, ExamplesGiveTheSessionOfRawEntryWhateverTheOrder) {
     for (const Example& example : {kAravo, kMafragh}) {
         TakeExample(example);
         const std::string answers = folder_.Read("answers.txt");
         RunWhole(answers.substr(0, answers.find("\nV\n") + 1));
         const Texts entered = Session(example.name);
         ASSERT_GT(entered.size(), 200U);
-        for (const char* phylogeny : {"csv", "nwk"}) {
-            const bool isThere = folder_.Has("phylogeny.csv");
-            const CommandRun run =
-                Run("--environment environment.csv --force" + example.options +
-                    (isThere ? " --phylogeny phylogeny." : "") + (isThere ? phylogeny : ""));
-            EXPECT_EQ(run.err, "");
-            EXPECT_EQ(Session("s"), entered) << example.name << " " << phylogeny;
-            EXPECT_EQ(folder_.Read("sTrk.txt"), "sFormda.txt\n07Jul17\n");
-        }
-        EXPECT_TRUE(Contains(RunCommand("check " + example.name).out, "Nothing looks wrong"));
-    }
-}
-
-TEST_F(Import, OrderOfRowsAndColumnsDoesNotMatter) {
-    for (const Example& example : {kAravo, kMafragh}) {
-        TakeExample(example);
         const bool hasPhylogeny = folder_.Has("phylogeny.csv");
-        const std::string options = "--force --environment environment.csv" + example.options +
-                                    (hasPhylogeny ? " --phylogeny phylogeny.csv" : "");
+        const auto import = [&](const std::string& session, const std::string& form) {
+            const CommandRun run = Run("--environment environment.csv --force" + example.options +
+                                           (hasPhylogeny ? " --phylogeny phylogeny." + form : ""),
+                                       session);
+            EXPECT_EQ(run.err, "");
+            return Session(session);
+        };
+        EXPECT_EQ(import("s", "nwk"), entered) << example.name;
+        EXPECT_EQ(import("s", "csv"), entered) << example.name;
+        EXPECT_EQ(folder_.Read("sTrk.txt"), "sFormda.txt\n07Jul17\n");
+        EXPECT_TRUE(Contains(RunCommand("check " + example.name).out, "Nothing looks wrong"));
+        const Texts statistics = Statistics("s");
+        EXPECT_EQ(statistics.size(), hasPhylogeny ? 16U : 5U);
         const auto shuffle = [&](const char* name, bool byRows, bool byColumns) {
             if (folder_.Has(name))
-                folder_.Write(
-                    name, JoinCsv(Shuffled(SplitCsv(folder_.Read(name)), byRows, byColumns, 11)));
+                folder_.Write(name, Shuffled(folder_.Read(name), byRows, byColumns));
         };
-        EXPECT_EQ(Run(options).status, kDone);
-        const Texts session = Session("s");
-        const Texts statistics = Statistics("s", hasPhylogeny);
-        EXPECT_EQ(statistics.size(), hasPhylogeny ? 16U : 5U);
         // The traits give the OTUs' order, the communities theirs.
         shuffle("communities.csv", false, true);
         shuffle("environment.csv", true, false);
         shuffle("phylogeny.csv", true, true);
-        EXPECT_EQ(Run(options).status, kDone);
-        EXPECT_EQ(Session("s"), session);
+        EXPECT_EQ(import("s", "csv"), entered);
         for (const char* name : {"traits.csv", "communities.csv", "environment.csv"})
             shuffle(name, true, true);
-        EXPECT_EQ(Run(options, "t").status, kDone);
-        EXPECT_NE(Session("t"), session);
-        EXPECT_EQ(Statistics("t", hasPhylogeny), statistics);
+        EXPECT_NE(import("t", "csv"), entered);
+        EXPECT_EQ(Statistics("t"), statistics);
     }
 }
 
@@ -238,21 +205,6 @@ TEST_F(Import, WhatIsLeftOutIsListed) {
     EXPECT_TRUE(Contains(Run("--force").err, "warning: OTUs that occur nowhere: 'Stipa'"));
 }
 
-TEST_F(Import, OldSessionsAreReplacedOnRequestOnly) {
-    folder_.Write("communities.csv", kCommunities);
-    folder_.Write("traits.csv", kTraits);
-    for (const char* old : {"sTrk.txt", "sFormda.txt", "sNames.csv"}) {
-        folder_.Write(old, "old");
-        const CommandRun run = Run("");
-        EXPECT_EQ(run.status, kRunFailed);
-        EXPECT_EQ(folder_.Read(old), "old");
-        std::filesystem::remove(old);
-    }
-    EXPECT_EQ(Run("").status, kDone);
-    EXPECT_EQ(Run("").status, kRunFailed);
-    EXPECT_EQ(Run("--force").status, kDone);
-}
-
 TEST(Labels, AreShortDistinctAndWhole) {
     EXPECT_EQ(
         LabelsFor({"Specific leaf area", "Specific leaf mass", "Specific_l", "SLA", "leaf N"}),
@@ -270,97 +222,12 @@ TEST(Labels, AreShortDistinctAndWhole) {
 }
 
 TEST(Utf8, InvalidBytesAreFound) {
-    for (const auto& [text, valid] : {std::pair<const char*, std::size_t>{"a\xC3\xA9z", 4},
-                                      {"a\xE9", 1},
-                                      {"\xC0\x80", 0},
-                                      {"\xED\xA0\x80", 0},
-                                      {"\xF0\x9F\x8C\xBF", 4},
-                                      {"\xF4\x90\x80\x80", 0},
-                                      {"ab\xE2\x82", 2}})
-        EXPECT_EQ(ValidUtf8(text), valid) << text;
-}
-
-TEST_F(Import, CheckTellsWhatLooksWrong) {
-    FormdaText good{{{1, 0.5, 1}, {2, 1.5, 0}, {4, 2.5, 1}, {3, 1, 2}},
-                    {{1, 0, 2, 1, 1}, {0, 1, 1, 0, 2}, {3, 1, 0, 1, 0}, {1, 1, 1, 1, 1}},
-                    {{1, 5}, {2, 4}, {3, 1}, {4, 3}, {2.5, 2}}};
-    good.traitLabels = "x y z";
-    good.communityLabels = "p q r s t";
-    good.envLabels = "wet cold";
-    const auto check = [&](const FormdaText& data) {
-        folder_.Write("oFormda.txt", FormdaOf(data));
-        folder_.Write("oTrk.txt", "oFormda.txt\n07Jul17\n");
-        return RunCommand("check o");
-    };
-    const CommandRun fine = check(good);
-    EXPECT_EQ(fine.status, kDone);
-    EXPECT_TRUE(Contains(fine.out, "Nothing looks wrong")) << fine.out;
-    folder_.Write("oNames.csv", "kind,label,code,name\ntrait,x,,long\n");
-    EXPECT_TRUE(Contains(check(good).out, "Looks wrong: oNames.csv has other labels"));
-    std::filesystem::remove("oNames.csv");
-    struct {
-        std::function<void(FormdaText&)> spoil;
-        const char* line;
-        int lines = 1;
-    } cases[] = {
-        {[](auto& d) { d.communityLabels = "p 12 r s 5"; },
-         "labels of communities that are numbers: '12', '5'"},
-        {[](auto& d) { d.communityLabels = "p q q s t"; },
-         "labels of communities that are there twice: 'q'"},
-        {[](auto& d) { d.envLabels = "x cold"; },
-         "labels of environmental variables that are labels of traits too: 'x'"},
-        {[](auto& d) { d.W[0][2] = d.W[1][2] = d.W[3][2] = 0; },
-         "communities without any OTU: 'r'"},
-        {[](auto& d) {
-             d.W[2] = {0, 0, 0, 0, 0};
-         },
-         "OTUs that occur nowhere: 'OTU3'"},
-        {[](auto& d) { d.W[2][0] = -999; }, "communities with missing quantities: 'p'"},
-        {[](auto& d) { d.W[2][0] = -1; }, "communities with negative quantities: 'p'"},
-        {[](auto& d) {
-             for (auto& row : d.B) row[1] = 7;
-         },
-         "traits of one value everywhere: 'y'"},
-        {[](auto& d) {
-             for (auto& row : d.B) row[1] = -999;
-         },
-         "traits without any value: 'y'"},
-        {[](auto& d) {
-             for (auto& row : d.B) row[1] -= 9;
-         },
-         "quantitative traits with values below 0 only: 'y'"},
-        {[](auto& d) { d.B[1][1] = -999; }, "quantitative traits with missing values: 'y'"},
-        {[](auto& d) {
-             d.B[1] = {-999, -999, -999};
-         },
-         "OTUs without any trait value: 'OTU2'", 2},
-        {[](auto& d) { d.traitTypes = "3 3 1"; },
-         "traits told binary or nominal, with values that are no codes: 'z'"},
-        {[](auto& d) { d.traitTypes = "2 3 3"; },
-         "nominal traits of which every OTU has its own code: 'x'", 2},
-        {[](auto& d) { d.traitTypes = "3 3 2"; }, "nominal traits: 'z'"},
-        {[](auto& d) {
-             for (auto& row : d.E) row[0] = 7;
-         },
-         "environmental variables of one value everywhere: 'wet'"},
-        {[](auto& d) { d.E[0][0] = -999; }, "environmental variables with missing values: 'wet'"},
-        {[](auto& d) { d.phylogeny = "1\n3\n" + Repeated("0 0 0 0\n", 4); },
-         "the phylogeny is 0 between all OTUs"},
-        {[](auto& d) { d.phylogeny = "1\n3\n0 1 1 1\n1 0 1 1\n1 .5 0 1\n1 1 1 0\n"; },
-         "OTUs of which the phylogeny is not symmetric: 'OTU2', 'OTU3'"},
-        {[](auto& d) { d.phylogeny = "1\n1\n1 4 0 0\n4 1 0 0\n0 0 1 0\n0 0 0 1\n"; },
-         "OTUs of which the phylogeny holds what is no distance or similarity: 'OTU1', 'OTU2'"},
-    };
-    for (const auto& each : cases) {
-        FormdaText data = good;
-        each.spoil(data);
-        const CommandRun run = check(data);
-        EXPECT_EQ(run.status, kDone);
-        EXPECT_TRUE(Contains(run.out, std::string("Looks wrong: ") + each.line))
-            << each.line << "\n"
-            << run.out;
-        EXPECT_EQ(Count(run.out, "Looks wrong"), each.lines) << run.out;
-    }
+    const std::pair<const char*, std::size_t> texts[] = {
+        {"a\xC3\xA9z", 4},       {"a\xE9", 1},
+        {"\xC0\x80", 0},         {"\xED\xA0\x80", 0},
+        {"\xF0\x9F\x8C\xBF", 4}, {"\xF4\x90\x80\x80", 0},
+        {"ab\xE2\x82", 2}};
+    for (const auto& [text, valid] : texts) EXPECT_EQ(ValidUtf8(text), valid) << text;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 /// \file
 /// Commands of the command line in this process, in a folder of the test's own.
 
+#include <cstdlib>
 #include <map>
 #include <sstream>
 
@@ -33,12 +34,45 @@ inline CommandRun RunCommand(const std::string& command) {
     return RunCommand(words);
 }
 
+/// The lines but those of the time.
+inline std::string WithoutTimes(const std::string& text) {
+    std::istringstream lines(text);
+    std::string kept;
+    for (std::string line; std::getline(lines, line);)
+        if (line.rfind("Elapsed time", 0) != 0 && (line.size() != 24 || line[19] != ' '))
+            kept += line + "\n";
+    return kept;
+}
+
+/// The cells of a CSV table without quoted line ends, by rows, the header first.
+inline std::vector<Texts> CellsOf(const std::string& table) {
+    std::vector<Texts> rows;
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        rows.emplace_back(1);
+        bool quoted = false;
+        for (const char c : line) {
+            if (c == '"')
+                quoted = !quoted;
+            else if (c == ',' && !quoted)
+                rows.back().emplace_back();
+            else
+                rows.back().back() += c;
+        }
+    }
+    return rows;
+}
+
+inline double NumberOf(const std::string& cell) {
+    return std::strtod(cell.c_str(), nullptr);
+}
+
 /// The files of the working directory by their names, times masked, and the folder empty.
 inline std::map<std::string, std::string> TakeFiles() {
     std::map<std::string, std::string> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator("."))
         if (entry.is_regular_file())
-            files[entry.path().lexically_normal()] = Masked(ReadWholeFile(entry.path()));
+            files[entry.path().lexically_normal()] = WithoutTimes(ReadWholeFile(entry.path()));
     for (const auto& entry : std::filesystem::directory_iterator("."))
         std::filesystem::remove_all(entry.path());
     return files;

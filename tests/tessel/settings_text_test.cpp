@@ -2,7 +2,6 @@
 
 #include "TSLCLI/settings_text.h"
 
-#include "TSLCLI/failure.h"
 #include "support/text.h"
 
 namespace {
@@ -31,33 +30,6 @@ TEST(SettingsText, ReadsWhatOptionsNeed) {
         {"k=\"\"\n[x]\nk=true", "k=<>@1 x/k=<true>@3 "},
         {"", ""}};
     for (const auto& [text, told] : cases) EXPECT_EQ(Told(text), told) << text;
-}
-
-TEST(SettingsText, RefusesTheRestWithItsLine) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"a = 1\nb", "line 2: a setting has the form"},
-        {"a =\n", "line 1: the value is missing"},
-        {"a = b c\n", "line 1: a value ends where the line goes on"},
-        {"\n[a\n", "line 2: a table's name ends with ]"},
-        {"[]", "line 1: a name is missing"},
-        {"[[a]]", "line 1: a name is missing"},
-        {"a = 'b\n'", "line 1: a quote is not closed"},
-        {"a = \"\\q\"", "line 1: \\ in double quotes"},
-        {"a = \"\\u12\"", "line 1: \\ in double quotes"},
-        {"a = \"\\ud800\"", "line 1: \\ in double quotes"},
-        {"a = [1 2]", "line 1: the values of a list are parted"},
-        {"a = [1,\n", "line 2: a value of the list, or its ] is missing"},
-        {"[x]\na = 1\n[y]\na = 2\n[x]\na = 3", "line 6: a was already set in line 2"}};
-    for (const auto& [text, problem] : cases) {
-        try {
-            Told(text);
-            ADD_FAILURE() << text;
-        } catch (const CommandFailure& failure) {
-            EXPECT_EQ(failure.status, kWrongUsage);
-            EXPECT_TRUE(Contains(failure.what(), std::string("a.toml, ") + problem))
-                << failure.what();
-        }
-    }
 }
 
 TEST(SettingsText, WritesWhatItReadsBack) {
