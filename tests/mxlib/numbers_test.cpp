@@ -1,11 +1,14 @@
 #include "mxlibRes/numbers.h"
 
+#include <gsl/gsl_cdf.h>
 #include <gtest/gtest.h>
 
 #include <cfloat>
 #include <cmath>
 #include <cstdlib>
 #include <vector>
+
+#include "mxlibRes/binomial_limits.h"
 
 namespace {
 
@@ -61,16 +64,6 @@ TEST(Numbers, StrictToleranceAndTheSecondOfUnorderedNumbers) {
     EXPECT_TRUE(std::isnan(Fmin(3.0, kNaN)));
 }
 
-TEST(Numbers, FactorialsAndStates) {
-    EXPECT_EQ(Factorial(0), 1.0);
-    EXPECT_EQ(Factorial(10), 3628800.0);
-    EXPECT_EQ(Factorial(4.5), 4.5 * 3 * 2);
-    EXPECT_EQ(Factorial(-3), -3.0);
-    EXPECT_EQ(Factorial(171), HUGE_VAL);
-    const double states[] = {1, 1.9, 0, -999, 3, -2, 0.5, -999, 1e9};
-    EXPECT_EQ(CountStates(9, states), 4);  // 0, 1, 3, 1e9
-}
-
 using Order = int (*)(const void*, const void*);
 
 /// Of numbers, and of rows by their first number.
@@ -102,6 +95,25 @@ TEST(Comparators, SortUpAndDown) {
     const char *small = "b", *capital = "B";
     EXPECT_GT(compareStr(&small, &capital), 0);
     EXPECT_EQ(compareStr(&small, &small), 0);
+}
+
+TEST(BinomialLimits, AreThoseOfTheTails) {
+    // R 4.2: binom.test(5, 100)$conf.int, binom.test(7, 20, conf.level = 0.99)$conf.int
+    const ConfidenceLimits five = BinomialLimits(5, 100, 0.95);
+    EXPECT_NEAR(five.lower, 0.0164318791821, 1e-12);
+    EXPECT_NEAR(five.upper, 0.1128349111055, 1e-12);
+    const ConfidenceLimits seven = BinomialLimits(7, 20, 0.99);
+    EXPECT_NEAR(seven.lower, 0.113879763267, 1e-12);
+    EXPECT_NEAR(seven.upper, 0.656568584232, 1e-12);
+    EXPECT_EQ(BinomialLimits(0, 20, 0.95).lower, 0);
+    EXPECT_NEAR(BinomialLimits(0, 20, 0.95).upper, 1 - std::pow(0.025, 1 / 20.0), 1e-12);
+    EXPECT_NEAR(BinomialLimits(20, 20, 0.95).lower, std::pow(0.025, 1 / 20.0), 1e-12);
+    EXPECT_EQ(BinomialLimits(20, 20, 0.95).upper, 1);
+    for (const unsigned x : {1U, 44U, 199U}) {
+        const ConfidenceLimits limits = BinomialLimits(static_cast<int>(x), 200, 0.9);
+        EXPECT_NEAR(gsl_cdf_binomial_Q(x - 1, limits.lower, 200), 0.05, 1e-10);
+        EXPECT_NEAR(gsl_cdf_binomial_P(x, limits.upper, 200), 0.05, 1e-10);
+    }
 }
 
 }  // namespace

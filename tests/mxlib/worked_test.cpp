@@ -20,9 +20,11 @@
 #include "mxlib/belonging.h"
 #include "mxlib/ordination.h"
 #include "mxlibRes/beals.h"
+#include "mxlibRes/congruence.h"
 #include "mxlibRes/crossproducts.h"
 #include "mxlibRes/distances.h"
 #include "mxlibRes/gower.h"
+#include "mxlibRes/numbers.h"
 #include "mxlibRes/ranks.h"
 #include "mxlibRes/rao.h"
 #include "mxlibRes/standardisation.h"
@@ -217,6 +219,16 @@ Routines<double> AllRoutines<double>() {
         {"DissToCenterProdMatrix", [](W& w) { DissToCenterProdMatrix(w.n, w.a, w.d, false); }},
         {"ConditionalProb",
          [](W& w) { ConditionalProb(w.n, w.p, w.a, w.d, *w.Ints("option"), false); }},
+        {"PartialCorrelation",
+         [](W& w) { w.d[0][0] = PartialCorrelation(w.a[0][0], w.a[0][1], w.a[0][2]); }},
+        {"SmallSampleCongruence",
+         [](W& w) { w.d[0][0] = SmallSampleCongruence(w.a[0][0], w.a[0][1]); }},
+        {"MatrixCorr",
+         [](W& w) { w.d[0][0] = MatrixCorr(w.p, w.a, w.a.operator double**() + w.p); }},
+        {"BetaDivergence",
+         [](W& w) { BetaDivergence(w.p, w.a, w.a.operator double**() + w.p, w.d[0]); }},
+        {"Factorial", [](W& w) { w.d[0][0] = Factorial(w.a[0][0]); }},
+        {"CountStates", [](W& w) { w.d[0][0] = CountStates(w.p, w.a[0]); }},
         {"SumOfSquaresDev", [](W& w) { w.d[0][0] = SumOfSquaresDev(w.p, w.a[0]); }},
         {"MatrixTotalMV", [](W& w) { w.d[0][0] = MatrixTotalMV(w.n, w.p, w.a); }},
         {"MatrixMax", [](W& w) { w.d[0][0] = MatrixMax(w.n, w.p, w.a); }},

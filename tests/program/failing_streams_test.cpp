@@ -170,14 +170,6 @@ TEST(FailingStreams, ClosedStandardStreamsAreOnTheNullDevice) {
 TEST(FailingStreams, AnEndInTheMiddleKeepsTheOldFile) {
     const TempFolder folder;
     WriteFiles(folder, GoodFiles());
-    std::filesystem::create_directory(folder.File("newRDa.txt"));
-    folder.Write("newPrinda.txt", kOld);
-    EXPECT_EQ(
-        RunProgram(folder, Replaced(Answers(GoodSession()), "y\ny\nK\n", "y\ny\nw\nK\n")).status,
-        1);
-    EXPECT_EQ(folder.Read("newPrinda.txt"), kOld);
-    ExpectNoneUnderWay(folder);
-
     // Correlations that are none.
     for (const char* file : {"C.txt", "G.txt"}) folder.Write(file, "1 1 1 1 1 1 1 1 1");
     folder.Write("FinalSimulatedData.txt", kOld);

@@ -81,8 +81,7 @@ class Sessions : public testing::TestWithParam<std::string> {
 };
 
 TEST_P(Sessions, GoAsWrittenDown) {
-    const std::vector<Part> parts =
-        PartsOf(ReadWholeFile(fs::path(TESSEL_TEST_DATA "/sessions") / (GetParam() + ".txt")));
+    const std::vector<Part> parts = PartsOf(TESSEL_TEST_DATA "/sessions/" + GetParam() + ".txt");
     for (std::size_t i = 0; i < parts.size(); i++) {
         const auto& [verb, name, text] = parts[i];
         SCOPED_TRACE(verb + " " + name + " after typing " + (i > 0 ? parts[i - 1].text : ""));

@@ -73,12 +73,9 @@ void Narrow(int n, ConstMatrix<double> from, Matrix<float> to) {
 void SimilaritiesOfTraits(PermTestData* data) {
     Record& in = data->record;
     const int n = in.nOTUs;
-    ScopedMatrix<double> traits(n, in.nTraits);
-    for (int i = 0; i < n; i++)
-        for (int j = 0; j < in.nTraits; j++) traits[i][j] = in.B[i][j];
     ScopedMatrix<double> s(n, n);
-    GowerMVOpt(n, in.nTraits, data->traitTypes.data(), traits, s, nullptr,
-               data->traitWeights.data(), 1);
+    GowerMVOpt(n, in.nTraits, data->traitTypes.data(), in.B, s, nullptr, data->traitWeights.data(),
+               1);
     Narrow(n, s, in.Sb);
 }
 

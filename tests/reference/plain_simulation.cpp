@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "iflibG/iflibG.h"
 #include "mxlib/random_lists.h"
 #include "mxlibRes/products.h"
 #include "mxlibRes/standardisation.h"
@@ -45,13 +44,6 @@ struct Assembly {
     bool anyDied = false;
     bool full = false;
 };
-
-void ReportProgress(const World& world) {
-    char text[80];
-    std::snprintf(text, sizeof(text), "Iteration: %d %d Abundance: %d", world.answers.nDataSets,
-                  world.dataSet, world.total);
-    HandleEventInfoWhere2(text);
-}
 
 void ExpectMeans(World& world) {
     const SimulationAnswers& a = world.answers;
@@ -211,7 +203,6 @@ void Step(Assembly& now, const StepWatcher& watch) {
     World& world = now.world;
     now.gain = 0;
     now.anyDied = false;
-    ReportProgress(world);
     ExpectMeans(world);
     MeasureDistances(now);
     RenewTable(now);

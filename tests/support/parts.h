@@ -2,6 +2,7 @@
 /// \file
 /// Files of tests/data that stand part by part, each under a heading "== VERB NAME".
 
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -10,9 +11,9 @@ struct Part {
     std::string verb, name, text;
 };
 
-inline std::vector<Part> PartsOf(const std::string& file) {
+inline std::vector<Part> PartsOf(const std::string& path) {
     std::vector<Part> parts;
-    std::istringstream lines(file);
+    std::ifstream lines(path);
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("== ")) {
             std::istringstream heading(line.substr(3));

@@ -88,7 +88,7 @@ struct Told : ExampleSession {
 }  // namespace
 
 TEST_F(Told, AsWrittenDown) {
-    for (const auto& [verb, name, text] : PartsOf(ReadWholeFile(TESSEL_TEST_DATA "/told.txt"))) {
+    for (const auto& [verb, name, text] : PartsOf(TESSEL_TEST_DATA "/told.txt")) {
         if (verb == "file") {
             files_[name] = text;
         } else if (verb == "change") {
