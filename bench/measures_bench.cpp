@@ -64,13 +64,13 @@ double PlainBeals(const Record& in) {
 }
 
 double PartialGower(const Record& in) {
-    ScopedCube<double> cube(in.nOTUs, in.nOTUs, in.nTraits);
+    ScopedMatrix<float> similarity(in.nOTUs, in.nOTUs);
     const std::vector<int> types(static_cast<size_t>(in.nTraits), 3);
     const std::vector<float> ranges(static_cast<size_t>(in.nTraits), 0.0F);
     const std::vector<float> weights(static_cast<size_t>(in.nTraits), 1.0F);
-    gower_similarityPartial(in.nTraits, in.B, in.nOTUs, cube, types.data(), ranges.data(),
-                            weights.data());
-    return cube[0][0][0];
+    gower_similarityWeighted(in.nTraits, in.B, in.nOTUs, similarity, types.data(), ranges.data(),
+                             weights.data());
+    return similarity[0][1];
 }
 
 /// X against Z: a narrow matrix and a wide one.
@@ -97,7 +97,7 @@ constexpr struct {
     {"FuzzyBelonging", Belonging},
     {"BealsSmoothing/plain", PlainBeals},
     {"BealsSmoothing", Beals},
-    {"gower_similarityPartial", PartialGower},
+    {"gower_similarityWeighted", PartialGower},
 };
 
 std::unique_ptr<PermTestData> MakeData(const std::string& set) {

@@ -153,3 +153,8 @@ void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<float> m, bool dis
     EntropyOfRows<float>(c, n, w, m, dissimilarity, squareRoot, TotalOfPresent,
                          {0, otus, proportions}, result);
 }
+void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<float> m, bool dissimilarity,
+                  int* otus, double* proportions, double* result) {
+    EntropyOfRows<float>(c, n, w, m, dissimilarity, !dissimilarity, TotalOfAll,
+                         {0, otus, proportions}, result);
+}

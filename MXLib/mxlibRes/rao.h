@@ -16,10 +16,12 @@ double RaoIndex(int n, const double* p, Matrix<float> m, bool dissimilarity, boo
 /// The total takes all cells, missing ones included; d is sqrt(1 - m), or m with `dissimilarity`.
 double RaoIndex(int n, const double* p, Matrix<float> m, bool dissimilarity);
 
-/// The index in its five-argument form of each of c communities, the rows of w: result[i] is
-/// RaoIndex of w[i], the matrix being mirrored and looked over once for all.
+/// The index of each of c communities, the rows of w: result[i] is RaoIndex of w[i] with the same
+/// arguments, the matrix being mirrored and looked over once for all.
 /// `otus` and `proportions` are scratch of n places.
 void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<double> m, bool dissimilarity,
                   bool squareRoot, int* otus, double* proportions, double* result);
 void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<float> m, bool dissimilarity,
                   bool squareRoot, int* otus, double* proportions, double* result);
+void RaoIndexRows(int c, int n, ConstMatrix<double> w, Matrix<float> m, bool dissimilarity,
+                  int* otus, double* proportions, double* result);

@@ -56,34 +56,51 @@ Variable PrepareColumn(int k, int n, const float* const* data, float* const* wor
     return variable;
 }
 
-template <class T>
-void FillCube(int nVariables, const float* const* data, int n, T* const* const* cube,
-              const int* types, const float* ranges, const float* weights) {
-    ScopedMatrix<float> work(n, nVariables);
+/// Variables ready to be compared, and their values.
+struct Comparison {
+    ScopedVector<Variable> variables;
+    ScopedMatrix<float> values;  ///< objects by variables
+
+    template <class T>
+    T Part(int i, int j, int k) const {
+        return PartialSimilarity<T>(variables[k], values[i][k], values[j][k]);
+    }
+};
+
+Comparison Compare(int nVariables, const float* const* data, int n, const int* types,
+                   const float* ranges, const float* weights) {
+    Comparison comparison{ScopedVector<Variable>(nVariables), ScopedMatrix<float>(n, nVariables)};
     ScopedVector<float> column(n);
-    ScopedVector<Variable> variables(nVariables);
     for (int k = 0; k < nVariables; k++)
-        variables[k] = PrepareColumn(k, n, data, work, column, types[k], ranges[k], weights[k]);
-    for (int i = 0; i < n; i++)
-        for (int j = i; j < n; j++)
-            for (int k = 0; k < nVariables; k++)
-                cube[i][j][k] = PartialSimilarity<T>(variables[k], work[i][k], work[j][k]);
+        comparison.variables[k] =
+            PrepareColumn(k, n, data, comparison.values, column, types[k], ranges[k], weights[k]);
+    return comparison;
 }
 
-/// Average over the variables chosen, `weights` being those of the chosen ones.
-template <class T>
-void AverageChosen(int nChosen, const int* chosen, const double* weights, int n,
-                   const T* const* const* cube, float* const* similarity) {
+/// The variables that an average is made over, and their weights.
+struct Chosen {
+    explicit Chosen(int nVariables) : variables(nVariables), weights(nVariables) {}
+    void Add(int variable, double weight) {
+        weights[count] = weight;
+        variables[count++] = variable;
+    }
+    int count = 0;
+    ScopedVector<int> variables;
+    ScopedVector<double> weights;
+};
+
+/// partOf(i, j, k) is the partial similarity of objects i and j by variable k.
+template <class PartOf>
+void AverageChosen(const Chosen& chosen, int n, PartOf partOf, float* const* similarity) {
     for (int i = 0; i < n; i++) {
         similarity[i][i] = 1;
         for (int j = i + 1; j < n; j++) {
-            const T* parts = cube[i][j];
             double sum = 0.0;
             double den = 0.0;
-            for (int c = 0; c < nChosen; c++) {
-                const T similar = parts[chosen[c]];
+            for (int c = 0; c < chosen.count; c++) {
+                const auto similar = partOf(i, j, chosen.variables[c]);
                 sum += IsMissing(similar) ? 0.0 : static_cast<double>(similar);
-                den += IsMissing(similar) ? 0.0 : weights[c];
+                den += IsMissing(similar) ? 0.0 : chosen.weights[c];
             }
             similarity[i][j] = den > 0 ? static_cast<float>(sum) / static_cast<float>(den)
                                        : static_cast<float>(kMissing);
@@ -105,35 +122,29 @@ void GowerMVPartial_dAbsences(int n, int type, float* values, double* const* pai
 void gower_similarityPartial(int nVariables, const float* const* data, int n,
                              float* const* const* cube, const int* types, const float* ranges,
                              const float* weights) {
-    FillCube(nVariables, data, n, cube, types, ranges, weights);
-}
-void gower_similarityPartial(int nVariables, const float* const* data, int n,
-                             double* const* const* cube, const int* types, const float* ranges,
-                             const float* weights) {
-    FillCube(nVariables, data, n, cube, types, ranges, weights);
+    const Comparison comparison = Compare(nVariables, data, n, types, ranges, weights);
+    for (int i = 0; i < n; i++)
+        for (int j = i; j < n; j++)
+            for (int k = 0; k < nVariables; k++) cube[i][j][k] = comparison.Part<float>(i, j, k);
 }
 
 void gower_similarityAverage(int nVariables, int n, const float* const* const* cube,
                              float* const* similarity, const int* include) {
-    ScopedVector<int> chosen(nVariables);
-    ScopedVector<double> weights(nVariables);
-    int nChosen = 0;
-    for (int k = 0; k < nVariables; k++) {
-        if (include[k] != 1) continue;
-        weights[nChosen] = 1.0;
-        chosen[nChosen++] = k;
-    }
-    AverageChosen(nChosen, chosen, weights, n, cube, similarity);
+    Chosen chosen(nVariables);
+    for (int k = 0; k < nVariables; k++)
+        if (include[k] == 1) chosen.Add(k, 1.0);
+    AverageChosen(
+        chosen, n, [cube](int i, int j, int k) { return cube[i][j][k]; }, similarity);
 }
-void gower_similarityAverage(int nVariables, int n, const double* const* const* cube,
-                             float* const* similarity, const float* weights) {
-    ScopedVector<int> chosen(nVariables);
-    ScopedVector<double> chosenWeights(nVariables);
-    int nChosen = 0;
-    for (int k = 0; k < nVariables; k++) {
-        if (!(weights[k] > 0)) continue;
-        chosenWeights[nChosen] = static_cast<double>(weights[k]);
-        chosen[nChosen++] = k;
-    }
-    AverageChosen(nChosen, chosen, chosenWeights, n, cube, similarity);
+
+void gower_similarityWeighted(int nVariables, const float* const* data, int n,
+                              float* const* similarity, const int* types, const float* ranges,
+                              const float* weights) {
+    const Comparison comparison = Compare(nVariables, data, n, types, ranges, weights);
+    Chosen chosen(nVariables);
+    for (int k = 0; k < nVariables; k++)
+        if (weights[k] > 0) chosen.Add(k, static_cast<double>(weights[k]));
+    AverageChosen(
+        chosen, n, [&](int i, int j, int k) { return comparison.Part<double>(i, j, k); },
+        similarity);
 }

@@ -17,13 +17,14 @@ void GowerMVPartial_dAbsences(int n, int type, float* values, double* const* pai
 void gower_similarityPartial(int nVariables, const float* const* data, int n,
                              float* const* const* cube, const int* types, const float* ranges,
                              const float* weights);
-void gower_similarityPartial(int nVariables, const float* const* data, int n,
-                             double* const* const* cube, const int* types, const float* ranges,
-                             const float* weights);
 
-/// Average over the variables with include equal to 1, or weighted over those with a weight above
-/// 0; 1 on the diagonal. The lower half stays as it was.
+/// Average over the variables with include equal to 1; 1 on the diagonal. The lower half stays as
+/// it was.
 void gower_similarityAverage(int nVariables, int n, const float* const* const* cube,
                              float* const* similarity, const int* include);
-void gower_similarityAverage(int nVariables, int n, const double* const* const* cube,
-                             float* const* similarity, const float* weights);
+
+/// The average weighted over the variables with a weight above 0, of parts in double precision and
+/// without their cube, which takes the room of many matrices.
+void gower_similarityWeighted(int nVariables, const float* const* data, int n,
+                              float* const* similarity, const int* types, const float* ranges,
+                              const float* weights);

@@ -5,6 +5,7 @@
 
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
+#include "TSLRESE/scaling_up_matrices.h"
 #include "mxlibDim/available_memory.h"
 #include "mxlibDim/standard_streams.h"
 
@@ -18,14 +19,15 @@ double Rows(double rows, double cols, double size) {
 
 constexpr double kFloat = sizeof(float);
 constexpr double kDouble = sizeof(double);
+constexpr double kProgram = 4e6;  // code that is read in, buffers
 
 /// What lives from the start to the end (ScalingUpMatrices).
 double OfMatrices(double n, double c, const AnalysisSizes& s) {
-    double bytes = n * Rows(n, s.traits, kDouble);                      // partial similarities
-    bytes += Rows(n, n, kFloat) + 2.0 * Rows(n, s.types, kDouble);      // Sb, U and C
-    bytes += 4.0 * Rows(c, n, kDouble);                                 // W twice, Z, Y
-    bytes += (s.measure == kMantel ? 4.0 : 2.0) * Rows(c, c, kDouble);  // DE, DT; DZ, DY
-    if (s.taxa > 0) bytes += Rows(n, n, kFloat) + Rows(n, s.taxa, kDouble) + Rows(c, c, kDouble);
+    double bytes = Rows(n, n, kFloat) + 2.0 * Rows(n, s.types, kDouble);  // Sb, U and C
+    bytes += 4.0 * Rows(c, n, kDouble);                                   // W twice, Z, Y
+    bytes += (s.measure == kMantel ? 4.0 : 2.0) * Rows(c, c, kDouble);    // DE, DT; DZ, DY
+    if (s.taxa > 0) bytes += Rows(n, s.taxa, kDouble) + Rows(c, c, kDouble);
+    if (s.coordinates) bytes += Rows(n, n, kFloat);
     return bytes;
 }
 
@@ -33,7 +35,7 @@ double OfMatrices(double n, double c, const AnalysisSizes& s) {
 double OfSteps(double n, double c, const AnalysisSizes& s) {
     const double smoothing = Rows(n, n, kDouble) + Rows(c, n, kDouble);
     const double coordinates = 4.0 * Rows(n, n, kFloat) + 2.0 * Rows(n, n, kDouble);
-    return s.taxa > 0 ? std::max(smoothing, coordinates) : smoothing;
+    return s.coordinates ? std::max(smoothing, coordinates) : smoothing;
 }
 
 /// The phylogenetic signal: its sides and what the permutations look up.
@@ -68,14 +70,14 @@ double OfTest(double n, double c, const AnalysisSizes& s) {
 }  // namespace
 
 AnalysisSizes SizesOfAnalysis() {
-    return {tcst,   ncsm,     nch, nenv, nGrPoly[0], includePhylogeny != 0 ? nTaxa : 0,
-            opt_ro, niter - 1};
+    const int taxa = includePhylogeny != 0 ? nTaxa : 0;
+    return {tcst, ncsm, nGrPoly[0], taxa, opt_ro, niter - 1, ReadsCoordinates()};
 }
 
 double MemoryOfAnalysis(const AnalysisSizes& sizes) {
     const double n = sizes.OTUs;
     const double c = sizes.communities;
-    return OfMatrices(n, c, sizes) + std::max(OfSteps(n, c, sizes), OfTest(n, c, sizes));
+    return kProgram + OfMatrices(n, c, sizes) + std::max(OfSteps(n, c, sizes), OfTest(n, c, sizes));
 }
 
 void TellLargeMemory(double bytes) {

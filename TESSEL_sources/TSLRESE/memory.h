@@ -6,12 +6,11 @@
 struct AnalysisSizes {
     int OTUs;
     int communities;
-    int traits;
-    int variables;
     int types;
     int taxa;          ///< 0 without phylogeny
     int measure;       ///< of congruence: kMantel, kProcrustes, kRV
     int permutations;  ///< none or some
+    bool coordinates;  ///< of the phylogeny are made
 };
 
 /// Of the data set and the settings in memory.

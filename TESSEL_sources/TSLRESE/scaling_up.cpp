@@ -38,7 +38,7 @@ PermTest_FunctionalPhyl_Correl_Input TestRecord(ScalingUpMatrices& m, FILE* stre
     test.nPhylAxes = m.nPhylAxes;
     test.B = m.B;
     test.Sb = m.Sb;
-    test.PhylScores = phylogeny ? m.phylScores.get() : nullptr;
+    test.PhylScores = ReadsCoordinates() ? m.phylScores.get() : nullptr;
     test.Sf = phylogeny ? phylogenyRese : nullptr;
     test.E = m.EDouble;
     test.U = fuzzy == kFuzzyTypes ? m.U : m.C;
@@ -99,7 +99,6 @@ bool ScaleUpToTypes(ScalingUpMatrices& m, const AnalysisReceiver& receiver, FILE
     }
     SelectTraits(m);
     if (printDetail) PrintTraitMatrix(report);
-    CompareOTUsByTrait(m);
     if (m.nTraitsInUse == 0) return false;
     PrintSites(report, m);
     AverageTraits(m);

@@ -47,6 +47,10 @@ int CountTraitsInUse() {
     return count;
 }
 
+bool ReadsCoordinates() {
+    return includePhylogeny != 0 && (opt_ro != kMantel || printDetail);
+}
+
 bool PhylogenyIsDissimilarity() {
     return phylogenyMatrixType != kPhylogenySimilarities;
 }
@@ -82,7 +86,9 @@ void SmoothCompositions(ScalingUpMatrices& m) {
 void MeasureGiniSimpson(ScalingUpMatrices& m) {
     const LongStep step("Gini-Simpson diversity");
     for (int i = 0; i < tcst; i++) m.Sb[i][i] = 1.0F;
-    for (int i = 0; i < ncsm; i++) m.D[i] = RaoIndex(tcst, m.W[i], m.Sb, false);
+    ScopedVector<int> otus(tcst);
+    ScopedVector<double> proportions(tcst);
+    RaoIndexRows(ncsm, tcst, m.W, m.Sb, false, otus, proportions, m.D);
 }
 
 void ComparePhylogeneticVariables() {
@@ -94,13 +100,14 @@ void ComparePhylogeneticVariables() {
 void ScalePhylogenyUp(ScalingUpMatrices& m) {
     const LongStep step("Composition by phylogeny");
     ComparePhylogeneticVariables();
-    OrdinatePhylogeny(m);
+    if (ReadsCoordinates()) OrdinatePhylogeny(m);
     FuzzyBelonging(tcst, nTaxa, phylogenyRese, partition_OTUs_Phyl, m.Q,
                    PhylogenyIsDissimilarity());
     MatrixProdMV(ncsm, tcst, tcst, nTaxa, m.W, m.Q, m.P);
-    for (int i = 0; i < ncsm; i++)
-        m.RaoPhyl[i] = RaoIndex(tcst, m.W[i], phylogenyRese, PhylogenyIsDissimilarity(),
-                                sqrtDissimOpt_RaoPhyl);
+    ScopedVector<int> otus(tcst);
+    ScopedVector<double> proportions(tcst);
+    RaoIndexRows(ncsm, tcst, m.W, phylogenyRese, PhylogenyIsDissimilarity(), sqrtDissimOpt_RaoPhyl,
+                 otus, proportions, m.RaoPhyl);
     NominalReseNonHier(ncsm, nTaxa, m.P, m.DP, rese_opt);
 }
 
@@ -109,11 +116,6 @@ void SelectTraits(ScalingUpMatrices& m) {
         m.include[k] = InUse(k) ? 1 : 0;
         for (int i = 0; i < tcst; i++) m.B[i][k] = weight[k] == 0.0F ? 0.0F : csm_Float[i][k];
     }
-}
-
-void CompareOTUsByTrait(ScalingUpMatrices& m) {
-    const LongStep step("Similarities of OTUs by trait");
-    gower_similarityPartial(nch, csm_Float, tcst, m.partial, chtype, chrange, weight);
 }
 
 void AverageTraits(ScalingUpMatrices& m) {
@@ -128,7 +130,7 @@ void NormaliseTraits(ScalingUpMatrices& m) {
 
 void CompareOTUs(ScalingUpMatrices& m) {
     const LongStep step("Similarities of OTUs");
-    gower_similarityAverage(nch, tcst, m.partial, m.Sb, weight);
+    gower_similarityWeighted(nch, csm_Float, tcst, m.Sb, chtype, chrange, weight);
 }
 
 void PoolIntoTypes(ScalingUpMatrices& m) {
@@ -147,8 +149,11 @@ void PoolIntoTypes(ScalingUpMatrices& m) {
 
 void MeasureRedundancy(ScalingUpMatrices& m) {
     const LongStep step("Rao entropy and redundancy");
+    ScopedVector<int> otus(tcst);
+    ScopedVector<double> proportions(tcst);
+    RaoIndexRows(ncsm, tcst, m.W, m.Sb, false, sqrtDissimOpt_RaoTraits, otus, proportions,
+                 m.RaoTraits);
     for (int i = 0; i < ncsm; i++) {
-        m.RaoTraits[i] = RaoIndex(tcst, m.W[i], m.Sb, false, sqrtDissimOpt_RaoTraits);
         m.redundancyTraits[i] = m.D[i] - m.RaoTraits[i];
         if (includePhylogeny != 0) m.redundancyPhyl[i] = m.D[i] - m.RaoPhyl[i];
     }

@@ -18,6 +18,10 @@ enum PhylogenyKind : int {
 /// Number of traits with a weight above 0.
 int CountTraitsInUse();
 
+/// Whether the principal coordinates of the phylogeny are read: by Procrustes and RV for its
+/// signal, and by a detailed report.
+bool ReadsCoordinates();
+
 /// In the comments c stands for the communities, n for the OTUs, p for the traits, e for the
 /// ecological variables, K for the types and f for the taxa.
 struct ScalingUpMatrices {
@@ -40,12 +44,11 @@ struct ScalingUpMatrices {
     ScopedMatrix<double> DY{ncsm, ncsm};     ///< c x c, upper half
 
     // Traits
-    ScopedVector<int> include{nch};               ///< p: 1 for a trait in use
-    ScopedMatrix<float> B{tcst, nch};             ///< n x p, 0 in the columns of traits not in use
-    ScopedCube<double> partial{tcst, tcst, nch};  ///< n x n x p, partial similarities
-    ScopedMatrix<float> Sb{tcst, tcst};           ///< n x n, identity at first, then similarities
-    ScopedMatrix<double> T{ncsm, nch};            ///< c x p
-    ScopedMatrix<double> DT{ncsm, ncsm};          ///< c x c, upper half
+    ScopedVector<int> include{nch};       ///< p: 1 for a trait in use
+    ScopedMatrix<float> B{tcst, nch};     ///< n x p, 0 in the columns of traits not in use
+    ScopedMatrix<float> Sb{tcst, tcst};   ///< n x n, identity at first, then similarities
+    ScopedMatrix<double> T{ncsm, nch};    ///< c x p
+    ScopedMatrix<double> DT{ncsm, ncsm};  ///< c x c, upper half
 
     // Types
     ScopedVector<int> typeLabels{tcst};           ///< K ascending labels
@@ -58,7 +61,7 @@ struct ScalingUpMatrices {
 
     // Phylogeny; empty without it
     int nPhylAxes = 0;
-    ScopedMatrix<float> phylScores{nOTUsInPhylogeny, nOTUsInPhylogeny};  ///< n x axes kept
+    ScopedMatrix<float> phylScores{ReadsCoordinates() ? tcst : 0, tcst};  ///< n x axes kept
     ScopedMatrix<double> Q{nOTUsInPhylogeny, nTaxaInUse};  ///< n x f, belonging to taxa
     ScopedMatrix<double> P{ncsm, nTaxaInUse};              ///< c x f, W Q
     ScopedMatrix<double> DP{ncsm, ncsm};                   ///< c x c, upper half
@@ -88,12 +91,11 @@ void AdjustToUnitTotals(ScalingUpMatrices& m);
 void SmoothCompositions(ScalingUpMatrices& m);
 /// D, from the identity matrix in the place of Sb.
 void MeasureGiniSimpson(ScalingUpMatrices& m);
-/// The scores, Q, P, DP and RaoPhyl; with phylogenetic variables phylogenyRese before them.
+/// The scores if they are read, Q, P, DP and RaoPhyl; with phylogenetic variables phylogenyRese
+/// before them.
 void ScalePhylogenyUp(ScalingUpMatrices& m);
 /// B and include.
 void SelectTraits(ScalingUpMatrices& m);
-/// The partial similarities between the OTUs.
-void CompareOTUsByTrait(ScalingUpMatrices& m);
 /// T as averages at community level.
 void AverageTraits(ScalingUpMatrices& m);
 /// T at unit length of its columns, and DT.

@@ -88,6 +88,9 @@ TEST(Rao, ShortSumHasTheDigitsOfTheWholeSum) {
                 RaoIndexRows(6, n, w, s, dissimilarity, root, otus, proportions, together[0]);
                 ExpectSame(single, plain);
                 ExpectSame(together, plain);
+                for (int c = 0; c < 6; c++) single[0][c] = RaoIndex(n, w[c], s, dissimilarity);
+                RaoIndexRows(6, n, w, s, dissimilarity, otus, proportions, together[0]);
+                ExpectSame(together, single);
             }
     }
 }

@@ -136,7 +136,7 @@ TEST_F(AtTerminal, ALongAnalysisTellsItsSteps) {
     folder_.Write("bigFormda.txt", FormdaOf(data));
     folder_.Write("bigTrk.txt", "bigFormda.txt\n07Jul17\n");
     folder_.Write("bigTypes.txt", types);
-    const std::string answers = "O\nbig\nV\nH f bigTypes.txt 1 2 0 2 7 1 6 1 n n\nC\nC\nX\n";
+    const std::string answers = "O\nbig\nV\nH f bigTypes.txt 1 2 0 2 7 2 1 n n\nC\nC\nX\n";
     const std::string step = "Principal coordinates of the phylogeny  0.";
     Terminal terminal(folder_);
     terminal.Type(answers);
