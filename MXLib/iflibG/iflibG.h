@@ -2,6 +2,7 @@
 /// \file
 /// The console's progress line, the clock, the time stamp.
 
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 
@@ -28,22 +29,24 @@ void ClearLineLength(int n);
 /// The point where routines announce themselves. Does nothing.
 void HandleEventInfoWhere(const char* text);
 
-/// Called at every report of progress, however short the time since the last; null for nothing. A
-/// harness bounds the work of a run by it and may leave by an exception.
-extern void (*progressHook)();
+/// Called at every report of progress with the steps that it stands for, however short the time
+/// since the last; null for nothing. A harness bounds the work of a run by it and may leave by an
+/// exception.
+extern void (*progressHook)(std::int64_t steps);
 
 /// Rewrites the progress line with `text` in 40 columns and 40 blanks, unless fewer than 5 clock
 /// ticks have passed since the last time.
-void HandleEventInfoWhere2(const char* text);
+void HandleEventInfoWhere2(const char* text, std::int64_t steps = 1);
 
 /// Tells a loop of short steps when its text is worth making. While the steps are far shorter than
 /// a tick, the clock is not asked at each of them.
 class ProgressPace {
   public:
-    /// To be called at each step: whether HandleEventInfoWhere2 would show a text now.
-    bool IsDue() {
+    /// To be called at each step, or for a few at once: whether HandleEventInfoWhere2 would show a
+    /// text now.
+    bool IsDue(std::int64_t steps = 1) {
         if (--stepsToAsk_ <= 0 && AskClock()) return true;
-        if (progressHook != nullptr) progressHook();
+        if (progressHook != nullptr) progressHook(steps);
         return false;
     }
 

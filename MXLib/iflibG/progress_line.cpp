@@ -15,7 +15,7 @@
 int is40CharLine = 0;
 int is80CharLine = 0;
 long t2 = 0;
-void (*progressHook)() = nullptr;
+void (*progressHook)(std::int64_t steps) = nullptr;
 
 namespace {
 
@@ -116,8 +116,8 @@ void ClearLine() {
     is80CharLine = 0;
 }
 
-void HandleEventInfoWhere2(const char* text) {
-    if (progressHook != nullptr) progressHook();
+void HandleEventInfoWhere2(const char* text, std::int64_t steps) {
+    if (progressHook != nullptr) progressHook(steps);
     const long now = ClockTicks();
     if (now - t2 < kTicksBetweenUpdates) return;
     const auto lock = LockLine();

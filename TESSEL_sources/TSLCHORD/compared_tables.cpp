@@ -33,6 +33,14 @@ double SmallSample(const MantelSide& a, const MantelSide& b) {
                     : SmallSampleCongruence(a.cells[0], b.cells[0]);
 }
 
+void CopyResemblance(const Resemblance& from, Resemblance* to) {
+    std::copy_n(from.side.cells.get(), from.side.nCells, to->side.cells.get());
+    to->side.mean = from.side.mean;
+    to->side.squares = from.side.squares;
+    to->side.hasMissing = from.side.hasMissing;
+    to->isNew = from.isNew;
+}
+
 template <class Real>
 const CongruenceSide<Real>& SideOf(ComparedTable<Real>* table) {
     if (table->sideIsNew) SetCongruenceSide<Real>(table->values, table->side.get());
@@ -82,6 +90,22 @@ void FinishTables(ComparedTables<Real>* t) {
             MakeCongruenceScratch<Real>(opt_ro, ncsm, widest, widestButZ));
     if (rese_opt == kChordDistance)
         t->unitRows = std::make_unique<ColumnTable<Real>>(MakeColumnTable<Real>(ncsm, widest));
+}
+
+template <class Real>
+ComparedTables<Real> CopyOf(const ComparedTables<Real>& t) {
+    ComparedTables<Real> copy;
+    for (int table = 0; table < kTables; table++) {
+        if (t.tables[table] == nullptr) continue;
+        const ComparedTable<Real>& from = *t.tables[table];
+        AddTable(static_cast<Table>(table), from.columns, &copy);
+        ComparedTable<Real>& to = *copy.tables[table];
+        for (int i = 0; i < ncsm; i++) std::copy_n(from.values[i], from.columns, to.rows[i]);
+        for (size_t k = 0; k < to.resemblances.size(); k++)
+            CopyResemblance(from.resemblances[k], &to.resemblances[k]);
+    }
+    FinishTables(&copy);
+    return copy;
 }
 
 template <class Real>
@@ -174,6 +198,7 @@ void FindCongruences(std::span<const TablePair> pairs, int lanes, double* result
 #define TESSEL_OF_PRECISION(Real)                                                                  \
     template void AddTable<Real>(Table, int, ComparedTables<Real>*);                               \
     template void FinishTables<Real>(ComparedTables<Real>*);                                       \
+    template ComparedTables<Real> CopyOf<Real>(const ComparedTables<Real>&);                       \
     template ComparedTable<Real>& Of<Real>(Table, ComparedTables<Real>*);                          \
     template Resemblance& ResemblanceBy<Real>(Table, int, ComparedTables<Real>*);                  \
     template void MarkChanged<Real>(ComparedTable<Real>*);                                         \

@@ -55,6 +55,10 @@ void AddTable(Table table, int columns, ComparedTables<Real>* t);
 template <class Real>
 void FinishTables(ComparedTables<Real>* t);
 
+/// Tables of the same kind and content, made ready, with room of their own.
+template <class Real>
+ComparedTables<Real> CopyOf(const ComparedTables<Real>& t);
+
 /// A table that takes part.
 template <class Real>
 ComparedTable<Real>& Of(Table table, ComparedTables<Real>* t);

@@ -18,7 +18,7 @@ void TakePhylogeny(SubsetTables<Real>* t) {
     else
         CrispBelonging(tcst, nTaxa, partition_OTUs_Phyl, Q);
     ComparedTable<Real>& P = Of(Table::P, t);
-    MatrixProd(ncsm, tcst, tcst, nTaxa, t->W, Q, P.rows);
+    MatrixProd(ncsm, tcst, tcst, nTaxa, t->shared->W, Q, P.rows);
     CompareCommunities(Table::P, rese_opt, t);
     if (t->structures.stream != nullptr)
         PrintPhylogenyOfSearch<Real>(t->structures.stream, Q, P.values,

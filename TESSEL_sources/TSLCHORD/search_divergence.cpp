@@ -96,7 +96,7 @@ struct FirstOTUs {
 
 void MeasureEntropy(FirstOTUs* room, SubsetTables<double>* t) {
     ComparedTable<double>& R = Of(Table::R, t);
-    RaoIndexRows(ncsm, t->K, t->W, t->S, false, sqrtDissimOpt_RaoTraits, room->otus,
+    RaoIndexRows(ncsm, t->K, t->shared->W, t->S, false, sqrtDissimOpt_RaoTraits, room->otus,
                  room->proportions, room->entropies);
     for (int i = 0; i < ncsm; i++) R.rows[i][0] = room->entropies[i];
     MarkChanged(&R);
@@ -105,7 +105,7 @@ void MeasureEntropy(FirstOTUs* room, SubsetTables<double>* t) {
 void MeasureDarkDiversity(SubsetTables<double>* t) {
     ComparedTable<double>& S = Of(Table::S, t);
     for (int i = 0; i < ncsm; i++)
-        S.rows[i][0] = SumAbsDeviations(t->K, t->W[i], Of(Table::X, t).values[i], false);
+        S.rows[i][0] = SumAbsDeviations(t->K, t->shared->W[i], Of(Table::X, t).values[i], false);
     MarkChanged(&S);
 }
 
@@ -130,8 +130,8 @@ void AddTables(const DivergenceCriterion& criterion, SubsetTables<double>* t) {
 }
 
 void SmoothComposition(const Smoothing& smoothing, SubsetTables<double>* t) {
-    BealsSmoothing(ncsm, tcst, t->W, t->W, Of(Table::Z, t).rows, BealsIncludeOpt, smoothing.option,
-                   smoothing.odds);
+    BealsSmoothing(ncsm, tcst, t->shared->W, t->shared->W, Of(Table::Z, t).rows, BealsIncludeOpt,
+                   smoothing.option, smoothing.odds);
     CompareCommunities(Table::Z, rese_opt, t);
 }
 
@@ -184,6 +184,47 @@ void PrintStructures(FILE* stream, const TraitSubset& subset, TraitDivergence* w
     PrintTraitDivergence(stream, subset, withE->ratings[0], t);
 }
 
+/// What a worker rates with beside its tables.
+struct WorkerRoom {
+    FirstOTUs otus;
+    TraitDivergence divergence;
+    TraitDivergence withE;
+    std::unique_ptr<PartialCorrelationRoom> withEntropy;  ///< null: entropy is not removed
+};
+std::shared_ptr<WorkerRoom> MakeRoom(const DivergenceCriterion& criterion,
+                                     SubsetTables<double>* t) {
+    const bool removesEntropy = criterion.form == Form::partialWithEntropy && opt_ro != kMantel;
+    return std::make_shared<WorkerRoom>(WorkerRoom{
+        {ScopedVector<int>(t->K), ScopedVector<double>(t->K), ScopedVector<double>(ncsm)},
+        MakeTraitDivergence(criterion.b, t),
+        MakeTraitDivergence(Table::E, t),
+        removesEntropy ? MakePartialRoom(criterion.a, criterion.b, true, t) : nullptr});
+}
+
+SubsetRater RaterOf(const DivergenceCriterion& criterion,
+                    const std::shared_ptr<SubsetTables<double>>& t) {
+    FILE* const structures = t->structures.stream;
+    const Needs needs = NeedsOf(criterion, structures != nullptr);
+    const auto room = MakeRoom(criterion, t.get());
+    SubsetRater rater;
+    rater.make = [=](const TraitSubset& subset, int lane) {
+        t->lane = lane;
+        MakeTables(subset, needs, &room->otus, t.get());
+    };
+    rater.rate = [=, &criterion](std::span<const TraitSubset> subsets, double* values) {
+        if (t->K < 2) return false;
+        RateSubsets(subsets, criterion, &room->divergence, room->withEntropy.get(), values,
+                    t.get());
+        if (structures != nullptr) PrintStructures(structures, subsets[0], &room->withE, t.get());
+        return true;
+    };
+    rater.printRating = [](FILE* results, int, double value) {
+        std::fprintf(results, "r(%s)=\t%g\tTraits:\t", CriterionOf(opt_struct).statistic,
+                     Printable(value));
+    };
+    return rater;
+}
+
 }  // namespace
 
 void ChRankAlphaBetaDivergence(int mode, const SearchRun& run) {
@@ -191,45 +232,24 @@ void ChRankAlphaBetaDivergence(int mode, const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
-    SubsetTables<double> t(nMinCSTGroupsChRank);
-    t.structures.stream = structures;
-    AddTables(criterion, &t);
-    TakeSitesOfSearch<double>(EucliDistMV, &t);
-    TakeCommunities(&t);
-    TakeTraits<double>(NormalizeCols, &t);
-    const Needs needs = NeedsOf(criterion, structures != nullptr);
-    CompareOTUsByTrait(OTUsCompared(needs, t), &t);
-    if (criterion.smoothing != nullptr) SmoothComposition(*criterion.smoothing, &t);
+    const auto t = std::make_shared<SubsetTables<double>>(nMinCSTGroupsChRank);
+    t->structures.stream = structures;
+    AddTables(criterion, t.get());
+    TakeSitesOfSearch<double>(EucliDistMV, t.get());
+    TakeCommunities(t.get());
+    TakeTraits<double>(NormalizeCols, t.get());
+    CompareOTUsByTrait(OTUsCompared(NeedsOf(criterion, structures != nullptr), *t), t.get());
+    if (criterion.smoothing != nullptr) SmoothComposition(*criterion.smoothing, t.get());
 
-    FirstOTUs room{ScopedVector<int>(t.K), ScopedVector<double>(t.K), ScopedVector<double>(ncsm)};
-    TraitDivergence divergence = MakeTraitDivergence(criterion.b, &t);
-    TraitDivergence withE = MakeTraitDivergence(Table::E, &t);
-    const bool removesEntropy = criterion.form == Form::partialWithEntropy && opt_ro != kMantel;
-    const auto withEntropy =
-        removesEntropy ? MakePartialRoom(criterion.a, criterion.b, true, &t) : nullptr;
-
-    const char* const statistic = CriterionOf(opt_struct).statistic;
-    const std::string heading = RankedHeading(criterion.form, statistic);
-    SubsetSearch search{
+    const std::string heading = RankedHeading(criterion.form, CriterionOf(opt_struct).statistic);
+    const SubsetSearch search{
         .header = kHeaderDivergence,
         .keeping = criterion.form == Form::pair ? Keeping::bySign : Keeping::byMagnitude,
-        .groups = t.K,
+        .groups = t->K,
+        .raterOf = [&](int worker) { return RaterOf(criterion, TablesOfWorker(worker, t)); },
         .sizeLine = "Ranking criterion value, groups and optimal subset",
         .namesGroups = true,
         .rankedHeading = heading.c_str()};
-    search.make = [&](const TraitSubset& subset, int lane) {
-        t.lane = lane;
-        MakeTables(subset, needs, &room, &t);
-    };
-    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
-        if (t.K < 2) return false;
-        RateSubsets(subsets, criterion, &divergence, withEntropy.get(), values, &t);
-        if (structures != nullptr) PrintStructures(structures, subsets[0], &withE, &t);
-        return true;
-    };
-    search.printRating = [&](FILE* results, int, double value) {
-        std::fprintf(results, "r(%s)=\t%g\tTraits:\t", statistic, Printable(value));
-    };
     RunSearch(search, run);
     structures.Finish();
 }

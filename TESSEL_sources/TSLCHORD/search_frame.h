@@ -1,8 +1,7 @@
 #pragma once
 /// \file
-/// What all searches share: the walk over the subsets in lexicographic order, size after size, up
-/// to SubsetsTogether of them at a time, the keeping of the best, and the results file. A search
-/// tells what it does its own way.
+/// What all searches share: the walk over the subsets in lexicographic order, size after size, the
+/// keeping of the best, and the results file. A search tells what it does its own way.
 
 #include <cstdio>
 #include <functional>
@@ -21,18 +20,25 @@ struct SearchOutcome {
     RankedList whileRating;  ///< the same, entered by the rating itself (Keeping::enteredBySign)
 };
 
+/// What rates subsets, with tables and room of its own.
+struct SubsetRater {
+    /// Makes the tables of a subset, in its lane.
+    std::function<void(const TraitSubset&, int lane)> make = nullptr;
+    /// The values of the subsets made, lane after lane; false where subsets cannot be rated.
+    std::function<bool(std::span<const TraitSubset>, double* values)> rate = nullptr;
+    /// The line of a subset just rated, up to the labels of its traits, and what follows them.
+    std::function<void(FILE* results, int lane, double value)> printRating = nullptr;
+};
+
 struct SubsetSearch {
     std::span<const HeaderLine> header;
     Keeping keeping;
     int groups;  ///< types that each subset is rated with
 
-    /// Makes the tables of a subset, in its lane.
-    std::function<void(const TraitSubset&, int lane)> make = nullptr;
-    /// The values of the subsets made, lane after lane; false where subsets cannot be rated.
-    std::function<bool(std::span<const TraitSubset>, double* values)> rate = nullptr;
-
-    /// The line of a subset just rated, up to the labels of its traits, and what follows them.
-    std::function<void(FILE* results, int lane, double value)> printRating = nullptr;
+    /// The rater of a worker. Worker 0 rates first and alone, with the tables that the search has
+    /// made; others have copies of them, and may rate at the same time. What they rate a subset
+    /// with depends on the subset alone.
+    std::function<SubsetRater(int worker)> raterOf = nullptr;
     std::function<void(FILE* results)> printBehindLabels = nullptr;
 
     const char* sizeLine = "Ranking criterion value and optimal subset";  ///< how it begins
@@ -46,9 +52,27 @@ struct SubsetSearch {
 /// What becomes of what a search finds.
 struct SearchRun {
     bool writesResults = true;  ///< the results file whichChorder
+    /// Seconds that one worker searches before others help: a small search ends earlier.
+    double aloneFor = 1e-3;
     /// Called with the outcome; empty: nothing is called.
     std::function<void(const SubsetSearch& search, const SearchOutcome& outcome)> receive = nullptr;
 };
+
+/// Enters a value where it belongs, if anywhere.
+void TakeRating(const SubsetSearch& search, const TraitSubset& subset, double value,
+                SearchOutcome* outcome);
+
+/// What a value of a size must be better than to be kept: as the search goes on they only get
+/// better.
+struct ValuesToBeat {
+    double best;
+    double ranked;
+    double whileRating;
+};
+ValuesToBeat ToBeat(const SubsetSearch& search, int size, const SearchOutcome& outcome);
+
+/// Whether TakeRating may keep the value; never false where it would.
+bool MayBeKept(const SubsetSearch& search, double value, const ValuesToBeat& toBeat);
 
 /// Runs the search.
 void RunSearch(const SubsetSearch& search, const SearchRun& run);

@@ -1,5 +1,6 @@
 // The search on niche conservation: products of congruences with the phylogeny and with the sites.
 
+#include <array>
 #include <ctime>
 
 #include "TSLCHORD/phylogeny_table.h"
@@ -160,51 +161,60 @@ void TakeTables(SubsetTables<float>* t) {
     CompareOTUsByTrait(OTUsComparedForTypes(*t), t);
 }
 
+SubsetRater RaterOf(float PE, const std::shared_ptr<SubsetTables<float>>& t) {
+    FILE* const structures = t->structures.stream;
+    const bool all = structures != nullptr || printRankIntermedResults == 'y';
+    const Needs needs = {all || opt_struct == kBetaNiche, all || opt_struct != kBetaNiche};
+    const auto ratings = std::make_shared<std::array<NicheRating, kMostTogether>>();
+    for (NicheRating& rating : *ratings) rating.PE = PE;
+    SubsetRater rater;
+    rater.make = [=](const TraitSubset& subset, int lane) {
+        t->lane = lane;
+        MakeTables(subset, needs, t.get());
+    };
+    rater.rate = [=](std::span<const TraitSubset> subsets, double* values) {
+        if (t->K < 2) return false;
+        RateLanes(needs, static_cast<int>(subsets.size()), ratings->data(), t.get());
+        if (structures != nullptr) {
+            std::fprintf(structures, "\nTrait ranking criterion:\t");
+            PrintRating(structures, ratings->front(), t->K);
+            PrintLabelLine(structures, subsets[0]);
+        }
+        for (size_t lane = 0; lane < subsets.size(); lane++) {
+            const NicheRating& rating = (*ratings)[lane];
+            values[lane] = static_cast<double>(opt_struct == kBetaNiche ? rating.betaNiche
+                                                                        : rating.alphaBetaNiche);
+        }
+        return true;
+    };
+    rater.printRating = [=](FILE* results, int lane, double) {
+        PrintRating(results, (*ratings)[static_cast<size_t>(lane)], t->K);
+    };
+    return rater;
+}
+
 }  // namespace
 
 void ChRank_Phylogeny_x_Trait_Assembly(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
-    SubsetTables<float> t(nMinCSTGroupsChRank);
-    t.structures.stream = structures;
-    TakeTables(&t);
-
-    const bool all = structures != nullptr || printRankIntermedResults == 'y';
-    const Needs needs = {all || opt_struct == kBetaNiche, all || opt_struct != kBetaNiche};
-    NicheRating ratings[kMostTogether] = {};
-    const float PE = Correlation(Table::P, Table::E, &t);
-    for (NicheRating& rating : ratings) rating.PE = PE;
-    SubsetSearch search{.header = kHeaderNicheConservation,
-                        .keeping = Keeping::enteredBySign,
-                        .groups = t.K,
-                        .sizeLine = "Ranking criterion values, groups and optimal subset",
-                        .namesGroups = true,
-                        .printClosing = PrintClosing};
-    search.make = [&](const TraitSubset& subset, int lane) {
-        t.lane = lane;
-        MakeTables(subset, needs, &t);
-    };
-    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
-        if (t.K < 2) return false;
-        const int lanes = static_cast<int>(subsets.size());
-        RateLanes(needs, lanes, ratings, &t);
-        if (structures != nullptr) {
-            std::fprintf(structures, "\nTrait ranking criterion:\t");
-            PrintRating(structures, ratings[0], t.K);
-            PrintLabelLine(structures, subsets[0]);
-        }
-        for (int lane = 0; lane < lanes; lane++)
-            values[lane] = static_cast<double>(
-                opt_struct == kBetaNiche ? ratings[lane].betaNiche : ratings[lane].alphaBetaNiche);
-        return true;
-    };
-    search.printRating = [&](FILE* results, int lane, double) {
-        PrintRating(results, ratings[lane], t.K);
-    };
-    search.printBehindLabels = [&](FILE* results) {
-        std::fprintf(results, "Group sizes:\t");
-        PrintSizesOfTypes(results, t.K);
-    };
+    const auto t = std::make_shared<SubsetTables<float>>(nMinCSTGroupsChRank);
+    t->structures.stream = structures;
+    TakeTables(t.get());
+    const float PE = Correlation(Table::P, Table::E, t.get());
+    const SubsetSearch search{
+        .header = kHeaderNicheConservation,
+        .keeping = Keeping::enteredBySign,
+        .groups = t->K,
+        .raterOf = [&](int worker) { return RaterOf(PE, TablesOfWorker(worker, t)); },
+        .printBehindLabels =
+            [&](FILE* results) {
+                std::fprintf(results, "Group sizes:\t");
+                PrintSizesOfTypes(results, t->K);
+            },
+        .sizeLine = "Ranking criterion values, groups and optimal subset",
+        .namesGroups = true,
+        .printClosing = PrintClosing};
     RunSearch(search, run);
     structures.Finish();
 }

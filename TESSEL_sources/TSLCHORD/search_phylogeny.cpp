@@ -1,5 +1,6 @@
 // The search on the congruence of the composition by phylogeny with traits and types.
 
+#include <array>
 #include <ctime>
 
 #include "TSLCHORD/phylogeny_table.h"
@@ -107,48 +108,57 @@ double ValueOf(const PhylogenyRating& rating) {
     }
 }
 
+SubsetRater RaterOf(const std::shared_ptr<SubsetTables<double>>& t) {
+    FILE* const structures = t->structures.stream;
+    const bool all = structures != nullptr || printRankIntermedResults == 'y';
+    const Needs needs = {all || opt_struct != kRatePX, all || opt_struct != kRatePT, all};
+    const std::shared_ptr<PartialCorrelationRoom> room =
+        needs.T && needs.X ? MakePartialRoom(Table::X, Table::P, false, t.get()) : nullptr;
+    const auto ratings = std::make_shared<std::array<PhylogenyRating, kMostTogether>>();
+    SubsetRater rater;
+    rater.make = [=](const TraitSubset& subset, int lane) {
+        t->lane = lane;
+        MakeTables(subset, needs, t.get());
+    };
+    rater.rate = [=](std::span<const TraitSubset> subsets, double* values) {
+        if (t->K < 2) return false;
+        RateLanes(subsets, needs, room.get(), ratings->data(), t.get());
+        if (structures != nullptr)
+            PrintStructures(structures, subsets[0], ratings->front(), t.get());
+        for (size_t lane = 0; lane < subsets.size(); lane++)
+            values[lane] = ValueOf((*ratings)[lane]);
+        return true;
+    };
+    rater.printRating = [=](FILE* results, int lane, double) {
+        PrintRating(results, (*ratings)[static_cast<size_t>(lane)]);
+        std::fprintf(results, "Traits:\t");
+    };
+    return rater;
+}
+
 }  // namespace
 
 void ChRankPhylogenyAssembly(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures("IntermediateRankResults.txt");
     InitRndNumberGenerator(static_cast<unsigned long>(time0));
-    SubsetTables<double> t(nMinCSTGroupsChRank);
-    t.structures.stream = structures;
-    AddTable(Table::P, nTaxa, &t);
-    AddTable(Table::T, nch, &t);
-    AddTable(Table::X, t.K, &t);
-    FinishTables(&t);
-    TakeCommunities(&t);
-    TakePhylogeny(&t);
-    TakeTraits<double>(NormalizeCols, &t);
-    CompareOTUsByTrait(OTUsComparedForTypes(t), &t);
-
-    const bool all = structures != nullptr || printRankIntermedResults == 'y';
-    const Needs needs = {all || opt_struct != kRatePX, all || opt_struct != kRatePT, all};
-    const auto room = needs.T && needs.X ? MakePartialRoom(Table::X, Table::P, false, &t) : nullptr;
-    PhylogenyRating ratings[kMostTogether] = {};
-    SubsetSearch search{
+    const auto t = std::make_shared<SubsetTables<double>>(nMinCSTGroupsChRank);
+    t->structures.stream = structures;
+    AddTable(Table::P, nTaxa, t.get());
+    AddTable(Table::T, nch, t.get());
+    AddTable(Table::X, t->K, t.get());
+    FinishTables(t.get());
+    TakeCommunities(t.get());
+    TakePhylogeny(t.get());
+    TakeTraits<double>(NormalizeCols, t.get());
+    CompareOTUsByTrait(OTUsComparedForTypes(*t), t.get());
+    const SubsetSearch search{
         .header = kHeaderPhylogeny,
         .keeping = opt_struct == kRatePX_T ? Keeping::byMagnitude : Keeping::bySign,
-        .groups = t.K,
+        .groups = t->K,
+        .raterOf = [&](int worker) { return RaterOf(TablesOfWorker(worker, t)); },
         .rankedHeading =
             "\n\nTrait subsets with maximum matrix correlation:\nTRC\toptimal subset of traits\n"};
-    search.make = [&](const TraitSubset& subset, int lane) {
-        t.lane = lane;
-        MakeTables(subset, needs, &t);
-    };
-    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
-        if (t.K < 2) return false;
-        RateLanes(subsets, needs, room.get(), ratings, &t);
-        if (structures != nullptr) PrintStructures(structures, subsets[0], ratings[0], &t);
-        for (size_t lane = 0; lane < subsets.size(); lane++) values[lane] = ValueOf(ratings[lane]);
-        return true;
-    };
-    search.printRating = [&](FILE* results, int lane, double) {
-        PrintRating(results, ratings[lane]);
-        std::fprintf(results, "Traits:\t");
-    };
     RunSearch(search, run);
     structures.Finish();
 }

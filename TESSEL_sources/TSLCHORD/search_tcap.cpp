@@ -20,35 +20,44 @@ void PrintStructure(FILE* stream, const TraitSubset& subset, double value) {
     PrintLabelLine(stream, subset);
 }
 
+SubsetRater RaterOf(const std::shared_ptr<SubsetTables<float>>& t) {
+    FILE* const structures = t->structures.stream;
+    SubsetRater rater;
+    rater.make = [=](const TraitSubset& subset, int lane) {
+        t->lane = lane;
+        ScaleTraitsUp(subset, t.get());
+        if (opt_ro == kMantel || structures != nullptr)
+            CompareCommunities(Table::T, rese_opt, t.get());
+    };
+    rater.rate = [=](std::span<const TraitSubset> subsets, double* values) {
+        constexpr TablePair kTE[] = {{Table::E, Table::T}};
+        FindCongruences<float>(kTE, static_cast<int>(subsets.size()), values, t.get());
+        if (structures != nullptr) PrintStructure(structures, subsets[0], values[0]);
+        return true;
+    };
+    rater.printRating = [](FILE* results, int, double value) {
+        std::fprintf(results, "%g\t", Printable(value));
+    };
+    return rater;
+}
+
 }  // namespace
 
 void ChRankTCAP(const SearchRun& run) {
     time0 = std::time(nullptr);
     ResultsFile structures = OpenStructures(whichStructures);
-    SubsetTables<float> t(0);
-    t.structures.stream = structures;
-    AddTable(Table::E, nenv, &t);
-    AddTable(Table::T, nch, &t);
-    FinishTables(&t);
-    TakeSitesOfSearch<float>(EucliDistMV, &t);
-    TakeCommunities(&t);
-    TakeTraits<float>(NormalizeColsMV, &t);
-
-    SubsetSearch search{.header = kHeaderTCAP, .keeping = Keeping::bySign, .groups = 0};
-    search.make = [&](const TraitSubset& subset, int lane) {
-        t.lane = lane;
-        ScaleTraitsUp(subset, &t);
-        if (opt_ro == kMantel || structures != nullptr) CompareCommunities(Table::T, rese_opt, &t);
-    };
-    search.rate = [&](std::span<const TraitSubset> subsets, double* values) {
-        constexpr TablePair kTE[] = {{Table::E, Table::T}};
-        FindCongruences<float>(kTE, static_cast<int>(subsets.size()), values, &t);
-        if (structures != nullptr) PrintStructure(structures, subsets[0], values[0]);
-        return true;
-    };
-    search.printRating = [](FILE* results, int, double value) {
-        std::fprintf(results, "%g\t", Printable(value));
-    };
+    const auto t = std::make_shared<SubsetTables<float>>(0);
+    t->structures.stream = structures;
+    AddTable(Table::E, nenv, t.get());
+    AddTable(Table::T, nch, t.get());
+    FinishTables(t.get());
+    TakeSitesOfSearch<float>(EucliDistMV, t.get());
+    TakeCommunities(t.get());
+    TakeTraits<float>(NormalizeColsMV, t.get());
+    const SubsetSearch search{
+        .header = kHeaderTCAP, .keeping = Keeping::bySign, .groups = 0, .raterOf = [&](int worker) {
+            return RaterOf(TablesOfWorker(worker, t));
+        }};
     RunSearch(search, run);
     structures.Finish();
 }

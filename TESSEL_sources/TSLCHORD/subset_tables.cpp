@@ -20,18 +20,42 @@ void TakeMembers(const TraitSubset& subset, SubsetTables<Real>* t) {
     t->size = subset.size;
     for (int j = 0; j < subset.size; j++) {
         t->members[j] = subset.members[j] - 1;
-        t->memberColumns[j] = t->traitColumns.columns[subset.members[j] - 1];
+        t->memberColumns[j] = t->shared->traitColumns.columns[subset.members[j] - 1];
     }
+}
+
+template <class Real>
+void MakeRoomForTypes(SubsetTables<Real>* t) {
+    t->sparseW =
+        std::make_unique<SparseRows<Real>>(MakeSparseRows<Real>(ncsm, tcst, t->K, t->shared->W));
+}
+
+template <class Real>
+void MakeRoomForSimilarities(SubsetTables<Real>* t) {
+    if (t->shared->layers != nullptr)
+        t->similarities = std::make_unique<LayerAverages>(
+            MakeLayerAverages(*t->shared->layers, nMaxTraitsChRank));
+    if (fuzzy == kFuzzyTypes)
+        t->fuzzyTypes =
+            std::make_unique<FuzzyTypes<float>>(MakeFuzzyTypes<float>(tcst, t->K, partition_OTUs));
 }
 
 template <class Real>
 void PrintTraitsOfSubset(const TraitSubset& subset, SubsetTables<Real>* t) {
     FILE* stream = t->structures.stream;
-    PrintAverages<Real>(stream, subset, t->averages);
+    PrintAverages<Real>(stream, subset, t->shared->averages);
     PrintNormalised<Real>(stream, Of(Table::T, t).values);
 }
 
 }  // namespace
+
+template <class Real>
+SubsetTables<Real>::SubsetTables(const SubsetTables& search)
+    : ComparedTables<Real>(CopyOf(search)), K(search.K), shared(search.shared), U(tcst, search.K) {
+    MakeRoomForTypes(this);
+    if (search.similarities != nullptr || search.fuzzyTypes != nullptr)
+        MakeRoomForSimilarities(this);
+}
 
 template <class Real>
 void TakeSitesOfSearch(void (*distances)(int n, int p, ConstMatrix<Real> a, Matrix<double> d),
@@ -46,11 +70,13 @@ void TakeSitesOfSearch(void (*distances)(int n, int p, ConstMatrix<Real> a, Matr
 
 template <class Real>
 void TakeCommunities(SubsetTables<Real>* t) {
+    Matrix<Real> W = t->shared->W;
+    Matrix<Real> WUnit = t->shared->WUnit;
     for (int i = 0; i < ncsm; i++)
-        for (int j = 0; j < tcst; j++) t->W[i][j] = t->WUnit[i][j] = cadat[j][i];
-    if (optUnitTotalAdjust1) UnitSumRowsAdjMV(ncsm, tcst, t->WUnit, t->W);
-    if (optUnitTotalAdjust2) UnitSumRowsAdjMV(ncsm, tcst, t->W, t->W);
-    t->sparseW = std::make_unique<SparseRows<Real>>(MakeSparseRows<Real>(ncsm, tcst, t->K, t->W));
+        for (int j = 0; j < tcst; j++) W[i][j] = WUnit[i][j] = cadat[j][i];
+    if (optUnitTotalAdjust1) UnitSumRowsAdjMV(ncsm, tcst, WUnit, W);
+    if (optUnitTotalAdjust2) UnitSumRowsAdjMV(ncsm, tcst, W, W);
+    MakeRoomForTypes(t);
 }
 
 template <class Real>
@@ -62,10 +88,11 @@ void TakeTraits(void (*normalise)(int n, int p, ConstMatrix<Real> a, Matrix<Real
         inUse[k] = weight[k] > 0.0F ? 1 : 0;
         for (int i = 0; i < tcst; i++) B[i][k] = inUse[k] == 1 ? csm_Float[i][k] : 0.0F;
     }
-    MatrixProdSelectMV(ncsm, tcst, tcst, nch, t->WUnit, B, t->averages, inUse);
-    normalise(ncsm, nch, t->averages, t->normalised);
+    SharedTables<Real>& shared = *t->shared;
+    MatrixProdSelectMV(ncsm, tcst, tcst, nch, shared.WUnit, B, shared.averages, inUse);
+    normalise(ncsm, nch, shared.averages, shared.normalised);
     for (int i = 0; i < ncsm; i++)
-        for (int k = 0; k < nch; k++) t->traitColumns.columns[k][i] = t->normalised[i][k];
+        for (int k = 0; k < nch; k++) shared.traitColumns.columns[k][i] = shared.normalised[i][k];
     if (t->structures.stream != nullptr) PrintTraitsOfOTUs(t->structures.stream, B);
 }
 
@@ -78,11 +105,9 @@ template <class Real>
 void CompareOTUsByTrait(int count, SubsetTables<Real>* t) {
     RangeStates(nch, tcst, csm_Float, chtype, chrange);
     if (count > 0)
-        t->layers = std::make_unique<SimilarityLayers>(MakeSimilarityLayers(
-            nch, csm_Float, tcst, count, chtype, chrange, weight, nMaxTraitsChRank));
-    if (fuzzy == kFuzzyTypes)
-        t->fuzzyTypes =
-            std::make_unique<FuzzyTypes<float>>(MakeFuzzyTypes<float>(tcst, t->K, partition_OTUs));
+        t->shared->layers = std::make_unique<SimilarityLayers>(
+            MakeSimilarityLayers(nch, csm_Float, tcst, count, chtype, chrange, weight));
+    MakeRoomForSimilarities(t);
 }
 
 template <class Real>
@@ -93,15 +118,15 @@ void ScaleTraitsUp(const TraitSubset& subset, SubsetTables<Real>* t) {
     if (opt_ro == kMantel && t->structures.stream == nullptr) return;  // the columns are enough
     for (int i = 0; i < ncsm; i++)
         for (int k = 0; k < nch; k++)
-            T.rows[i][k] = subset.selected[k] == 1 ? t->normalised[i][k] : Real(0);
+            T.rows[i][k] = subset.selected[k] == 1 ? t->shared->normalised[i][k] : Real(0);
     if (t->structures.stream != nullptr) PrintTraitsOfSubset(subset, t);
 }
 
 template <class Real>
 void CompareOTUs(const TraitSubset& subset, SubsetTables<Real>* t) {
-    if (t->layers == nullptr) return;
+    if (t->similarities == nullptr) return;
     TakeMembers(subset, t);
-    t->S = AverageLayers(t->size, t->members, t->layers.get());
+    t->S = AverageLayers(t->size, t->members, t->similarities.get());
     if (t->structures.stream != nullptr) PrintSimilarity(t->structures, subset, t->S);
 }
 
@@ -141,6 +166,7 @@ void CompareCommunities(Table table, int option, SubsetTables<Real>* t) {
 }
 
 #define TESSEL_OF_PRECISION(Real)                                                                \
+    template struct SubsetTables<Real>;                                                          \
     template void TakeSitesOfSearch<Real>(void (*)(int, int, ConstMatrix<Real>, Matrix<double>), \
                                           SubsetTables<Real>*);                                  \
     template void TakeCommunities<Real>(SubsetTables<Real>*);                                    \

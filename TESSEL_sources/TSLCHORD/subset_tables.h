@@ -14,31 +14,48 @@
 #include "mxlib/fuzzy_types.h"
 #include "mxlibRes/sparse_rows.h"
 
-/// The base holds the tables compared with one another.
+/// What all workers of a search read.
 template <class Real>
-struct SubsetTables : ComparedTables<Real> {
-    int K;                      ///< types; 0: the search takes none
-    StructuresFile structures;  ///< receives the tables as they are made
-
+struct SharedTables {
     ScopedMatrix<Real> W{ncsm, tcst};          ///< c x n, at unit totals on request
     ScopedMatrix<Real> WUnit{ncsm, tcst};      ///< c x n, at unit totals
     ScopedMatrix<Real> averages{ncsm, nch};    ///< c x p, of all traits in use
     ScopedMatrix<Real> normalised{ncsm, nch};  ///< at unit length of the columns
     ColumnTable<Real> traitColumns{MakeColumnTable<Real>(ncsm, nch)};  ///< the same by column
-    ScopedVector<const Real*> memberColumns{nch};                      ///< those of the subset
-    ScopedVector<int> members{nch};                                    ///< of the subset, from 0
-    int size = 0;                                                      ///< of the subset
+    std::unique_ptr<SimilarityLayers> layers;                          ///< null: S is not wanted
+};
 
-    std::unique_ptr<SimilarityLayers> layers;  ///< null: S is not wanted
-    float* const* S = nullptr;                 ///< n x n, of the subset
-    ScopedMatrix<float> U;                     ///< n x K, of the subset
+/// The base holds the tables compared with one another.
+template <class Real>
+struct SubsetTables : ComparedTables<Real> {
+    int K;                      ///< types; 0: the search takes none
+    StructuresFile structures;  ///< receives the tables as they are made
+    std::shared_ptr<SharedTables<Real>> shared;
+
+    ScopedVector<const Real*> memberColumns{nch};  ///< traitColumns of the subset
+    ScopedVector<int> members{nch};                ///< of the subset, from 0
+    int size = 0;                                  ///< of the subset
+
+    std::unique_ptr<LayerAverages> similarities;  ///< null: S is not wanted
+    float* const* S = nullptr;                    ///< n x n, of the subset
+    ScopedMatrix<float> U;                        ///< n x K, of the subset
     std::unique_ptr<FuzzyTypes<float>> fuzzyTypes;
     std::unique_ptr<SparseRows<Real>> sparseW;
     bool pooled = false;  ///< U and X are made: crisp types stay as they are
 
     /// Tables for K types.
-    explicit SubsetTables(int types) : K(types), U(tcst, types) {}
+    explicit SubsetTables(int types)
+        : K(types), shared(std::make_shared<SharedTables<Real>>()), U(tcst, types) {}
+    /// The tables of one more worker, from those of a search that are ready for its subsets.
+    SubsetTables(const SubsetTables& search);
 };
+
+/// The tables that a worker rates with: worker 0 takes those of the search.
+template <class Real>
+std::shared_ptr<SubsetTables<Real>> TablesOfWorker(
+    int worker, const std::shared_ptr<SubsetTables<Real>>& search) {
+    return worker == 0 ? search : std::make_shared<SubsetTables<Real>>(*search);
+}
 
 // Steps made once, in this order, behind FinishTables.
 

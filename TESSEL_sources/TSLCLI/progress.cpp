@@ -39,9 +39,9 @@ void Show(Clock::time_point now) {
     WriteLine(text);
 }
 
-void TakeStep() {
+void TakeSteps(std::int64_t steps) {
     constexpr auto kBetween = std::chrono::milliseconds(100);
-    run.done++;
+    run.done += static_cast<double>(steps);
     const auto now = Clock::now();
     if (now - run.shown < kBetween || run.done > run.steps) return;
     run.shown = now;
@@ -53,11 +53,11 @@ void TakeStep() {
 Progress::Progress(double steps) {
     if (quiet || !SpeaksToPerson()) return;
     run = {steps, 0.0, Clock::now(), Clock::now()};
-    progressHook = TakeStep;
+    progressHook = TakeSteps;
 }
 
 Progress::~Progress() {
-    if (progressHook != TakeStep) return;
+    if (progressHook != TakeSteps) return;
     progressHook = nullptr;
     WriteLine("");
 }

@@ -21,84 +21,82 @@ void PackTiles(int n, int tiles, const float* const* pairs, float* cells) {
                 }
 }
 
-SimilarityLayers MakeRoom(int nVariables, int n, int largestSubset) {
-    const int tiles = (n + kTileSide - 1) / kTileSide;
-    const long nCells = static_cast<long>(tiles) * (tiles + 1) / 2 * kTileCells;
-    const long side = static_cast<long>(tiles) * kTileSide;
-    const int levels = std::max(largestSubset, 1);  // the sum over all members is not kept
-    SimilarityLayers layers{n,
-                            largestSubset,
-                            tiles,
-                            nCells,
-                            ScopedMatrix<float>(nVariables, nCells),
-                            ScopedVector<bool>(nVariables),
-                            ScopedMatrix<double>(levels, nCells),
-                            ScopedMatrix<float>(levels, nCells),
-                            ScopedVector<bool>(levels),
-                            ScopedVector<int>(levels),
-                            0,
-                            ScopedVector<float>(side * side),
-                            ScopedVector<float*>(n)};
-    for (int i = 0; i < n; i++) layers.rows[i] = layers.similarity.get() + i * side;
-    return layers;
-}
-
 /// Sums of the first `level` + 1 members from those of one less.
-void AddMember(int level, int member, SimilarityLayers* l) {
+void AddMember(int level, int member, LayerAverages* a) {
     const SubsetKernels& kernels = SubsetKernelsOfProcessor();
-    l->members[level] = member;
-    l->hasCounts[level + 1] = l->hasCounts[level] || !l->isComplete[member];
-    if (!l->hasCounts[level + 1]) {
-        kernels.addLayer(l->nCells, l->sums[level], l->layers[member], l->sums[level + 1]);
+    const SimilarityLayers& l = *a->of;
+    a->members[level] = member;
+    a->hasCounts[level + 1] = a->hasCounts[level] || !l.isComplete[member];
+    if (!a->hasCounts[level + 1]) {
+        kernels.addLayer(l.nCells, a->sums[level], l.layers[member], a->sums[level + 1]);
         return;
     }
-    if (!l->hasCounts[level]) std::fill_n(l->counts[level], l->nCells, static_cast<float>(level));
-    kernels.addLayerMV(l->nCells, l->sums[level], l->counts[level], l->layers[member],
-                       l->sums[level + 1], l->counts[level + 1]);
+    if (!a->hasCounts[level]) std::fill_n(a->counts[level], l.nCells, static_cast<float>(level));
+    kernels.addLayerMV(l.nCells, a->sums[level], a->counts[level], l.layers[member],
+                       a->sums[level + 1], a->counts[level + 1]);
 }
 
-void AverageWith(int level, int member, SimilarityLayers* l) {
+void AverageWith(int level, int member, LayerAverages* a) {
     const SubsetKernels& kernels = SubsetKernelsOfProcessor();
-    if (!l->hasCounts[level] && l->isComplete[member]) {
-        kernels.averages(l->tiles, l->sums[level], l->layers[member], static_cast<float>(level + 1),
-                         l->similarity);
+    const SimilarityLayers& l = *a->of;
+    if (!a->hasCounts[level] && l.isComplete[member]) {
+        kernels.averages(l.tiles, a->sums[level], l.layers[member], static_cast<float>(level + 1),
+                         a->similarity);
         return;
     }
-    if (!l->hasCounts[level]) std::fill_n(l->counts[level], l->nCells, static_cast<float>(level));
-    kernels.averagesMV(l->tiles, l->sums[level], l->counts[level], l->layers[member],
-                       l->similarity);
+    if (!a->hasCounts[level]) std::fill_n(a->counts[level], l.nCells, static_cast<float>(level));
+    kernels.averagesMV(l.tiles, a->sums[level], a->counts[level], l.layers[member], a->similarity);
 }
 
 }  // namespace
 
 SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n, int compared,
-                                      const int* types, const float* ranges, const float* weights,
-                                      int largestSubset) {
-    SimilarityLayers layers = MakeRoom(nVariables, compared, largestSubset);
+                                      const int* types, const float* ranges, const float* weights) {
+    const int tiles = (compared + kTileSide - 1) / kTileSide;
+    const long nCells = static_cast<long>(tiles) * (tiles + 1) / 2 * kTileCells;
+    SimilarityLayers layers{compared, tiles, nCells, ScopedMatrix<float>(nVariables, nCells),
+                            ScopedVector<bool>(nVariables)};
     ScopedVector<float> values(n);
     ScopedMatrix<float> pairs(n, n);
     for (int k = 0; k < nVariables; k++) {
         for (int i = 0; i < n; i++) values[i] = data[i][k];
         GowerMVPartial_dAbsences(n, types[k], values, pairs, ranges[k], weights[k],
                                  countDoubleAbsence);
-        PackTiles(compared, layers.tiles, pairs, layers.layers[k]);
-        layers.isComplete[k] = std::find(layers.layers[k], layers.layers[k] + layers.nCells,
-                                         float{kMissing}) == layers.layers[k] + layers.nCells;
+        PackTiles(compared, tiles, pairs, layers.layers[k]);
+        layers.isComplete[k] = std::find(layers.layers[k], layers.layers[k] + nCells,
+                                         float{kMissing}) == layers.layers[k] + nCells;
     }
     return layers;
 }
 
-float* const* AverageLayers(int size, const int* members, SimilarityLayers* layers) {
+LayerAverages MakeLayerAverages(const SimilarityLayers& layers, int largestSubset) {
+    const long side = static_cast<long>(layers.tiles) * kTileSide;
+    const int levels = std::max(largestSubset, 1);  // the sum over all members is not kept
+    LayerAverages averages{&layers,
+                           ScopedMatrix<double>(levels, layers.nCells),
+                           ScopedMatrix<float>(levels, layers.nCells),
+                           ScopedVector<bool>(levels),
+                           ScopedVector<int>(levels),
+                           0,
+                           ScopedVector<float>(side * side),
+                           ScopedVector<float*>(layers.n)};
+    for (int i = 0; i < layers.n; i++) averages.rows[i] = averages.similarity.get() + i * side;
+    return averages;
+}
+
+float* const* AverageLayers(int size, const int* members, LayerAverages* averages) {
     int level = 0;
-    while (level < layers->ready && level + 1 < size && layers->members[level] == members[level])
+    while (level < averages->ready && level + 1 < size &&
+           averages->members[level] == members[level])
         level++;
-    for (; level + 1 < size; level++) AddMember(level, members[level], layers);
-    layers->ready = level;
+    for (; level + 1 < size; level++) AddMember(level, members[level], averages);
+    averages->ready = level;
+    const SimilarityLayers& layers = *averages->of;
     if (size > 0)
-        AverageWith(level, members[level], layers);
+        AverageWith(level, members[level], averages);
     else
-        std::fill_n(layers->similarity.get(),
-                    static_cast<long>(layers->tiles) * layers->tiles * kTileCells, float{kMissing});
-    for (int i = 0; i < layers->n; i++) layers->rows[i][i] = 1.0F;
-    return layers->rows;
+        std::fill_n(averages->similarity.get(),
+                    static_cast<long>(layers.tiles) * layers.tiles * kTileCells, float{kMissing});
+    for (int i = 0; i < layers.n; i++) averages->rows[i][i] = 1.0F;
+    return averages->rows;
 }

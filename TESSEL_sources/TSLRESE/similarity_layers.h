@@ -8,12 +8,21 @@
 #include "mxlibDim/scoped.h"
 
 struct SimilarityLayers {
-    int n;  ///< objects compared
-    int largestSubset;
+    int n;                       ///< objects compared
     int tiles;                   ///< per row; cells lie in square tiles on and above the diagonal
     long nCells;                 ///< of a layer
     ScopedMatrix<float> layers;  ///< by variable
-    ScopedVector<bool> isComplete;   ///< by variable: no missing cell
+    ScopedVector<bool> isComplete;  ///< by variable: no missing cell
+};
+
+/// The layers of gower_similarityPartial from `data` (n x nVariables), for the first `compared`
+/// objects; reads countDoubleAbsence.
+SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n, int compared,
+                                      const int* types, const float* ranges, const float* weights);
+
+/// The averages over one subset after another, from layers that others may read beside.
+struct LayerAverages {
+    const SimilarityLayers* of;
     ScopedMatrix<double> sums;       ///< by number of members
     ScopedMatrix<float> counts;      ///< members present, where some member is not complete
     ScopedVector<bool> hasCounts;    ///< by number of members
@@ -23,13 +32,10 @@ struct SimilarityLayers {
     ScopedVector<float*> rows;
 };
 
-/// The layers of gower_similarityPartial from `data` (n x nVariables), for the first `compared`
-/// objects and subsets of at most `largestSubset` variables; reads countDoubleAbsence.
-SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n, int compared,
-                                      const int* types, const float* ranges, const float* weights,
-                                      int largestSubset);
+/// For subsets of at most `largestSubset` variables. The layers must outlive the averages.
+LayerAverages MakeLayerAverages(const SimilarityLayers& layers, int largestSubset);
 
 /// Average over the `size` variables `members`, ascending, from 0: cell by cell the one of
 /// gower_similarityAverage, to the last bit; both halves, 1 on the diagonal. The matrix stays the
-/// layers' own and holds until the next call. Allocates nothing.
-float* const* AverageLayers(int size, const int* members, SimilarityLayers* layers);
+/// averages' own and holds until the next call. Allocates nothing.
+float* const* AverageLayers(int size, const int* members, LayerAverages* averages);

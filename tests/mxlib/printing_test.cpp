@@ -84,7 +84,7 @@ TEST(ProgressLine, IsDueTwelveTimesASecondAndBeforeASlowStepLasts) {
     constexpr int kSteps = 1000000;
     static int steps;
     steps = 0;
-    progressHook = [] { steps++; };
+    progressHook = [](std::int64_t) { steps++; };
     int lines = 0;
     ProgressPace pace;
     const auto show = [&] {

@@ -6,6 +6,7 @@
 #include <numeric>
 #include <vector>
 
+#include "mxlib/subsets.h"
 #include "mxlib/twister.h"
 
 namespace {
@@ -102,6 +103,21 @@ TEST(SubsetWalk, SubsetsComeInLexicographicOrder) {
     EXPECT_EQ(array, ended);
     PermuteArray(4, 4, array.data(), true);
     EXPECT_EQ(array, Identity(4));
+}
+
+TEST(SubsetWalk, NumbersOfSubsets) {
+    std::vector<int> next = {1, 2, 3}, numbered(3);
+    for (int number = 0; number < 35; number++) {
+        SubsetOfNumber(7, 3, number, numbered.data());
+        EXPECT_EQ(numbered, next);
+        NextSubset(7, 3, next.data());
+    }
+    EXPECT_EQ(next, (std::vector{5, 6, 7}));
+    EXPECT_EQ(CountSubsets64(66, 33), 7219428434016265740) << "Pascal's triangle in whole numbers";
+    EXPECT_EQ(CountSubsets64(67, 33), INT64_MAX);
+    std::vector<int> last(33);
+    SubsetOfNumber(66, 33, CountSubsets64(66, 33) - 1, last.data());
+    EXPECT_EQ(last.front(), 34);
 }
 
 }  // namespace

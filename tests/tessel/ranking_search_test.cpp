@@ -11,6 +11,7 @@
 
 #include "TSLCHORD/searches.h"
 #include "in_process.h"
+#include "mxlibPar/side_by_side.h"
 #include "reference/ranking_session.h"
 #include "support/text.h"
 
@@ -208,6 +209,37 @@ TEST_F(RankingSearch, AgreesWithBruteForce) {
                                  << measure << " fuzzy " << fuzzyTypes);
                     ExpectSameRanking(in, Search(in, seed % 2 == 0 ? 'y' : 'n'));
                 }
+}
+
+// The same report to the byte for any number of threads; lines and structures are left to one.
+using ThreadsRanking = RankingSearch;
+TEST_F(ThreadsRanking, SameReportForAnyNumberOfThreads) {
+    unsigned seed = 0;
+    for (const int criterion : kAllCriteria)
+        for (const int measure : {1, 2, 3}) {
+            RankingCase in = RandomCase(seed, criterion, measure, seed % 5 != 0);
+            std::mt19937 random(seed++);
+            for (std::size_t i = 0; i < in.B.size(); i++)
+                for (int k = 0; k < 4; k++) in.B[i].push_back(double(random() % 40) / 8);
+            in.traitTypes.insert(in.traitTypes.end(), 4, 3);
+            in.weights.insert(in.weights.end(), 4, 1);
+            const auto report = [&](int threads) {
+                OpenRanking(in);
+                sDigits = 17;
+                saveStruct = seed % 17 == 3 ? 'y' : 'n';
+                printRankIntermedResults = seed % 17 == 6 ? 'y' : 'n';
+                SetThreads(threads);
+                Typed("", [] { CriterionOf(opt_struct).search({.aloneFor = 0}); });
+                saveStruct = 'n';
+                SetThreads(0);
+                const std::string text = folder_.Read("Ranking.txt");
+                return text.substr(text.find("Ranking c"),
+                                   text.find("Elapsed") - text.find("Ranking c"));
+            };
+            const int threads = std::vector{2, 3, 5, 16}[seed % 4];
+            const std::string serial = report(1);
+            EXPECT_EQ(report(threads), serial) << criterion << " " << measure << " " << threads;
+        }
 }
 
 TEST_F(RankingSearch, WithoutEcologicalVariables) {

@@ -146,8 +146,9 @@ TEST(SubsetPrimitives, SimilarityLayersAndFuzzyTypes) {
                 for (int i = 0; i < n; i++) data[i][0] = float(i);  // begins complete
             ScopedCube<float> cube(n, n, kTraits);
             gower_similarityPartial(kTraits, data, n, cube, kTypes, ranges, weights);
-            SimilarityLayers layers =
-                MakeSimilarityLayers(kTraits, data, n, n, kTypes, ranges, weights, kTraits);
+            const SimilarityLayers layers =
+                MakeSimilarityLayers(kTraits, data, n, n, kTypes, ranges, weights);
+            LayerAverages averages = MakeLayerAverages(layers, kTraits);
             std::vector<int> partition;
             for (int i = 0; i < n; i++) partition.push_back(int(random() % 3) * 2 + 1);
             partition[0] = 1;
@@ -160,7 +161,7 @@ TEST(SubsetPrimitives, SimilarityLayersAndFuzzyTypes) {
                 Table<float> s(n, n), fast(n, n);
                 gower_similarityAverage(kTraits, n, cube, s, include);
                 UpperToLowerMatrix(n, s);
-                float* const* rows = AverageLayers(int(members.size()), members.data(), &layers);
+                float* const* rows = AverageLayers(int(members.size()), members.data(), &averages);
                 for (int i = 0; i < n; i++) std::copy_n(rows[i], n, fast[i]);
                 ExpectSame(fast, s, "similarities of " + std::to_string(n));
                 ExpectSameBelonging(n, 3, s, partition.data(), &types);
