@@ -6,6 +6,7 @@
 #   scripts/install-packages.sh build fuzz    and clang with its fuzzer runtime
 #   scripts/install-packages.sh r             R with what the package in r/ and its tests use
 #   scripts/install-packages.sh lint          clang-format, clang-tidy
+#   scripts/install-packages.sh guide         what builds the guide and checks its words
 set -euo pipefail
 
 # Debian keeps clang's fuzzer runtime in a package of its own; older Ubuntu installs it with clang
@@ -30,6 +31,7 @@ for purpose in "$@"; do
         r-cran-rmarkdown pandoc qpdf)
       ;;
     lint) packages+=(clang-format clang-tidy) ;;
+    guide) packages+=(python3 pandoc weasyprint fonts-dejavu-core codespell) ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
   esac
 done
