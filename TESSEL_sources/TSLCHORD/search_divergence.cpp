@@ -1,6 +1,7 @@
 // The criteria with Rao entropy, dark diversity and the smoothed compositions.
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "TSLCHORD/searches.h"
 #include "TSLCHORD/subset_tables.h"
 #include "TSLCHORD/trait_divergence.h"
+#include "TSLCHORD/trait_screen.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "mxlib/random_lists.h"
@@ -222,6 +224,10 @@ SubsetRater RaterOf(const DivergenceCriterion& criterion,
         std::fprintf(results, "r(%s)=\t%g\tTraits:\t", CriterionOf(opt_struct).statistic,
                      Printable(value));
     };
+    if (criterion.form == Form::pair && criterion.a == Table::T)
+        rater.makeScreen = [=, &criterion] {
+            return ScreenTraits<double>(std::array{criterion.b}, kEuclideanDistance, true, t.get());
+        };
     return rater;
 }
 

@@ -5,9 +5,11 @@
 
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <span>
 
 #include "TSLCHORD/ranked_list.h"
+#include "mxlib/subset_screen/subset_screen.h"
 
 /// One line (or block) of the results file's head.
 using HeaderLine = void (*)(FILE* results);
@@ -28,6 +30,9 @@ struct SubsetRater {
     std::function<bool(std::span<const TraitSubset>, double* values)> rate = nullptr;
     /// The line of a subset just rated, up to the labels of its traits, and what follows them.
     std::function<void(FILE* results, int lane, double value)> printRating = nullptr;
+    /// A screen of the subsets, which tells those that are worth rating; null, or null made: all
+    /// are. For values that are kept by sign, and behind the first rating.
+    std::function<std::unique_ptr<SubsetScreen>()> makeScreen = nullptr;
 };
 
 struct SubsetSearch {
@@ -52,8 +57,10 @@ struct SubsetSearch {
 /// What becomes of what a search finds.
 struct SearchRun {
     bool writesResults = true;  ///< the results file whichChorder
-    /// Seconds that one worker searches before others help: a small search ends earlier.
+    /// Seconds that one worker rates all subsets before it screens them and others help: a small
+    /// search ends earlier.
     double aloneFor = 1e-3;
+    bool screens = true;  ///< whether a search that can screen its subsets does so
     /// Called with the outcome; empty: nothing is called.
     std::function<void(const SubsetSearch& search, const SearchOutcome& outcome)> receive = nullptr;
 };

@@ -9,6 +9,7 @@
 #include "TSLCHORD/searches.h"
 #include "TSLCHORD/structures_file.h"
 #include "TSLCHORD/subset_tables.h"
+#include "TSLCHORD/trait_screen.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
@@ -190,6 +191,11 @@ SubsetRater RaterOf(float PE, const std::shared_ptr<SubsetTables<float>>& t) {
     rater.printRating = [=](FILE* results, int lane, double) {
         PrintRating(results, (*ratings)[static_cast<size_t>(lane)], t->K);
     };
+    // The congruences of this search are matrix correlations under every measure.
+    if (opt_struct == kBetaNiche && opt_ro == kMantel)
+        rater.makeScreen = [=] {
+            return ScreenTraits<float>(std::array{Table::P, Table::E}, rese_opt, true, t.get());
+        };
     return rater;
 }
 

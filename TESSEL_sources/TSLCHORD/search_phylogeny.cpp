@@ -9,6 +9,7 @@
 #include "TSLCHORD/searches.h"
 #include "TSLCHORD/subset_tables.h"
 #include "TSLCHORD/trait_divergence.h"
+#include "TSLCHORD/trait_screen.h"
 #include "TSLGLOB/settings.h"
 #include "mxlib/random_lists.h"
 #include "mxlibDim/text.h"
@@ -133,6 +134,10 @@ SubsetRater RaterOf(const std::shared_ptr<SubsetTables<double>>& t) {
         PrintRating(results, (*ratings)[static_cast<size_t>(lane)]);
         std::fprintf(results, "Traits:\t");
     };
+    if (opt_struct == kRatePT)
+        rater.makeScreen = [=] {
+            return ScreenTraits<double>(std::array{Table::P}, rese_opt, false, t.get());
+        };
     return rater;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cinttypes>
+#include <functional>
+#include <queue>
 #include <utility>
 
 #include "TSLCHORD/subset_counts.h"
@@ -13,6 +15,9 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+/// Subsets of a round when nothing is known of what their values have to beat.
+constexpr std::int64_t kFirstScreened = 256;
 
 double SecondsSince(Clock::time_point time) {
     return std::chrono::duration<double>(Clock::now() - time).count();
@@ -52,6 +57,61 @@ void RateWaiting(SearchWorker* worker, const Take& take) {
     for (int lane = 0; lane < count; lane++) take(lane, values[lane]);
 }
 
+/// What a value has to reach to be kept, as far as a block of subsets knows: what the search has
+/// kept before its round, and what the block itself has found.
+class LeastValue {
+  public:
+    LeastValue(const SubsetSearch& search, const ValuesToBeat& toBeat)
+        : isBySign_(search.keeping == Keeping::bySign), toBeat_(toBeat) {}
+
+    void Take(double value) {
+        if (!isBySign_) return;
+        toBeat_.best = std::max(toBeat_.best, value);
+        found_.push(value);
+        if (found_.size() > static_cast<size_t>(nKeepTrack) + 1) found_.pop();
+        if (found_.size() > static_cast<size_t>(nKeepTrack))
+            toBeat_.ranked = std::max(toBeat_.ranked, found_.top());
+    }
+
+    double operator()() const {
+        return isBySign_ ? std::min(toBeat_.best, toBeat_.ranked)
+                         : std::min({toBeat_.best, toBeat_.ranked, toBeat_.whileRating});
+    }
+
+  private:
+    bool isBySign_;
+    ValuesToBeat toBeat_;
+    std::priority_queue<double, std::vector<double>, std::greater<>> found_;
+};
+
+/// Rates those of `count` subsets of the size from number `first` on that the screen finds worth
+/// it, stretch by stretch: leastValue() tells what they have to reach.
+template <class Least, class Take>
+void RateScreened(int size, std::int64_t first, std::int64_t count, int together,
+                  SearchWorker* worker, const Least& leastValue, const Take& take) {
+    constexpr std::int64_t kLongest = 1 << 20;
+    constexpr size_t kMany = 64;  // then others are better rated first
+    std::int64_t length = kFirstScreened;
+    const std::int64_t end = first + count;
+    for (std::int64_t from = first; from < end; from += length) {
+        if (from > first)
+            length = worker->worthRating.size() > kMany ? std::max(length / 2, kFirstScreened)
+                                                        : std::min(length * 2, kLongest);
+        length = std::min(length, end - from);
+        SubsetOfNumber(nch, size, from, worker->list);
+        for (int j = 0; j < size; j++) worker->fromZero[j] = worker->list[j] - 1;
+        worker->worthRating.clear();
+        worker->screen->Screen({size, worker->fromZero, from, length}, leastValue(),
+                               &worker->worthRating);
+        for (const std::int64_t number : worker->worthRating) {
+            SubsetOfNumber(nch, size, number, worker->list);
+            MakeSubset(size, number, worker);
+            if (worker->waiting == together) RateWaiting(worker, take);
+        }
+        RateWaiting(worker, take);
+    }
+}
+
 /// Rates `count` subsets of the size from number `first` on.
 template <class Take>
 void RateBlock(int size, std::int64_t first, std::int64_t count, int together, SearchWorker* worker,
@@ -80,6 +140,8 @@ SearchRounds::SearchRounds(const SubsetSearch& search, const SearchRun& run, FIL
 
 void SearchRounds::SearchSize(int size) {
     const std::int64_t subsets = CountSubsets64(nch, size);
+    // Until some of a size are kept, a screen finds all of it worth rating.
+    if (workers_[0].screen) length_ = kFirstScreened;
     for (std::int64_t first = 0; first < subsets;) {
         const std::int64_t count = std::min(length_, subsets - first);
         if (pace_.IsDue(count)) ReportProgress(iteration_ + 1, iterations_, size, count);
@@ -88,7 +150,7 @@ void SearchRounds::SearchSize(int size) {
         SettleLength(SecondsSince(start));
         first += count;
         iteration_ += count;
-        if (workers_.size() == 1) TakeHelpers();
+        if (isAlone_) TakeHelp();
     }
 }
 
@@ -97,25 +159,33 @@ void SearchRounds::SearchSize(int size) {
 void SearchRounds::SettleLength(double seconds) {
     constexpr double kShort = 0.02;
     constexpr double kLong = 0.08;
-    constexpr std::int64_t kMost = 1 << 24;
+    constexpr std::int64_t kMost = 1 << 30;
     if (seconds < kShort) length_ = std::min(2 * length_, kMost);
     if (seconds > kLong) length_ = std::max(length_ / 2, std::int64_t{together_});
 }
 
 /// A search that would soon be over is left to one worker.
-void SearchRounds::TakeHelpers() {
+void SearchRounds::TakeHelp() {
     const double seconds = SecondsSince(start_);
     if (lines_ != nullptr || saveStruct == 'y' || seconds < run_.aloneFor) return;
     const auto rated = static_cast<double>(iteration_);
     if (seconds / rated * (static_cast<double>(iterations_) - rated) < run_.aloneFor) return;
+    isAlone_ = false;
     const int workers = WorkersFor(Threads());
     for (int worker = 1; worker < workers; worker++) workers_.push_back({search_.raterOf(worker)});
+    if (run_.screens) TakeScreens();
+}
+
+void SearchRounds::TakeScreens() {
+    for (SearchWorker& worker : workers_)
+        if (worker.rater.makeScreen) worker.screen = worker.rater.makeScreen();
+    if (workers_[0].screen) length_ = std::min(length_, kFirstScreened);
 }
 
 void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
     if (workers_.size() == 1) {
         SearchWorker& worker = workers_[0];
-        RateBlock(size, first, count, together_, &worker, [&](int lane, double value) {
+        const auto take = [&](int lane, double value) {
             const TraitSubset& subset = worker.subsets[lane];
             if (lines_ != nullptr) {
                 worker.rater.printRating(lines_, lane, value);
@@ -124,7 +194,14 @@ void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
                 std::fprintf(lines_, "\n");
             }
             TakeRating(search_, subset, value, outcome_);
-        });
+        };
+        const auto leastValue = [&] {
+            return LeastValue(search_, ToBeat(search_, size, *outcome_))();
+        };
+        if (worker.screen)
+            RateScreened(size, first, count, together_, &worker, leastValue, take);
+        else
+            RateBlock(size, first, count, together_, &worker, take);
         return;
     }
     // A block begins without the sums that subsets share with those before them.
@@ -141,11 +218,16 @@ void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
         found.clear();
         const std::int64_t begin = count * block / blocks;
         const std::int64_t end = count * (block + 1) / blocks;
-        RateBlock(size, first + begin, end - begin, together_, &worker,
-                  [&](int lane, double value) {
-                      if (MayBeKept(search_, value, toBeat))
-                          found.push_back({worker.numbers[lane], value});
-                  });
+        LeastValue leastValue(search_, toBeat);
+        const auto take = [&](int lane, double value) {
+            if (!MayBeKept(search_, value, toBeat)) return;
+            found.push_back({worker.numbers[lane], value});
+            leastValue.Take(value);
+        };
+        if (worker.screen)
+            RateScreened(size, first + begin, end - begin, together_, &worker, leastValue, take);
+        else
+            RateBlock(size, first + begin, end - begin, together_, &worker, take);
     });
     SearchWorker& room = workers_[0];
     for (std::int64_t block = 0; block < blocks; block++)

@@ -16,7 +16,10 @@
 /// What a worker rates with: a few subsets wait to be rated together.
 struct SearchWorker {
     SubsetRater rater;
-    ScopedVector<int> list{nch};  ///< the subset that the walk is at
+    std::unique_ptr<SubsetScreen> screen = nullptr;  ///< null: every subset is rated
+    std::vector<std::int64_t> worthRating = {};      ///< room: what the screen tells
+    ScopedVector<int> fromZero{nch};                 ///< room: members by their places
+    ScopedVector<int> list{nch};                     ///< the subset that the walk is at
     int waiting = 0;
     TraitSubset subsets[kMostTogether] = {};
     std::int64_t numbers[kMostTogether] = {};  ///< theirs, among those of the size
@@ -42,7 +45,8 @@ class SearchRounds {
 
   private:
     void RateRound(int size, std::int64_t first, std::int64_t count);
-    void TakeHelpers();
+    void TakeHelp();
+    void TakeScreens();
     void SettleLength(double seconds);
 
     const SubsetSearch& search_;
@@ -50,6 +54,7 @@ class SearchRounds {
     FILE* const lines_;
     SearchOutcome* const outcome_;
     const int together_ = SubsetsTogether();
+    bool isAlone_ = true;  ///< one worker rates all subsets
     std::vector<SearchWorker> workers_;
     std::vector<std::vector<FoundValue>> found_;  ///< by block
     std::int64_t iterations_;

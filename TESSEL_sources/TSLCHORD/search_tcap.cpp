@@ -1,9 +1,11 @@
+#include <array>
 #include <ctime>
 
 #include "TSLCHORD/search_frame.h"
 #include "TSLCHORD/search_header.h"
 #include "TSLCHORD/searches.h"
 #include "TSLCHORD/subset_tables.h"
+#include "TSLCHORD/trait_screen.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "mxlibDim/text.h"
@@ -37,6 +39,9 @@ SubsetRater RaterOf(const std::shared_ptr<SubsetTables<float>>& t) {
     };
     rater.printRating = [](FILE* results, int, double value) {
         std::fprintf(results, "%g\t", Printable(value));
+    };
+    rater.makeScreen = [=] {
+        return ScreenTraits<float>(std::array{Table::E}, rese_opt, false, t.get());
     };
     return rater;
 }

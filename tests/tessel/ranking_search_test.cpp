@@ -242,6 +242,42 @@ TEST_F(ThreadsRanking, SameReportForAnyNumberOfThreads) {
         }
 }
 
+/// Screened, alone and with others: the same file as from rating every subset, by all resemblances
+/// that the screens know, with tied and unused traits and with few and many subsets kept.
+TEST_F(ThreadsRanking, SameReportFromScreenedSubsets) {
+    unsigned seed = 0;
+    for (const int criterion : {10, 13, 14, 19, 22})
+        for (const int measure : {1, 2, 3})
+            for (const int resemblance : {6, 7, 8, 9, 10}) {
+                RankingCase in = RandomCase(seed, criterion, measure, true);
+                std::mt19937 random(seed++);
+                for (std::size_t i = 0; i < in.B.size(); i++)
+                    for (int k = 0; k < 7; k++) in.B[i].push_back(double(random() % 40) / 8);
+                in.traitTypes.insert(in.traitTypes.end(), 7, 3);
+                in.weights.insert(in.weights.end(), 7, 1);
+                in.weights[2] = float(seed % 3);
+                const auto report = [&](bool screens, int threads) {
+                    OpenRanking(in);
+                    rese_opt = resemblance;
+                    nMinTraitsChRank = 1;
+                    nMaxTraitsChRank = nch;
+                    sDigits = 17;
+                    SetThreads(threads);
+                    Typed("", [screens] {
+                        CriterionOf(opt_struct).search({.aloneFor = 0, .screens = screens});
+                    });
+                    SetThreads(0);
+                    const std::string text = folder_.Read("Ranking.txt");
+                    return text.substr(text.find("Ranking c"),
+                                       text.find("Elapsed") - text.find("Ranking c"));
+                };
+                const std::string all = report(false, 1);
+                for (const int threads : {1, 3})
+                    EXPECT_EQ(report(true, threads), all)
+                        << criterion << " " << measure << " " << resemblance << " " << threads;
+            }
+}
+
 TEST_F(RankingSearch, WithoutEcologicalVariables) {
     for (const int criterion : {9, 10, 17, 18, 19, 20, 21, 22, 23})
         for (const int measure : {1, 2, 3}) {
