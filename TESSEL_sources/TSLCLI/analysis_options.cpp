@@ -19,6 +19,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "TSLIF/analysis_settings.h"
+#include "mxlibPar/side_by_side.h"
 #include "mxlibRes/distances.h"
 
 namespace {
@@ -159,6 +160,7 @@ class Settings {
         optUnitTotalAdjust2 = traitBasedOpt == 1 && options_.standardise;
         SettlePhylogeny();
         SettleOrder();
+        SetThreads(options_.threads);
         printDetail = options_.details;
         return typeWords_;
     }
@@ -369,7 +371,11 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
                "Write every permuted table (a large text file)")
         .For({kRanking})
         .Words("--save-structures", &o->saveStructures, kYesNo,
-               "Write the tables of every subset (a large text file)");
+               "Write the tables of every subset (a large text file)")
+        .For({kAnalysis, kRanking, kSimulation})
+        .Number("--threads", &o->threads, 0, 1024, "0 to 1024",
+                "Threads that compute, 0: as many as there are cores; the results are the same");
+    command.get_option("--threads")->group(kMachineOptions);
     if (CLI::Option* const seed = command.get_option_no_throw("--seed"))
         seed->check([](const std::string& text) {
             unsigned number = 0;

@@ -29,6 +29,7 @@ struct AnalysisOptions {
     std::vector<std::string> traitGroups;  ///< trait=group; in the place of the session's
     bool standardise = true;               ///< W at unit totals
     bool details = false;
+    int threads = 0;  ///< 0: all that the process may use
 
     // Preferences; their defaults are those of InitGlobals
     int digits;
@@ -43,6 +44,10 @@ struct AnalysisOptions {
 
     AnalysisOptions();  ///< takes the preferences' defaults from the globals
 };
+
+/// The group of options that say nothing of the results: they are read from settings files, but not
+/// written to them.
+inline constexpr const char* kMachineOptions = "Machine";
 
 /// Adds the options of the kind of command to `command`, with their help.
 void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* options);

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <iterator>
 
+#include "TSLCLI/analysis_options.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/settings_text.h"
 #include "TSLGLOB/settings.h"
@@ -18,7 +19,7 @@ class SettingsFormat : public CLI::Config {
                           bool /*write_description*/, std::string /*prefix*/) const override {
         std::string text = "[" + command->get_name() + "]\n";
         for (const CLI::Option* option : command->get_options())
-            if (option->get_configurable())
+            if (option->get_configurable() && option->get_group() != kMachineOptions)
                 text += option->get_single_name() + " = " + ValueOf(*option) + "\n";
         return text;
     }

@@ -8,6 +8,7 @@
 #include "TSLRESE/scaling_up_matrices.h"
 #include "mxlibDim/available_memory.h"
 #include "mxlibDim/standard_streams.h"
+#include "mxlibPar/side_by_side.h"
 
 namespace {
 
@@ -56,15 +57,29 @@ double OfMatrixPairs(double n, double c, const AnalysisSizes& s) {
     return (5.0 + sets) * Rows(c, n, kDouble) + 4.0 * Rows(narrow, narrow, kDouble);
 }
 
-/// What the permutation test holds: differences between OTUs, a table in their order that lies idle
-/// but for the first page of each row, and what the measure compares.
-double OfTest(double n, double c, const AnalysisSizes& s) {
+/// A table that lies idle but for the first page of each row.
+double IdleRows(double rows, double cols) {
     constexpr double kPage = 4096.0;
+    return rows * std::min(cols * kDouble, kPage);
+}
+
+/// What the permutation test holds: differences between OTUs, an idle table in their order, and
+/// what the measure compares.
+double OfTest(double n, double c, const AnalysisSizes& s) {
     const double differences = s.permutations > 0 ? n * n * kDouble : 0.0;
-    double bytes = n * std::min(n * kDouble, kPage) + differences;
+    double bytes = IdleRows(n, n) + differences;
     if (s.taxa > 0) bytes += differences + OfSignal(n, s);
     return bytes + (s.measure == kMantel ? 4.0 * c * c * kDouble + Rows(c, c, kDouble)
                                          : OfMatrixPairs(n, c, s));
+}
+
+/// What each further thread of the test takes for itself: the idle table, and what changes from one
+/// permutation to the next.
+double OfFurtherThread(double n, double c, const AnalysisSizes& s) {
+    double bytes = IdleRows(n, n);
+    if (s.measure == kMantel) return bytes + 2.5 * c * c * kDouble + IdleRows(c, c);
+    if (s.measure == kProcrustes && s.taxa > 0) bytes += Rows(n, n, kFloat);
+    return bytes + (s.taxa > 0 ? 8.0 : 5.0) * IdleRows(c, n);
 }
 
 }  // namespace
@@ -77,7 +92,10 @@ AnalysisSizes SizesOfAnalysis() {
 double MemoryOfAnalysis(const AnalysisSizes& sizes) {
     const double n = sizes.OTUs;
     const double c = sizes.communities;
-    return kProgram + OfMatrices(n, c, sizes) + std::max(OfSteps(n, c, sizes), OfTest(n, c, sizes));
+    const int further = std::clamp(sizes.permutations, 1, Threads()) - 1;
+    return kProgram + OfMatrices(n, c, sizes) +
+           std::max(OfSteps(n, c, sizes),
+                    OfTest(n, c, sizes) + further * OfFurtherThread(n, c, sizes));
 }
 
 void TellLargeMemory(double bytes) {

@@ -9,6 +9,7 @@
 
 #include "mxlib/perm_test/statistics.h"
 #include "mxlib/random_lists.h"
+#include "mxlibPar/side_by_side.h"
 #include "reference/perm_test_data.h"
 #include "reference/plain_perm_test.h"
 
@@ -77,6 +78,49 @@ TEST(PermutationTest, AgreesWithThePlainTestOnDataOfOrdinarySize) {
         data->record.nIterations = opt_ro == 1 ? 60 : 8;
         ExpectLikePlain(&data->record);
     }
+}
+
+// Tables of OTUs larger than a cache are read row by row, for several orders at a time.
+TEST(PermutationTest, AgreesWithThePlainTestOnManyOTUs) {
+    auto data = RandomPermTestData({12, 730, 3, 2, 3, 3, 0.3}, 1, 1);
+    data->record.nIterations = 11;
+    ExpectLikePlain(&data->record);
+}
+
+/// Every statistic of every arrangement, and the probabilities.
+std::vector<double> AllOf(TestRecord* in, int threads) {
+    std::vector<double> all;
+    in->eachArrangement = [&all](const TestRecord& now) {
+        for (int k = 0; k < (now.includePhylogeny ? kReported : kBF); k++)
+            all.push_back(now.*kReportedStatistics[k].observed);
+    };
+    SetThreads(threads);
+    const Outcome outcome = RunTest(PermTest_FunctionalPhyl_Correl, in);
+    SetThreads(0);
+    all.insert(all.end(), outcome.probability, outcome.probability + kReported);
+    all.push_back(static_cast<double>(gsl_rng_get(r)));
+    return all;
+}
+
+TEST(ThreadsPermutationTest, SameBitsForAnyNumberOfThreads) {
+    for (const int opt_ro : {1, 2, 3})
+        for (int variant = 0; variant < 5; variant++) {
+            PermTestSizes sizes = {40, 30, 4, 2, 3, variant == 1 ? 0 : 3, 0.4};
+            if (variant == 4) sizes = {60, 730, 3, 2, 3, opt_ro == 2 ? 0 : 3, 0.1};
+            auto data = RandomPermTestData(sizes, 1 + variant, opt_ro);
+            TestRecord& in = data->record;
+            in.nIterations = variant == 4 ? 50 : 130;
+            in.optRestrictPermutNullModel = variant == 2;
+            for (size_t k = 0; k < data->nesting.size(); k++) data->nesting[k] = int(k) % 3;
+            if (variant == 3) in.B[2][1] = in.B[5][0] = -999.0F, DeriveFromTables(data.get());
+            if (variant == 3) in.Sb[2][5] = in.Sb[5][2] = -999.0F;
+            const std::vector<double> serial = AllOf(&in, 1);
+            const std::vector<int> numbers =
+                variant == 4 ? std::vector{3} : std::vector{2, 3, 5, 16};
+            for (const int threads : numbers)
+                EXPECT_EQ(AllOf(&in, threads), serial)
+                    << opt_ro << " " << variant << " " << threads;
+        }
 }
 
 /// Y becomes what the traits of the communities explain, and a part of what it was.

@@ -85,6 +85,44 @@ TEST_F(AnalyseCommand, FilesAreThoseOfTheDialogue) {
     }
 }
 
+// Report and tables, by the option or a settings file; the settings file of the run tells no
+// threads.
+using ThreadsAnalyseCommand = AnalyseCommand;
+TEST_F(ThreadsAnalyseCommand, SameFilesForAnyNumberOfThreads) {
+    int run = 0;
+    for (const std::string name : {"aravo", "mafragh"}) {
+        FilesByName session = Session(name);
+        for (const Row& measure : kMeasures)
+            for (const char* options : {" --types types.txt",
+                                        " --types types.txt --tails one "
+                                        "--belonging crisp --within types.txt"}) {
+                const auto filesOf = [&](const std::string& threads) {
+                    Clean();
+                    session["threads.toml"] = "[analyse]\nthreads = " + threads + "\n";
+                    WriteFiles(folder_, session);
+                    const CommandRun analysis =
+                        RunCommand((run % 2 == 0 ? "--config threads.toml analyse " : "analyse ") +
+                                   name + (run % 2 == 0 ? "" : " --threads " + threads) +
+                                   " --seed 7 --iterations 60" + measure.options + options);
+                    EXPECT_EQ(analysis.status, 0) << analysis.err;
+                    auto files = TakeFiles();
+                    files.erase("threads.toml");
+                    files["out"] = analysis.out;
+                    return files;
+                };
+                const auto serial = filesOf("1");
+                EXPECT_TRUE(serial.contains(name + "Tables/null.csv"));
+                EXPECT_FALSE(Contains(serial.at(name + "Tables/settings.toml"), "threads"));
+                for (const std::string threads : {"2", "3", "5", "16"}) {
+                    if (run > 0 && threads != std::to_string(std::vector{2, 3, 5, 16}[run % 4]))
+                        continue;
+                    EXPECT_TRUE(filesOf(threads) == serial) << name << threads << options;
+                }
+                run++;
+            }
+    }
+}
+
 TEST_F(AnalyseCommand, TraitsAndTheirGroupsByName) {
     const FilesByName session = Session("mafragh");
     const std::string traits = "2\n" + Repeated("1\n", 9) + Repeated("0\n", 5);

@@ -42,7 +42,7 @@ double* AppendValues(int p, const T* source, const int* sel, double* to) {
     return to;
 }
 
-void FillTable(const TestRecord& in, Composition* c) {
+void FillTable(const TestRecord& in, CompositionTables* c) {
     for (int k = 0; k < in.nOTUs; k++) {
         double* to = c->table + static_cast<long>(k) * c->width;
         to = AppendValues(in.nTraits, in.B[k], in.traitsInUse, to);
@@ -51,14 +51,24 @@ void FillTable(const TestRecord& in, Composition* c) {
     }
 }
 
+std::shared_ptr<const CompositionTables> MakeTables(const TestRecord& in) {
+    const int width = TableWidth(in);
+    std::shared_ptr<CompositionTables> tables(
+        new CompositionTables{NeedsPlainProducts(in), PresentCells(in.nCommunities, in.nOTUs, in.W),
+                              width, ScopedVector<double>(static_cast<long>(in.nOTUs) * width)});
+    FillTable(in, tables.get());
+    return tables;
+}
+
 void SparseProducts(const TestRecord& in, const int* list, Composition* c, Arrangement* now) {
     const Kernels& kernels = KernelsOfProcessor();
-    const long* start = c->w.start;
-    for (long e = 0; e < start[in.nCommunities]; e++) c->at[e] = list[c->w.otu[e]] - 1;
+    const CompositionTables& tables = *c->tables;
+    const long* start = tables.w.start;
+    for (long e = 0; e < start[in.nCommunities]; e++) c->at[e] = list[tables.w.otu[e]] - 1;
     for (int i = 0; i < in.nCommunities; i++) {
         const long first = start[i];
         kernels.weightedRows(static_cast<int>(start[i + 1] - first), c->at + first,
-                             c->w.value + first, c->table, c->width, c->row);
+                             tables.w.value + first, tables.table, tables.width, c->row);
         const double* from = c->row;
         for (int j = 0; j < in.nTraits; j++) now->T[i][j] = in.traitsInUse[j] == 1 ? *from++ : 0.0;
         for (int j = 0; j < in.nTypes; j++) now->X[i][j] = *from++;
@@ -119,20 +129,15 @@ SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w) {
     return cells;
 }
 
-Composition MakeComposition(const TestRecord& in) {
-    const int width = TableWidth(in);
-    const long count = CountPresent(in.nCommunities, in.nOTUs, in.W);
-    Composition c{NeedsPlainProducts(in),
-                  PresentCells(in.nCommunities, in.nOTUs, in.W),
-                  ScopedVector<int>(count),
-                  width,
-                  ScopedVector<double>(static_cast<long>(in.nOTUs) * width),
-                  ScopedVector<double>(width),
-                  ScopedVector<const float*>(in.nOTUs),
-                  ScopedVector<const double*>(in.nOTUs),
-                  ScopedVector<const double*>(TaxaOf(in) > 0 ? in.nOTUs : 0)};
-    FillTable(in, &c);
-    return c;
+Composition MakeComposition(const TestRecord& in, const Composition* first) {
+    const std::shared_ptr<const CompositionTables> tables =
+        first != nullptr ? first->tables : MakeTables(in);
+    return {tables,
+            ScopedVector<int>(tables->w.start[in.nCommunities]),
+            ScopedVector<double>(tables->width),
+            ScopedVector<const float*>(in.nOTUs),
+            ScopedVector<const double*>(in.nOTUs),
+            ScopedVector<const double*>(TaxaOf(in) > 0 ? in.nOTUs : 0)};
 }
 
 void ScaleUp(const TestRecord& in, const int* list, Composition* c, Arrangement* now) {
@@ -141,7 +146,7 @@ void ScaleUp(const TestRecord& in, const int* list, Composition* c, Arrangement*
         c->rowsU[k] = in.U[list[k] - 1];
         if (TaxaOf(in) > 0) c->rowsQ[k] = in.Q[list[k] - 1];
     }
-    if (c->plain)
+    if (c->tables->plain)
         PlainProducts(in, *c, now);
     else
         SparseProducts(in, list, c, now);

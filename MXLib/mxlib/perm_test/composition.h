@@ -3,6 +3,8 @@
 /// The matrices of communities that are products with W: traits T = W B with columns at unit
 /// length, composition X = W U, composition by phylogeny P = W Q.
 
+#include <memory>
+
 #include "mxlib/perm_test/statistics.h"
 #include "mxlibDim/scoped.h"
 
@@ -29,19 +31,26 @@ struct SparseCells {
 long CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w);
 SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w);
 
-/// What the products keep from one order of the OTUs to the next.
-struct Composition {
+/// What the products read in every order of the OTUs.
+struct CompositionTables {
     bool plain;  ///< values that are not finite: only the full products have their meaning
     SparseCells w;
-    ScopedVector<int> at;        ///< table row of each entry of w in the present order
     int width;                   ///< columns of the table
     ScopedVector<double> table;  ///< by OTUs: traits in use, types, taxa; a missing value is 0
-    ScopedVector<double> row;    ///< the same of one community
+};
+
+/// The tables, and a worker's room.
+struct Composition {
+    std::shared_ptr<const CompositionTables> tables;
+    ScopedVector<int> at;              ///< table row of each entry of w in the present order
+    ScopedVector<double> row;          ///< of the table, for one community
     ScopedVector<const float*> rowsB;  ///< rows of B, U and Q in the present order
     ScopedVector<const double*> rowsU;
     ScopedVector<const double*> rowsQ;
 };
-Composition MakeComposition(const TestRecord& in);
+
+/// With the tables of `first`; null: with new ones.
+Composition MakeComposition(const TestRecord& in, const Composition* first);
 
 /// Takes the order of the OTUs from `list` and makes T (normalised), X and P anew.
 void ScaleUp(const TestRecord& in, const int* list, Composition* c, Arrangement* now);

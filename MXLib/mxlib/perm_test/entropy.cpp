@@ -51,7 +51,7 @@ bool Differences(int n, ConstMatrix<T> m, bool dissimilarity, bool squareRoot, d
 /// Four rows of differences are read at a time, so that place and proportion of the other OTU are
 /// loaded for four pairs.
 double SumOverPairs(int present, const int* at, const double* p, const double* table, int nOTUs) {
-    constexpr int kRows = 4;
+    constexpr int kRows = kBlockOfSum;
     double sum = 0.0;
     int k = 0;
     for (; k + kRows <= present; k += kRows) {
@@ -74,17 +74,21 @@ double SumOverPairs(int present, const int* at, const double* p, const double* t
     return sum;
 }
 
-void SumOverPresentPairs(const TestRecord& in, const double* table, Entropies* e) {
+void SumOverPresentPairs(const TestRecord& in, const int* otuOf, const double* table,
+                         Entropies* e) {
+    const long entries = e->tables->proportions.start[in.nCommunities];
+    for (long k = 0; k < entries; k++) e->at[k] = otuOf[e->tables->proportions.otu[k]];
     for (int i = 0; i < in.nCommunities; i++) {
-        const long first = e->proportions.start[i];
-        e->q[i] = SumOverPairs(static_cast<int>(e->proportions.start[i + 1] - first), e->at + first,
-                               e->proportions.value + first, table, in.nOTUs);
+        const long first = e->tables->proportions.start[i];
+        e->q[i] =
+            SumOverPairs(static_cast<int>(e->tables->proportions.start[i + 1] - first),
+                         e->at + first, e->tables->proportions.value + first, table, in.nOTUs);
     }
 }
 
 void TakeObserved(const TestRecord& in, double* handedBack, Matrix<double> numbers, Entropies* e) {
     EquivalentNumbers(in.nCommunities, e->q, numbers);
-    e->plain = e->plain || NearPole(in.nCommunities, e->q);
+    e->tables->plain = e->tables->plain || NearPole(in.nCommunities, e->q);
     if (in.returnMatrices) std::copy_n(e->q.get(), in.nCommunities, handedBack);
 }
 
@@ -95,36 +99,61 @@ struct Resemblances {
     bool areDissimilarities;
     bool squareRoot;
     const double* differences;
+    ConstMatrix<double> ahead;  ///< by order: entropies, where they are found by rows
 };
 
 template <class T>
-void EntropiesInOrder(const TestRecord& in, const int* list, const Resemblances<T>& from,
-                      Entropies* e) {
-    if (!e->plain) {
-        SumOverPresentPairs(in, from.differences, e);
+void EntropiesInOrder(const TestRecord& in, const Orders& orders, int order,
+                      const Resemblances<T>& from, Entropies* e) {
+    if (!e->tables->plain) {
+        if (e->rows)
+            std::copy_n(from.ahead[order], in.nCommunities, e->q.get());
+        else
+            SumOverPresentPairs(in, orders.otuOf[order], from.differences, e);
         if (!NearPole(in.nCommunities, e->q)) return;
     }
-    PermuteBoth<T>(in.nOTUs, list, from.s, e->permuted);
+    PermuteBoth<T>(in.nOTUs, orders.lists[order], from.s, e->permuted);
     RaoIndexRows(in.nCommunities, in.nOTUs, in.W, e->permuted, from.areDissimilarities,
                  from.squareRoot, e->otus, e->shares, e->q);
 }
 
+/// Rows are worth their reading when they are large and looked up often enough.
+bool GoesByRows(const TestRecord& in, const EntropyTables& tables) {
+    constexpr double kLookupsPerCell = 1.0 / 64;
+    const double cells = static_cast<double>(in.nOTUs) * in.nOTUs;
+    return !tables.plain && IsLargeTable(in.nOTUs) &&
+           CountPairs(in.nCommunities, tables.proportions) > kLookupsPerCell * cells;
+}
+
+void MakeRoomForRows(int nOTUs, Entropies* e) {
+    if (e->tables->rows) e->rows.reset(new RowTerms(MakeRowTerms(nOTUs, *e->tables->rows)));
+}
+
+std::shared_ptr<EntropyTables> MakeTables(const TestRecord& in) {
+    const long cells = static_cast<long>(in.nOTUs) * in.nOTUs;
+    std::shared_ptr<EntropyTables> tables(new EntropyTables{
+        false, PresentCells(in.nCommunities, in.nOTUs, in.W), ScopedVector<double>(cells),
+        ScopedVector<double>(in.includePhylogeny ? cells : 0), nullptr});
+    tables->plain = !ToProportions(in.nCommunities, &tables->proportions);
+    return tables;
+}
+
 }  // namespace
 
-Entropies MakeEntropies(const TestRecord& in) {
+Entropies MakeEntropies(const TestRecord& in, const Entropies* first) {
     const int n = in.nOTUs;
-    const long count = CountPresent(in.nCommunities, n, in.W);
-    const long cells = static_cast<long>(n) * n;
-    Entropies e{false,
-                PresentCells(in.nCommunities, n, in.W),
-                ScopedVector<int>(count),
-                ScopedVector<double>(cells),
-                ScopedVector<double>(in.includePhylogeny ? cells : 0),
+    const int ahead = IsLargeTable(n) ? OrdersTogether(n) : 0;
+    const std::shared_ptr<EntropyTables> tables = first != nullptr ? first->tables : MakeTables(in);
+    Entropies e{tables,
+                ScopedVector<int>(tables->proportions.start[in.nCommunities]),
                 ScopedVector<double>(in.nCommunities),
                 ScopedMatrix<double>(n, n),
                 ScopedVector<int>(n),
-                ScopedVector<double>(n)};
-    e.plain = !ToProportions(in.nCommunities, &e.proportions);
+                ScopedVector<double>(n),
+                nullptr,
+                ScopedMatrix<double>(ahead, in.nCommunities),
+                ScopedMatrix<double>(in.includePhylogeny ? ahead : 0, in.nCommunities)};
+    MakeRoomForRows(n, &e);
     return e;
 }
 
@@ -139,23 +168,40 @@ void ObservedEntropies(const TestRecord& in, Entropies* e, Arrangement* now) {
 }
 
 void FillDifferences(const TestRecord& in, Entropies* e) {
+    EntropyTables* t = e->tables.get();
     bool finite =
-        Differences<float>(in.nOTUs, in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->byTraits);
+        Differences<float>(in.nOTUs, in.Sb, false, in.sqrtDissimOpt_RaoTraits, t->byTraits);
     if (in.includePhylogeny)
         finite = Differences<double>(in.nOTUs, in.Sf, in.phylogenyIsDissimilarity,
-                                     in.sqrtDissimOpt_RaoPhyl, e->byPhylogeny) &&
+                                     in.sqrtDissimOpt_RaoPhyl, t->byPhylogeny) &&
                  finite;
-    e->plain = e->plain || !finite;
+    t->plain = t->plain || !finite;
+    if (GoesByRows(in, *t))
+        t->rows.reset(
+            new EntriesByRow(MakeEntriesByRow(in.nCommunities, in.nOTUs, t->proportions)));
+    MakeRoomForRows(in.nOTUs, e);
 }
 
-void PermutedEntropies(const TestRecord& in, const int* list, Entropies* e, Arrangement* now) {
-    const long entries = e->proportions.start[in.nCommunities];
-    for (long k = 0; k < entries; k++) e->at[k] = list[e->proportions.otu[k]] - 1;
-    EntropiesInOrder<float>(in, list, {in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->byTraits}, e);
+void EntropiesAhead(const TestRecord& in, const Orders& orders, Entropies* e) {
+    if (!e->rows) return;
+    const EntropyTables& t = *e->tables;
+    SumByRows(in.nCommunities, t.proportions, t.byTraits, orders, *t.rows, e->rows.get(),
+              e->aheadByTraits);
+    if (in.includePhylogeny)
+        SumByRows(in.nCommunities, t.proportions, t.byPhylogeny, orders, *t.rows, e->rows.get(),
+                  e->aheadByPhylogeny);
+}
+
+void PermutedEntropies(const TestRecord& in, const Orders& orders, int order, Entropies* e,
+                       Arrangement* now) {
+    EntropiesInOrder<float>(
+        in, orders, order,
+        {in.Sb, false, in.sqrtDissimOpt_RaoTraits, e->tables->byTraits, e->aheadByTraits.get()}, e);
     EquivalentNumbers(in.nCommunities, e->q, now->R);
     if (!in.includePhylogeny) return;
-    EntropiesInOrder<double>(
-        in, list, {in.Sf, in.phylogenyIsDissimilarity, in.sqrtDissimOpt_RaoPhyl, e->byPhylogeny},
-        e);
+    EntropiesInOrder<double>(in, orders, order,
+                             {in.Sf, in.phylogenyIsDissimilarity, in.sqrtDissimOpt_RaoPhyl,
+                              e->tables->byPhylogeny, e->aheadByPhylogeny.get()},
+                             e);
     EquivalentNumbers(in.nCommunities, e->q, now->F);
 }

@@ -163,17 +163,28 @@ int WidestVarying(const TestRecord& in) {
 
 }  // namespace
 
-MantelPairs MakeMantelPairs(const TestRecord& in) {
+MantelPairs MakeMantelPairs(const TestRecord& in, const MantelPairs* first) {
     const int n = in.nCommunities;
     const long nCells = CountCellsAbove(n);
+    const long places = nCells + kOverrun;
     const int stride = n + kOverrun;
     MantelPairs m{nCells,
                   stride,
-                  ScopedMatrix<double>(kLetters, nCells + kOverrun),
-                  ScopedVector<double>(kLetters),
-                  ScopedVector<bool>(kLetters),
+                  first != nullptr ? first->fixed
+                                   : std::make_shared<ScopedMatrix<double>>(kFixedLetters, places),
+                  ScopedMatrix<double>(kLetters - kFixedLetters, places),
+                  {},
+                  {},
+                  {},
                   ScopedVector<double>(static_cast<long>(stride) * WidestVarying(in)),
                   ScopedMatrix<double>(n, n)};
+    for (int k = 0; k < kLetters; k++)
+        m.cells[k] = k < kFixedLetters ? (*m.fixed)[k] : m.varying[k - kFixedLetters];
+    if (first != nullptr) {
+        m.squares = first->squares;
+        m.hasMissing = first->hasMissing;
+        return m;
+    }
     TakeFixed(in, kE, in.DE, &m);
     TakeFixed(in, kZ, in.DZ, &m);
     TakeFixed(in, kY, in.DY, &m);

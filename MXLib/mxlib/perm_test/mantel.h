@@ -3,19 +3,26 @@
 /// Matrix correlations of the test. The cells above the diagonal of each resemblance matrix lie in
 /// one vector, centred once, so that a correlation is a sum of products.
 
+#include <array>
+#include <memory>
+
 #include "mxlib/perm_test/composition.h"
 #include "mxlibRes/mantel_sides.h"
 
 struct MantelPairs {
     long nCells;
-    int stride;                     ///< places of a column
-    ScopedMatrix<double> cells;     ///< by letter, centred (two communities: as they are)
-    ScopedVector<double> squares;   ///< by letter: sum of squares of the centred cells
-    ScopedVector<bool> hasMissing;  ///< by letter
-    ScopedVector<double> columns;   ///< the matrix at hand, column by column
-    ScopedMatrix<double> square;    ///< room for ResemblanceLib
+    int stride;                                   ///< places of a column
+    std::shared_ptr<ScopedMatrix<double>> fixed;  ///< cells of the fixed letters, of all workers
+    ScopedMatrix<double> varying;
+    std::array<double*, kLetters> cells;   ///< centred (two communities: as they are)
+    std::array<double, kLetters> squares;  ///< sum of squares of the centred cells
+    std::array<bool, kLetters> hasMissing;
+    ScopedVector<double> columns;  ///< the matrix at hand, column by column
+    ScopedMatrix<double> square;   ///< room for ResemblanceLib
 };
-MantelPairs MakeMantelPairs(const TestRecord& in);
+
+/// With the fixed letters of `first`; null: makes them.
+MantelPairs MakeMantelPairs(const TestRecord& in, const MantelPairs* first);
 
 /// Makes the resemblances by the letter of the block and correlates them as the tables say.
 void MantelBlock(const TestRecord& in, const Arrangement& now, Block block, MantelPairs* m,

@@ -1,6 +1,10 @@
 #include "mxlib/perm_test.h"
 
+#include <algorithm>
+#include <atomic>
 #include <memory>
+#include <numeric>
+#include <vector>
 
 #include "iflibG/iflibG.h"
 #include "mxlib/perm_test/composition.h"
@@ -11,6 +15,7 @@
 #include "mxlib/perm_test/signal.h"
 #include "mxlib/perm_test/statistics.h"
 #include "mxlib/random_lists.h"
+#include "mxlibPar/side_by_side.h"
 #include "mxlibRes/congruence.h"
 #include "mxlibRes/numbers.h"
 #include "mxlibRes/totals.h"
@@ -19,46 +24,62 @@ namespace {
 
 enum class Order { kObserved, kPermuted };
 
-/// Everything that the test holds from its start to its end.
-struct Test {
-    TestRecord* in;
-    ScopedVector<int> list;
-    NestedGroups nesting;  ///< under the null model within groups
+bool WithinGroups(const TestRecord& in) {
+    return in.optRestrictPermutNullModel == 1;
+}
+
+/// What evaluates one order of the OTUs at a time. What is the same in every order is shared by all
+/// workers.
+struct Worker {
     Arrangement now;
     Composition composition;
     Entropies entropies;
     std::unique_ptr<MantelPairs> mantel;    ///< under the matrix correlation
     std::unique_ptr<MatrixPairs> matrices;  ///< under Procrustes and RV
     std::unique_ptr<PhylogeneticSignal> signal;
+    Orders orders;  ///< at hand
+};
+
+/// Everything that the test holds from its start to its end.
+struct Test {
+    TestRecord* in;
+    std::vector<Worker> workers;  ///< the first one makes the observed arrangement
+    ScopedVector<int> list;       ///< the last order drawn
+    NestedGroups nesting;         ///< under the null model within groups
     Statistics observed;
-    Statistics random;
     std::array<double, kReported> frequency;
 };
 
-bool WithinGroups(const TestRecord& in) {
-    return in.optRestrictPermutNullModel == 1;
+/// One more worker, with what the first one has made for all; null: the first one.
+Worker MakeWorker(const TestRecord& in, const Worker* first) {
+    Worker worker{MakeArrangement(in),
+                  MakeComposition(in, first != nullptr ? &first->composition : nullptr),
+                  MakeEntropies(in, first != nullptr ? &first->entropies : nullptr),
+                  nullptr,
+                  nullptr,
+                  nullptr,
+                  MakeOrders(in.nOTUs)};
+    if (in.opt_ro == kMantel)
+        worker.mantel.reset(
+            new MantelPairs(MakeMantelPairs(in, first != nullptr ? first->mantel.get() : nullptr)));
+    else
+        worker.matrices.reset(new MatrixPairs(MakeMatrixPairs(
+            in, in.saveRndData, first != nullptr ? first->matrices.get() : nullptr)));
+    if (in.includePhylogeny)
+        worker.signal.reset(new PhylogeneticSignal(
+            first != nullptr ? ShareSignal(in, *first->signal) : MakePhylogeneticSignal(in)));
+    return worker;
 }
 
 Test MakeTest(TestRecord* in) {
     Test test{in,
+              {},
               ScopedVector<int>(in->nOTUs),
               MakeNestedGroups(WithinGroups(*in) ? in->nOTUs : 0, in->nestingMembershipOTUs),
-              MakeArrangement(*in),
-              MakeComposition(*in),
-              MakeEntropies(*in),
-              nullptr,
-              nullptr,
-              nullptr,
-              {},
               {},
               {}};
-    for (int k = 0; k < in->nOTUs; k++) test.list[k] = k + 1;
-    if (in->opt_ro == kMantel)
-        test.mantel.reset(new MantelPairs(MakeMantelPairs(*in)));
-    else
-        test.matrices.reset(new MatrixPairs(MakeMatrixPairs(*in, in->saveRndData)));
-    if (in->includePhylogeny)
-        test.signal.reset(new PhylogeneticSignal(MakePhylogeneticSignal(*in)));
+    test.workers.push_back(MakeWorker(*in, nullptr));
+    std::iota(test.list.get(), test.list + in->nOTUs, 1);
     test.frequency.fill(1.0);
     return test;
 }
@@ -67,49 +88,45 @@ bool Runs(const TestRecord& in, Block block) {
     return in.includePhylogeny || (block != kBlockP && block != kBlockF);
 }
 
-/// The matrix of the block in the present order: products all with T, entropies both with R.
-void MakeMatrices(Order order, Block block, Test* test) {
-    const TestRecord& in = *test->in;
-    if (block == kBlockT) ScaleUp(in, test->list, &test->composition, &test->now);
-    if (block != kBlockR) return;
-    if (order == Order::kObserved)
-        ObservedEntropies(in, &test->entropies, &test->now);
-    else
-        PermutedEntropies(in, test->list, &test->entropies, &test->now);
+/// The products in the order of `list`, all with T.
+void ScaleUpWithT(const TestRecord& in, Block block, const int* list, Worker* worker) {
+    if (block == kBlockT) ScaleUp(in, list, &worker->composition, &worker->now);
 }
 
-void ComputeBlock(Order order, Block block, Test* test, Statistics* s) {
-    MakeMatrices(order, block, test);
-    if (test->mantel)
-        MantelBlock(*test->in, test->now, block, test->mantel.get(), s);
+void CompareMatrices(const TestRecord& in, Block block, Worker* worker, Statistics* s) {
+    if (worker->mantel)
+        MantelBlock(in, worker->now, block, worker->mantel.get(), s);
     else
-        MatrixBlock(*test->in, test->now, block, test->matrices.get(), s);
-}
-
-Stage StageOf(const Test& test, int iteration) {
-    return {test.in,  &test.now, test.list, &test.observed, &test.random, test.frequency.data(),
-            iteration};
+        MatrixBlock(in, worker->now, block, worker->matrices.get(), s);
 }
 
 void HandBack(const Test& test) {
     const TestRecord& in = *test.in;
-    CopyMatrix(in.nCommunities, in.nTraits, test.now.T, in.outT);
-    if (in.returnMatrices) CopyMatrix(in.nCommunities, in.nTypes, test.now.X, in.outX);
-    if (in.includePhylogeny) CopyMatrix(in.nCommunities, in.nTaxa, test.now.P, in.outP);
+    const Arrangement& now = test.workers[0].now;
+    CopyMatrix(in.nCommunities, in.nTraits, now.T, in.outT);
+    if (in.returnMatrices) CopyMatrix(in.nCommunities, in.nTypes, now.X, in.outX);
+    if (in.includePhylogeny) CopyMatrix(in.nCommunities, in.nTaxa, now.P, in.outP);
 }
 
 /// Under Procrustes and RV the observed r(XZ.T) is that of Y; the permuted ones are their own.
 void ObservedStage(Test* test) {
+    const TestRecord& in = *test->in;
+    Worker* worker = test->workers.data();
     Statistics* observed = &test->observed;
-    if (test->signal) (*observed)[kBF] = test->signal->observed;
-    if (test->matrices) StartArrangement(test->matrices.get());
-    for (const Block block : {kBlockT, kBlockX, kBlockP, kBlockR, kBlockF})
-        if (Runs(*test->in, block)) ComputeBlock(Order::kObserved, block, test, observed);
-    if (test->matrices) (*observed)[kXZ_T] = (*observed)[kXY_T];
+    if (worker->signal) (*observed)[kBF] = worker->signal->observed;
+    if (worker->matrices) StartArrangement(worker->matrices.get());
+    for (const Block block : {kBlockT, kBlockX, kBlockP, kBlockR, kBlockF}) {
+        if (!Runs(in, block)) continue;
+        ScaleUpWithT(in, block, test->list, worker);
+        if (block == kBlockR) ObservedEntropies(in, &worker->entropies, &worker->now);
+        CompareMatrices(in, block, worker, observed);
+    }
+    if (worker->matrices) (*observed)[kXZ_T] = (*observed)[kXY_T];
     HandBack(*test);
-    if (test->in->saveRndData)
+    if (in.saveRndData)
         for (const Block block : {kBlockT, kBlockX, kBlockR})
-            PrintObservedBlock(StageOf(*test, 0), block);
+            PrintObservedBlock({&in, &worker->now, test->list, observed, nullptr, nullptr, 0},
+                               block);
 }
 
 void HandStatistics(const Statistics& s, TestRecord* in) {
@@ -124,57 +141,149 @@ void ShowArrangement(Order order, const Statistics& s, TestRecord* in) {
     in->eachArrangement(*in);
 }
 
-void NextOrder(Test* test) {
-    const TestRecord& in = *test->in;
-    if (WithinGroups(in))
-        RndListNested(test->nesting, test->list);
-    else if (in.optRestrictPermutNullModel == 0)
-        RndListSpecified(in.nOTUs, test->list);
-}
-
-void CompareBlock(Block block, Test* test) {
+void CompareBlock(Block block, const Statistics& random, Test* test) {
     for (int k = 0; k < kReported; k++) {
         const ReportedStatistic& statistic = kReportedStatistics[k];
         if (statistic.block != block) continue;
-        if (IsLargerThanOrEqual(test->random[k], test->observed[k], 1,
+        if (IsLargerThanOrEqual(random[k], test->observed[k], 1,
                                 statistic.alwaysTwoTailed || test->in->twoTailedTestMantel))
             test->frequency[k] += 1.0;
     }
 }
 
-void Permutation(int iteration, Test* test) {
+/// Permutations that are drawn one after the other, evaluated side by side and then counted in the
+/// order of their draws.
+struct Permutations {
+    int together;                    ///< orders that a worker takes at a time
+    int most;                        ///< orders that are drawn at a time
+    int first;                       ///< number of the first one drawn
+    int count;                       ///< drawn
+    ScopedMatrix<int> lists;         ///< by order
+    std::vector<Statistics> random;  ///< by order
+    std::atomic<int> evaluated;      ///< of the whole test
+    int told;
+    ProgressPace pace;
+};
+
+/// Draws the next orders, each of which goes on from the one before.
+void DrawOrders(Test* test, Permutations* p) {
     const TestRecord& in = *test->in;
-    NextOrder(test);
-    if (test->matrices) StartArrangement(test->matrices.get());
+    p->first += p->count;
+    p->count = std::min(p->most, in.nIterations - p->first);
+    for (int k = 0; k < p->count; k++) {
+        if (WithinGroups(in))
+            RndListNested(test->nesting, test->list);
+        else if (in.optRestrictPermutNullModel == 0)
+            RndListSpecified(in.nOTUs, test->list);
+        std::copy_n(test->list.get(), in.nOTUs, p->lists[k]);
+    }
+}
+
+void TellProgress(int permutation, int nIterations, Permutations* p) {
+    const int steps = permutation - p->told;
+    p->told = permutation;
+    if (steps < 1 || !p->pace.IsDue(steps)) return;
+    char text[64];
+    snprintf(text, sizeof(text), "Permutation test: %d of %d", permutation, nIterations);
+    HandleEventInfoWhere2(text, steps);
+}
+
+/// Where the intermediate results are printed there is one worker, and each block is counted before
+/// it is shown.
+void Evaluate(int order, int iteration, Worker* worker, Test* test, Statistics* random) {
+    const TestRecord& in = *test->in;
+    const Orders& orders = worker->orders;
+    const int* list = orders.lists[order];
+    if (worker->matrices) StartArrangement(worker->matrices.get());
     for (const Block block : {kBlockT, kBlockX, kBlockP, kBlockR, kBlockF}) {
         if (!Runs(in, block)) continue;
-        ComputeBlock(Order::kPermuted, block, test, &test->random);
+        ScaleUpWithT(in, block, list, worker);
+        if (block == kBlockR)
+            PermutedEntropies(in, orders, order, &worker->entropies, &worker->now);
+        CompareMatrices(in, block, worker, random);
         if (block == kBlockF)
-            test->random[kBF] = PermutedSignal(in, test->list, test->signal.get());
-        CompareBlock(block, test);
-        if (in.saveRndData) PrintPermutedBlock(StageOf(*test, iteration), block);
+            (*random)[kBF] = PermutedSignal(in, orders, order, worker->signal.get());
+        if (!in.saveRndData) continue;
+        CompareBlock(block, *random, test);
+        PrintPermutedBlock(
+            {&in, &worker->now, list, &test->observed, random, test->frequency.data(), iteration},
+            block);
     }
+}
+
+void EvaluateGroup(int group, Worker* worker, Test* test, Permutations* p) {
+    const int before = group * p->together;
+    const int count = std::min(p->together, p->count - before);
+    if (worker == test->workers.data())
+        TellProgress(p->evaluated + count, test->in->nIterations, p);
+    TakeOrders(count, p->lists + before, &worker->orders);
+    EntropiesAhead(*test->in, worker->orders, &worker->entropies);
+    if (worker->signal) SignalsAhead(worker->orders, worker->signal.get());
+    for (int k = 0; k < count; k++)
+        Evaluate(k, p->first + before + k, worker, test, &p->random[before + k]);
+    p->evaluated += count;
+}
+
+void TakeResults(const Permutations& p, Test* test) {
+    for (int k = 0; k < p.count; k++) {
+        const Statistics& random = p.random[k];
+        if (!test->in->saveRndData)
+            for (const Block block : {kBlockT, kBlockX, kBlockP, kBlockR, kBlockF})
+                if (Runs(*test->in, block)) CompareBlock(block, random, test);
+        if (test->in->eachArrangement) ShowArrangement(Order::kPermuted, random, test->in);
+    }
+}
+
+/// A test of a millisecond or less is not worth waking others for.
+bool IsSmallWork(const TestRecord& in) {
+    constexpr double kSmall = 2e5;
+    const double communities = in.nCommunities;
+    return in.nIterations * (communities * communities + in.nOTUs) < kSmall;
+}
+
+void MakeWorkers(Test* test) {
+    const TestRecord& in = *test->in;
+    const int groups = (in.nIterations - 2) / OrdersTogether(in.nOTUs) + 1;
+    const int workers = in.saveRndData || IsSmallWork(in) ? 1 : WorkersFor(groups);
+    for (int k = 1; k < workers; k++) test->workers.push_back(MakeWorker(in, test->workers.data()));
 }
 
 void PreparePermutations(Test* test) {
     const LongStep step("Preparing the permutations");
-    FillDifferences(*test->in, &test->entropies);
-    if (test->signal) PreparePermutedSignal(*test->in, test->signal.get());
+    Worker* first = test->workers.data();
+    FillDifferences(*test->in, &first->entropies);
+    if (first->signal) PreparePermutedSignal(*test->in, first->signal.get());
+    MakeWorkers(test);
+}
+
+/// As many orders are drawn at a time as leave no worker idle for long at their end.
+int OrdersDrawn(const TestRecord& in, int together, int workers) {
+    constexpr int kMostNumbers = 1 << 20;
+    constexpr int kMostOrders = 4096;
+    constexpr int kRounds = 32;
+    if (workers == 1) return together;
+    const int most = std::clamp(kMostNumbers / in.nOTUs, kRounds * together * workers,
+                                std::max(kMostOrders, kRounds * together * workers));
+    return std::min(most, in.nIterations - 1);
 }
 
 void PermutedStage(Test* test) {
     const TestRecord& in = *test->in;
     if (in.nIterations < 2) return;
     PreparePermutations(test);
-    ProgressPace pace;
-    for (int i = 1; i < in.nIterations; i++) {
-        if (pace.IsDue()) {
-            char text[64];
-            snprintf(text, sizeof(text), "Permutation test: %d of %d", i, in.nIterations);
-            HandleEventInfoWhere2(text);
-        }
-        Permutation(i, test);
-        if (in.eachArrangement) ShowArrangement(Order::kPermuted, test->random, test->in);
+    const int workers = static_cast<int>(test->workers.size());
+    const int together = OrdersTogether(in.nOTUs);
+    const int most = OrdersDrawn(in, together, workers);
+    Permutations p{
+        together, most, 1, 0, ScopedMatrix<int>(most, in.nOTUs), std::vector<Statistics>(most),
+        0,        0,    {}};
+    while (p.first + p.count < in.nIterations) {
+        DrawOrders(test, &p);
+        RunSideBySide((p.count - 1) / together + 1, workers, [&](int group, int worker) {
+            EvaluateGroup(group, &test->workers[worker], test, &p);
+        });
+        TellProgress(p.evaluated, in.nIterations, &p);
+        TakeResults(p, test);
     }
 }
 

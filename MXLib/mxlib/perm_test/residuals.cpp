@@ -69,6 +69,19 @@ const CongruenceSide<double>& ResidualsOf(const TestRecord& in, const Arrangemen
     return *side;
 }
 
+void MakeFixed(const TestRecord& in, MatrixPairs* m) {
+    for (const Letter letter : {kE, kZ, kY}) m->sides[letter] = MakeSide(in, letter);
+    SetCongruenceSide<double>(in.E, m->sides[kE].get());
+    SetCongruenceSide<double>(in.Z, m->sides[kZ].get());
+    SetCongruenceSide<double>(in.Y, m->sides[kY].get());
+    for (const Letter letter : {kZ, kY}) m->squares[letter] = SquaresOf(*m->sides[letter]);
+}
+
+void TakeFixed(const MatrixPairs& first, MatrixPairs* m) {
+    for (const Letter letter : {kE, kZ, kY}) m->sides[letter] = first.sides[letter];
+    m->squares = first.squares;
+}
+
 /// Z and Y are wide, and the same in every arrangement: their residuals are made only where the
 /// shorter way fails.
 double Partial(const TestRecord& in, const Arrangement& now, const PartialOfMatrices& partial,
@@ -85,7 +98,7 @@ double Partial(const TestRecord& in, const Arrangement& now, const PartialOfMatr
 
 }  // namespace
 
-MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs) {
+MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs, const MatrixPairs* first) {
     const int widest = WidestOf(in, {kE, kZ, kT, kX, kP});
     const int widestVarying = WidestOf(in, {kT, kX, kP});
     MatrixPairs m{{},
@@ -98,12 +111,11 @@ MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs) {
                   MakeProjection(in.opt_ro, in.nCommunities, in.nTraits, in.nOTUs, in.nTypes),
                   {},
                   allPairs};
-    for (const Letter letter : {kE, kZ, kY, kT, kX, kP, kR, kF})
-        m.sides[letter] = MakeSide(in, letter);
-    SetCongruenceSide<double>(in.E, m.sides[kE].get());
-    SetCongruenceSide<double>(in.Z, m.sides[kZ].get());
-    SetCongruenceSide<double>(in.Y, m.sides[kY].get());
-    for (const Letter letter : {kZ, kY}) m.squares[letter] = SquaresOf(*m.sides[letter]);
+    if (first == nullptr)
+        MakeFixed(in, &m);
+    else
+        TakeFixed(*first, &m);
+    for (const Letter letter : {kT, kX, kP, kR, kF}) m.sides[letter] = MakeSide(in, letter);
     MakeRoomForPartials(in, widest, &m);
     return m;
 }

@@ -13,7 +13,7 @@
 #include "mxlib/perm_test/projection.h"
 #include "mxlibRes/congruence_kernels.h"
 
-using Side = std::unique_ptr<CongruenceSide<double>>;
+using Side = std::shared_ptr<CongruenceSide<double>>;
 
 struct MatrixPairs {
     std::array<Side, kLetters> sides;
@@ -27,7 +27,9 @@ struct MatrixPairs {
     std::array<double, kLetters> squares;  ///< of Z and Y made ready
     bool allPairs;  ///< also those that serve no partial statistic here and are only printed
 };
-MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs);
+
+/// With the fixed matrices of `first`; null: makes them.
+MatrixPairs MakeMatrixPairs(const TestRecord& in, bool allPairs, const MatrixPairs* first);
 
 /// To be called for each new arrangement, before its first block.
 void StartArrangement(MatrixPairs* m);

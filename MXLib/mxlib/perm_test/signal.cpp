@@ -19,8 +19,8 @@ bool IsSymmetric(int n, ConstMatrix<double> s) {
     return true;
 }
 
-std::unique_ptr<SignalOfPairs> MakeSignalOfPairs(int n) {
-    return std::unique_ptr<SignalOfPairs>(
+std::shared_ptr<SignalOfPairs> MakeSignalOfPairs(int n) {
+    return std::shared_ptr<SignalOfPairs>(
         new SignalOfPairs{false, ScopedVector<double>(CountCellsAbove(n)), ScopedVector<double>(n),
                           ScopedVector<double>(static_cast<long>(n) * n), 0.0});
 }
@@ -62,16 +62,15 @@ void PrepareRV(const PhylogeneticSignal& signal, SignalOfPairs* pairs) {
     pairs->scale = 1.0 / std::sqrt(SelfProduct(*signal.sideScores) * SelfProduct(*signal.sideB));
 }
 
-double SumOfLookups(int n, const SignalOfPairs& pairs, const int* at) {
-    double sum = 0.0;
-    const double* above = pairs.above;
-    for (int i = 0; i < n; i++) {
-        const int length = n - 1 - i;
-        const double* row = pairs.phylogeny + static_cast<long>(at[i]) * n;
-        sum += pairs.diagonal[i] * row[at[i]] + GatheredDot(length, at + i + 1, above, row);
-        above += length;
-    }
-    return sum;
+/// What the OTU in place i adds, `row` being its row of the phylogeny.
+double TermOfPlace(int n, const SignalOfPairs& pairs, const int* otuOf, int i, const double* row) {
+    const double* above =
+        pairs.above + static_cast<long>(i) * n - static_cast<long>(i) * (i + 1) / 2;
+    return pairs.diagonal[i] * row[otuOf[i]] + GatheredDot(n - 1 - i, otuOf + i + 1, above, row);
+}
+
+bool AreLookedUp(const PhylogeneticSignal& signal) {
+    return signal.pairs && !signal.pairs->plain && signal.pairs->scale != 0;
 }
 
 std::unique_ptr<CongruenceSide<float>> MakeSide(int measure, int n, int p) {
@@ -79,13 +78,32 @@ std::unique_ptr<CongruenceSide<float>> MakeSide(int measure, int n, int p) {
         new CongruenceSide<float>(MakeCongruenceSide<float>(measure, n, p)));
 }
 
+PhylogeneticSignal MakeRoom(const TestRecord& in) {
+    return {0.0,     nullptr, nullptr, nullptr, nullptr, ScopedVector<const float*>(in.nOTUs),
+            nullptr, nullptr};
+}
+
+void MakeRoomForScores(const TestRecord& in, PhylogeneticSignal* signal) {
+    signal->sideScores = MakeSide(in.opt_ro, in.nOTUs, in.nPhylAxes);
+    signal->scratch.reset(new CongruenceScratch<float>(
+        MakeCongruenceScratch<float>(in.opt_ro, in.nOTUs, in.nTraits, in.nPhylAxes)));
+}
+
+void MakeRoomForPairs(const TestRecord& in, PhylogeneticSignal* signal) {
+    if (AreLookedUp(*signal))
+        signal->terms.reset(new ScopedMatrix<double>(OrdersTogether(in.nOTUs), in.nOTUs));
+    if (signal->pairs && signal->pairs->plain)
+        signal->permutedSf.reset(new ScopedMatrix<double>(in.nOTUs, in.nOTUs));
+}
+
 double ObservedSignal(const TestRecord& in, PhylogeneticSignal* signal) {
     if (in.opt_ro == kMantel) {
         const double correlation = MatrixCorr(in.nOTUs, in.Sb, in.Sf);
         return SignalIsTurned(in) ? -correlation : correlation;
     }
-    NormalizeCols(in.nOTUs, in.nTraits, in.B, signal->normalisedB);
-    SetCongruenceSide<float>(signal->normalisedB, signal->sideB.get());
+    ScopedMatrix<float> normalised(in.nOTUs, in.nTraits);
+    NormalizeCols(in.nOTUs, in.nTraits, in.B, normalised);
+    SetCongruenceSide<float>(normalised, signal->sideB.get());
     SetCongruenceSide<float>(in.PhylScores, signal->sideScores.get());
     return Congruence(*signal->sideB, *signal->sideScores, signal->scratch.get());
 }
@@ -97,24 +115,21 @@ bool SignalIsTurned(const TestRecord& in) {
 }
 
 PhylogeneticSignal MakePhylogeneticSignal(const TestRecord& in) {
-    const bool mantel = in.opt_ro == kMantel;
-    const int n = in.nOTUs;
-    PhylogeneticSignal signal{0.0,
-                              ScopedVector<int>(n),
-                              nullptr,
-                              ScopedMatrix<double>(mantel ? n : 0, n),
-                              ScopedMatrix<float>(mantel ? 0 : n, in.nTraits),
-                              ScopedVector<const float*>(n),
-                              nullptr,
-                              nullptr,
-                              nullptr};
-    if (!mantel) {
-        signal.sideB = MakeSide(in.opt_ro, n, in.nTraits);
-        signal.sideScores = MakeSide(in.opt_ro, n, in.nPhylAxes);
-        signal.scratch.reset(new CongruenceScratch<float>(
-            MakeCongruenceScratch<float>(in.opt_ro, n, in.nTraits, in.nPhylAxes)));
+    PhylogeneticSignal signal = MakeRoom(in);
+    if (in.opt_ro != kMantel) {
+        signal.sideB = MakeSide(in.opt_ro, in.nOTUs, in.nTraits);
+        MakeRoomForScores(in, &signal);
     }
     signal.observed = ObservedSignal(in, &signal);
+    return signal;
+}
+
+PhylogeneticSignal ShareSignal(const TestRecord& in, const PhylogeneticSignal& first) {
+    PhylogeneticSignal signal = MakeRoom(in);
+    signal.pairs = first.pairs;
+    signal.sideB = first.sideB;
+    if (in.opt_ro == kProcrustes) MakeRoomForScores(in, &signal);
+    MakeRoomForPairs(in, &signal);
     return signal;
 }
 
@@ -125,10 +140,25 @@ void PreparePermutedSignal(const TestRecord& in, PhylogeneticSignal* signal) {
         PrepareCorrelation(in, signal->pairs.get());
     else
         PrepareRV(*signal, signal->pairs.get());
+    MakeRoomForPairs(in, signal);
 }
 
-double PermutedSignal(const TestRecord& in, const int* list, PhylogeneticSignal* signal) {
+void SignalsAhead(const Orders& orders, PhylogeneticSignal* signal) {
+    if (!AreLookedUp(*signal)) return;
+    const int n = orders.n;
+    for (int otu = 0; otu < n; otu++) {
+        const double* row = signal->pairs->phylogeny + static_cast<long>(otu) * n;
+        for (int k = 0; k < orders.count; k++) {
+            const int i = orders.placeOf[k][otu];
+            (*signal->terms)[k][i] = TermOfPlace(n, *signal->pairs, orders.otuOf[k], i, row);
+        }
+    }
+}
+
+double PermutedSignal(const TestRecord& in, const Orders& orders, int order,
+                      PhylogeneticSignal* signal) {
     const int n = in.nOTUs;
+    const int* list = orders.lists[order];
     if (in.opt_ro == kProcrustes) {
         for (int i = 0; i < n; i++) signal->permutedScores[i] = in.PhylScores[list[i] - 1];
         SetCongruenceSide<float>(signal->permutedScores, signal->sideScores.get());
@@ -136,10 +166,11 @@ double PermutedSignal(const TestRecord& in, const int* list, PhylogeneticSignal*
     }
     const SignalOfPairs& pairs = *signal->pairs;
     if (pairs.plain) {
-        PermuteBoth<double>(n, list, in.Sf, signal->permutedSf);
-        return MatrixCorr(n, in.Sb, signal->permutedSf);
+        PermuteBoth<double>(n, list, in.Sf, *signal->permutedSf);
+        return MatrixCorr(n, in.Sb, *signal->permutedSf);
     }
-    if (pairs.scale == 0) return 0.0;
-    for (int i = 0; i < n; i++) signal->at[i] = list[i] - 1;
-    return SumOfLookups(n, pairs, signal->at) * pairs.scale;
+    if (!AreLookedUp(*signal)) return 0.0;
+    double sum = 0.0;
+    for (int i = 0; i < n; i++) sum += (*signal->terms)[order][i];
+    return sum * pairs.scale;
 }

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "mxlib/perm_test/orders.h"
 #include "mxlib/perm_test/statistics.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibRes/congruence_kernels.h"
@@ -20,16 +21,16 @@ struct SignalOfPairs {
     double scale;                    ///< 0: one side does not vary
 };
 
+/// What is the same in every order, and a worker's room.
 struct PhylogeneticSignal {
     double observed;
-    ScopedVector<int> at;
-    std::unique_ptr<SignalOfPairs> pairs;
-    ScopedMatrix<double> permutedSf;  ///< for the plain route
-    ScopedMatrix<float> normalisedB;
-    ScopedVector<const float*> permutedScores;
-    std::unique_ptr<CongruenceSide<float>> sideB;  ///< Procrustes and RV
+    std::shared_ptr<SignalOfPairs> pairs;
+    std::shared_ptr<CongruenceSide<float>> sideB;  ///< Procrustes and RV
     std::unique_ptr<CongruenceSide<float>> sideScores;
     std::unique_ptr<CongruenceScratch<float>> scratch;
+    ScopedVector<const float*> permutedScores;
+    std::unique_ptr<ScopedMatrix<double>> terms;       ///< by order: what each place adds
+    std::unique_ptr<ScopedMatrix<double>> permutedSf;  ///< for the plain route
 };
 
 /// A matrix correlation with dissimilarities, whose sign is turned in the observed value only.
@@ -40,4 +41,11 @@ PhylogeneticSignal MakePhylogeneticSignal(const TestRecord& in);
 
 /// What the permutations look up. Sf is complete by then.
 void PreparePermutedSignal(const TestRecord& in, PhylogeneticSignal* signal);
-double PermutedSignal(const TestRecord& in, const int* list, PhylogeneticSignal* signal);
+
+/// For one more worker, with what `first` looks up.
+PhylogeneticSignal ShareSignal(const TestRecord& in, const PhylogeneticSignal& first);
+
+/// For new orders, before PermutedSignal of each of them.
+void SignalsAhead(const Orders& orders, PhylogeneticSignal* signal);
+double PermutedSignal(const TestRecord& in, const Orders& orders, int order,
+                      PhylogeneticSignal* signal);

@@ -10,7 +10,7 @@
 using TestRecord = PermTest_FunctionalPhyl_Correl_Input;
 
 /// The matrices of communities. E, Z and Y are fixed, the others follow the order of the OTUs.
-enum Letter : int { kE, kZ, kY, kT, kX, kP, kR, kF, kLetters };
+enum Letter : int { kE, kZ, kY, kT, kX, kP, kR, kF, kLetters, kFixedLetters = kT };
 
 /// The blocks of a stage, in their order. Each makes the matrix of its own letter.
 enum Block : int { kBlockT, kBlockX, kBlockP, kBlockR, kBlockF, kBlocks };
