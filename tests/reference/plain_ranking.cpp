@@ -5,7 +5,6 @@
 #include <cmath>
 #include <map>
 #include <memory>
-#include <numeric>
 #include <set>
 #include <sstream>
 #include <string>
@@ -73,253 +72,221 @@ std::vector<float> Column(const RankingCase::Rows& rows, int j) {
     return column;
 }
 
-/// A table of communities by its letter, and under the matrix correlation its resemblances.
-template <class Real>
-struct Letter {
-    Grid<Real> m;
-    Grid<double> d;
-};
-
-template <class Real>
-struct Fixed {
-    RankingCase in;
-    int c, n, p, K;
-    bool held;  ///< correlations are held in single precision
-    Grid<Real> W, WUnit;
-    Grid<float> B;
-    std::vector<std::vector<std::vector<float>>> cube;  ///< similarities of OTUs by trait
-    std::map<char, Letter<Real>> letters;               ///< those that no subset changes
-};
-
-bool ByResemblance(const RankingCase& in) {
-    return in.measure == 1 || in.criterion == 14 || in.criterion == 15;
-}
-
-template <class Real>
-Letter<Real> MakeLetter(const RankingCase& in, Grid<Real> m, int option) {
-    Grid<double> d(m.rows, m.rows);
-    if (ByResemblance(in)) NominalReseNonHier(m.rows, m.cols, m.cells, d.cells, option);
-    return {std::move(m), std::move(d)};
-}
-
 constexpr int kEuclidean = 6;
 
+int CountDistinct(const std::vector<int>& labels) {
+    return int(std::set<int>(labels.begin(), labels.end()).size());
+}
+
 template <class Real>
-Letter<Real> Sites(const RankingCase& in, int c) {
-    const int q = c > 0 ? int(in.E[0].size()) : 0;
-    Grid<Real> E(in.E, c, q);
-    const bool mixed =
-        in.kindOfE == 3 || (in.kindOfE == 5 && std::ranges::count(in.variableTypes, 2) > 0);
-    Grid<double> total(c, c), count(c, c);
-    for (int k = 0; k < q && in.kindOfE != 1; k++) {
-        std::vector<float> x = Column(in.E, k);
-        if (!mixed) {
-            std::vector<double> present;
-            std::ranges::copy_if(x, std::back_inserter(present),
-                                 [](float y) { return !IsMissing(y); });
-            const double mean =
-                std::accumulate(present.begin(), present.end(), 0.0) / double(present.size());
-            double squares = 0;
-            for (const double y : present) squares += (y - mean) * (y - mean);
-            for (float& y : x)
-                if (!IsMissing(y))
-                    y = float((double(y) - mean) / (squares > 0 ? std::sqrt(squares) : 1));
+struct Ranking {
+    /// A table of communities, and under the matrix correlation its resemblances.
+    struct Letter {
+        Grid<Real> m;
+        Grid<double> d;
+    };
+
+    RankingCase in;
+    const int c = int(in.W.size()), n = int(in.B.size()), p = int(in.B[0].size());
+    const int K = CountDistinct(in.types);
+    /// Whether correlations are held in single precision.
+    const bool held = std::set{9, 14, 15, 17, 18, 19, 20, 21, 22, 23}.contains(in.criterion);
+    const bool byResemblance = in.measure == 1 || in.criterion == 14 || in.criterion == 15;
+    Grid<Real> W{in.W, c, n}, WUnit{in.W, c, n};
+    Grid<float> B{in.B, n, p};
+    std::vector<Grid<double>> similarities;  ///< of OTUs, by trait, weighted
+    std::map<char, Letter> letters;
+    Selected selected;
+
+    explicit Ranking(const RankingCase& ranking) : in(ranking) {
+        UnitSumRowsAdjMV(c, n, WUnit.cells, W.cells);
+        if (in.unitTotals) UnitSumRowsAdjMV(c, n, W.cells, W.cells);
+        for (int k = 0; k < p; k++) {
+            Grid<double> s =
+                Similarities(Column(in.B, k), in.traitTypes[k], in.doubleAbsences, true);
+            for (int i = 0; i < n; i++)
+                for (int j = 0; j < n; j++)
+                    if (s[i][j] != -999) s[i][j] = double(float(s[i][j] * double(in.weights[k])));
+            similarities.push_back(std::move(s));
         }
-        if (mixed && in.variableTypes[k] == 4) RankVectorAdjMV(c, x.data(), x.data());
-        for (int i = 0; i < c; i++) E[i][k] = Real(x[i]);
-        const Grid<double> s = Similarities(x, in.variableTypes[k], in.doubleAbsences, false);
+        if (in.criterion < 11 || in.criterion > 13) letters.emplace('E', Sites());
+        if (in.criterion >= 11 && in.criterion <= 15) letters.emplace('P', Phylogeny());
+        if constexpr (sizeof(Real) == sizeof(double))
+            if (in.criterion >= 18 && in.criterion <= 23) letters.emplace('Z', Smoothed());
+    }
+
+    Letter Make(Grid<Real> m, int option) {
+        Grid<double> d(c, c);
+        if (byResemblance) NominalReseNonHier(c, m.cols, m.cells, d.cells, option);
+        return {std::move(m), std::move(d)};
+    }
+
+    Letter Sites() {
+        const int q = int(in.E[0].size());
+        Grid<Real> E(in.E, c, q);
+        const bool mixed =
+            in.kindOfE == 3 || (in.kindOfE == 5 && std::ranges::count(in.variableTypes, 2) > 0);
+        Grid<double> total(c, c), count(c, c);
+        for (int k = 0; k < q && in.kindOfE != 1; k++) {
+            std::vector<float> x = Column(in.E, k);
+            if (!mixed) {
+                double sum = 0, present = 0, squares = 0;
+                for (const float y : x)
+                    if (!IsMissing(y)) sum += double(y), present++;
+                const double mean = sum / present;
+                for (const float y : x)
+                    if (!IsMissing(y)) squares += (double(y) - mean) * (double(y) - mean);
+                for (float& y : x)
+                    if (!IsMissing(y))
+                        y = float((double(y) - mean) / (squares > 0 ? std::sqrt(squares) : 1));
+            }
+            if (mixed && in.variableTypes[k] == 4) RankVectorAdjMV(c, x.data(), x.data());
+            for (int i = 0; i < c; i++) E[i][k] = Real(x[i]);
+            const Grid<double> s = Similarities(x, in.variableTypes[k], in.doubleAbsences, false);
+            for (int i = 0; i < c; i++)
+                for (int j = i + 1; j < c; j++)
+                    if (s[i][j] != -999) total[i][j] += s[i][j], count[i][j] += 1;
+        }
         for (int i = 0; i < c; i++)
             for (int j = i + 1; j < c; j++)
-                if (s[i][j] != -999) total[i][j] += s[i][j], count[i][j] += 1;
+                total[i][j] = 1 - (count[i][j] > 0 ? total[i][j] / count[i][j] : 0);
+        if (mixed) return {std::move(E), std::move(total)};
+        Grid<double> d(c, c);
+        const bool missingCounts = in.criterion == 14 || in.criterion == 15;
+        missingCounts ? EucliDist(c, q, E.cells, d.cells) : EucliDistMV(c, q, E.cells, d.cells);
+        return {std::move(E), std::move(d)};
     }
-    for (int i = 0; i < c; i++)
-        for (int j = i + 1; j < c; j++)
-            total[i][j] = 1 - (count[i][j] > 0 ? total[i][j] / count[i][j] : 0);
-    if (mixed) return {std::move(E), std::move(total)};
-    Grid<double> d(c, c);
-    const bool missingCounts = in.criterion == 14 || in.criterion == 15;
-    missingCounts ? EucliDist(c, q, E.cells, d.cells) : EucliDistMV(c, q, E.cells, d.cells);
-    return {std::move(E), std::move(d)};
-}
 
-template <class Real>
-Letter<Real> Phylogeny(const Fixed<Real>& f) {
-    Grid<Real> F(f.n, f.n);
-    for (int i = 0; i < f.n; i++) std::copy_n(f.in.F[i].begin(), f.n, F[i]);
-    const int taxa = int(std::set<int>(f.in.taxa.begin(), f.in.taxa.end()).size());
-    Grid<Real> Q(f.n, taxa);
-    PlainFuzzyBelonging(f.n, taxa, F.cells, f.in.taxa.data(), Q.cells, !f.in.similarF);
-    return MakeLetter(f.in, Product(f.W, Q), f.in.resemblance);
-}
+    Letter Phylogeny() {
+        const int taxa = CountDistinct(in.taxa);
+        Grid<Real> F(n, n), Q(n, taxa);
+        for (int i = 0; i < n; i++) std::copy_n(in.F[i].begin(), n, F[i]);
+        PlainFuzzyBelonging(n, taxa, F.cells, in.taxa.data(), Q.cells, !in.similarF);
+        return Make(Product(W, Q), in.resemblance);
+    }
 
-/// By joint performances as odds (criteria 18 to 20) or by conditional performances (21 to 23).
-Letter<double> Smoothed(const Fixed<double>& f) {
-    const bool odds = f.in.criterion <= 20;
-    Grid<double> Z(f.c, f.n), M(f.n, f.n), shares(f.c, f.n);
-    for (int i = 0; i < f.c; i++) std::copy_n(f.W[i], f.n, shares[i]);
-    UnitSumRowsAdjMV(f.c, f.n, shares.cells, shares.cells);
-    PlainConditionalProb(f.c, f.n, f.W.cells, M.cells, odds ? 2 : 1, odds);
-    if (f.in.target) return MakeLetter(f.in, Product(shares, M), f.in.resemblance);
-    PlainBealsWithoutTarget(f.c, f.n, f.W.cells, f.W.cells, Z.cells, odds ? 2 : 1, odds);
-    return MakeLetter(f.in, std::move(Z), f.in.resemblance);
-}
+    /// By joint performances as odds (criteria 18 to 20) or by conditional ones (21 to 23).
+    Letter Smoothed() {
+        const bool odds = in.criterion <= 20;
+        Grid<double> Z(c, n), M(n, n), shares(c, n);
+        UnitSumRowsAdjMV(c, n, shares.cells, W.cells);
+        PlainConditionalProb(c, n, W.cells, M.cells, odds ? 2 : 1, odds);
+        if (in.target) return Make(Product(shares, M), in.resemblance);
+        PlainBealsWithoutTarget(c, n, W.cells, W.cells, Z.cells, odds ? 2 : 1, odds);
+        return Make(std::move(Z), in.resemblance);
+    }
 
-template <class Real>
-Fixed<Real> Prepare(const RankingCase& in) {
-    const bool held = std::set{9, 14, 15, 17, 18, 19, 20, 21, 22, 23}.contains(in.criterion);
-    const int c = int(in.W.size()), n = int(in.B.size()), p = int(in.B[0].size());
-    const int K = int(std::set<int>(in.types.begin(), in.types.end()).size());
-    Fixed<Real> f{in,           c,  n, p, K, held, Grid<Real>(in.W, c, n), Grid<Real>(in.W, c, n),
-                  {in.B, n, p}, {}, {}};
-    UnitSumRowsAdjMV(c, n, f.WUnit.cells, f.W.cells);
-    if (in.unitTotals) UnitSumRowsAdjMV(c, n, f.W.cells, f.W.cells);
-    f.cube.assign(n, std::vector<std::vector<float>>(n, std::vector<float>(p)));
-    for (int k = 0; k < p; k++) {
-        const Grid<double> s =
-            Similarities(Column(in.B, k), in.traitTypes[k], in.doubleAbsences, true);
+    Grid<float> SimilaritiesOfOTUs() {
+        Grid<float> S(n, n);
         for (int i = 0; i < n; i++)
-            for (int j = 0; j < n; j++)
-                f.cube[i][j][k] = s[i][j] == -999 ? -999 : float(s[i][j] * double(in.weights[k]));
+            for (int j = i; j < n; j++) {
+                double sum = 0, count = 0;
+                for (int k = 0; k < p; k++)
+                    if (selected[k] == 1 && similarities[k][i][j] != -999)
+                        sum += similarities[k][i][j], count++;
+                S[i][j] = S[j][i] = i == j ? 1 : count > 0 ? float(sum) / float(count) : -999;
+            }
+        return S;
     }
-    if (in.criterion < 11 || in.criterion > 13) f.letters.emplace('E', Sites<Real>(in, c));
-    if (in.criterion >= 11 && in.criterion <= 15) f.letters.emplace('P', Phylogeny(f));
-    if constexpr (sizeof(Real) == sizeof(double))
-        if (in.criterion >= 18 && in.criterion <= 23) f.letters.emplace('Z', Smoothed(f));
-    return f;
-}
 
-template <class Real>
-struct Subset {
-    const Fixed<Real>& f;
-    const Selected& selected;
-    std::map<char, Letter<Real>> letters = {};
-};
+    Grid<float> Belonging() {
+        const std::set<int> labels(in.types.begin(), in.types.end());
+        Grid<float> U(n, K);
+        for (int i = 0; i < n; i++)
+            U[i][std::distance(labels.begin(), labels.find(in.types[i]))] = 1;
+        if (in.fuzzy)
+            PlainFuzzyBelonging(n, K, SimilaritiesOfOTUs().cells, in.types.data(), U.cells, false);
+        return U;
+    }
 
-Grid<float> SimilaritiesOfOTUs(const auto& s) {
-    const auto& f = s.f;
-    Grid<float> S(f.n, f.n);
-    for (int i = 0; i < f.n; i++)
-        for (int j = i; j < f.n; j++) {
-            double sum = 0, count = 0;
-            for (int k = 0; k < f.p; k++)
-                if (s.selected[k] == 1 && f.cube[i][j][k] != -999)
-                    sum += double(f.cube[i][j][k]), count++;
-            S[i][j] = S[j][i] = i == j ? 1 : count > 0 ? float(sum) / float(count) : -999;
+    /// Between the first K OTUs and types.
+    Grid<Real> DarkDiversity() {
+        const Grid<Real>& X = Of('X').m;
+        Grid<Real> dark(c, 1);
+        for (int i = 0; i < c; i++) {
+            Real totalW = 0, totalX = 0;
+            for (int k = 0; k < K; k++) totalW += W[i][k], totalX += X[i][k];
+            for (int k = 0; k < K && totalW > 0 && totalX > 0; k++)
+                dark[i][0] += std::fabs(W[i][k] / totalW - X[i][k] / totalX) / 2;
         }
-    return S;
-}
-
-Grid<float> Belonging(const auto& s) {
-    const auto& f = s.f;
-    const std::set<int> labels(f.in.types.begin(), f.in.types.end());
-    Grid<float> U(f.n, f.K);
-    for (int i = 0; i < f.n; i++)
-        U[i][std::distance(labels.begin(), labels.find(f.in.types[i]))] = 1;
-    if (f.in.fuzzy)
-        PlainFuzzyBelonging(f.n, f.K, SimilaritiesOfOTUs(s).cells, f.in.types.data(), U.cells,
-                            false);
-    return U;
-}
-
-template <class Real>
-const Letter<Real>& Of(char letter, Subset<Real>* s);
-
-/// Between the first K OTUs and types.
-template <class Real>
-Grid<Real> DarkDiversity(Subset<Real>* s) {
-    const Fixed<Real>& f = s->f;
-    const Grid<Real>& X = Of('X', s).m;
-    Grid<Real> dark(f.c, 1);
-    for (int i = 0; i < f.c; i++) {
-        Real totalW = 0, totalX = 0;
-        for (int k = 0; k < f.K; k++) totalW += f.W[i][k], totalX += X[i][k];
-        for (int k = 0; k < f.K && totalW > 0 && totalX > 0; k++)
-            dark[i][0] += std::fabs(f.W[i][k] / totalW - X[i][k] / totalX) / 2;
+        return dark;
     }
-    return dark;
-}
 
-template <class Real>
-Letter<Real> MakeOfSubset(char letter, Subset<Real>* s) {
-    const Fixed<Real>& f = s->f;
-    if (letter == 'T') {
-        Grid<Real> T = Product(f.WUnit, f.B);
-        for (int i = 0; i < f.c; i++)
-            for (int k = 0; k < f.p; k++) T[i][k] *= Real(s->selected[k] == 1);
-        NormalizeCols(f.c, f.p, T.cells, T.cells);
-        return MakeLetter(f.in, std::move(T), f.in.criterion >= 16 ? kEuclidean : f.in.resemblance);
+    Letter MakeOfSubset(char letter) {
+        if (letter == 'T') {
+            Grid<Real> T = Product(WUnit, B);
+            for (int i = 0; i < c; i++)
+                for (int k = 0; k < p; k++) T[i][k] *= Real(selected[k] == 1);
+            NormalizeCols(c, p, T.cells, T.cells);
+            return Make(std::move(T), in.criterion >= 16 ? kEuclidean : in.resemblance);
+        }
+        if (letter == 'X') return Make(Product(W, Belonging()), in.resemblance);
+        if (letter == 'S') return Make(DarkDiversity(), kEuclidean);
+        const Grid<float> S = SimilaritiesOfOTUs();
+        Grid<Real> R(c, 1);
+        for (int i = 0; i < c; i++) {
+            const std::vector<double> w(W[i], W[i] + K);
+            R[i][0] = Real(PlainRao<float>(K, w.data(), S.cells, false, in.squareRoots));
+        }
+        return Make(std::move(R), 8);
     }
-    if (letter == 'X') return MakeLetter(f.in, Product(f.W, Belonging(*s)), f.in.resemblance);
-    if (letter == 'S') return MakeLetter(f.in, DarkDiversity(s), kEuclidean);
-    const Grid<float> S = SimilaritiesOfOTUs(*s);
-    Grid<Real> R(f.c, 1);
-    for (int i = 0; i < f.c; i++) {
-        const std::vector<double> w(f.W[i], f.W[i] + f.K);
-        R[i][0] = Real(PlainRao<float>(f.K, w.data(), S.cells, false, f.in.squareRoots));
+
+    const Letter& Of(char letter) {
+        if (!letters.contains(letter)) {
+            Letter made = MakeOfSubset(letter);
+            letters.emplace(letter, std::move(made));
+        }
+        return letters.at(letter);
     }
-    return MakeLetter(f.in, std::move(R), 8);
-}
 
-template <class Real>
-const Letter<Real>& Of(char letter, Subset<Real>* s) {
-    const auto fixed = s->f.letters.find(letter);
-    if (fixed != s->f.letters.end()) return fixed->second;
-    if (!s->letters.contains(letter)) {
-        Letter<Real> made = MakeOfSubset(letter, s);
-        s->letters.emplace(letter, std::move(made));
+    double Coefficient(const Grid<Real>& a, const Grid<Real>& b) {
+        if (in.measure == 2) return double(PlainProcrustes(c, a.cols, b.cols, a.cells, b.cells));
+        return PlainRV(c, a.cols, b.cols, a.cells, b.cells);
     }
-    return s->letters.at(letter);
-}
 
-double Coefficient(const RankingCase& in, const auto& a, const auto& b) {
-    if (in.measure == 2) return double(PlainProcrustes(a.rows, a.cols, b.cols, a.cells, b.cells));
-    return PlainRV(a.rows, a.cols, b.cols, a.cells, b.cells);
-}
-
-double Pair(char a, char b, auto* s) {
-    const auto& A = Of(a, s);
-    const auto& B = Of(b, s);
-    double r = 0;
-    if (!ByResemblance(s->f.in))
-        r = Coefficient(s->f.in, A.m, B.m);
-    else if (s->f.c == 2 && a != 'R' && a != 'S')
-        r = SmallSampleCongruence(A.d[0][1], B.d[0][1]);
-    else
-        r = MatrixCorr(s->f.c, A.d.cells, B.d.cells);
-    return s->f.held ? double(float(r)) : r;
-}
-
-/// The columns of T in use, then R if it is removed too.
-double PartialOfTables(char a, char b, bool withR, Subset<double>* s) {
-    const Fixed<double>& f = s->f;
-    const Grid<double>& A = Of(a, s).m;
-    const Grid<double>& B = Of(b, s).m;
-    const Grid<double>& T = Of('T', s).m;
-    Grid<double> C(f.c, f.p + 1), rA(f.c, A.cols), rB(f.c, B.cols);
-    int used = 0;
-    for (int k = 0; k < f.p; k++) {
-        if (s->selected[k] != 1) continue;
-        for (int i = 0; i < f.c; i++) C[i][used] = T[i][k];
-        used++;
+    double Pair(char a, char b) {
+        const Letter &A = Of(a), &B = Of(b);
+        const double r = !byResemblance ? Coefficient(A.m, B.m)
+                         : c == 2 && a != 'R' && a != 'S'
+                             ? SmallSampleCongruence(A.d[0][1], B.d[0][1])
+                             : MatrixCorr(c, A.d.cells, B.d.cells);
+        return held ? double(float(r)) : r;
     }
-    for (int i = 0; i < f.c && withR; i++) C[i][used] = Of('R', s).m[i][0];
-    if (withR) used++;
-    PlainComponentResiduals(f.c, A.cols, used, A.cells, C.cells, rA.cells, 2, f.in.overfit);
-    PlainComponentResiduals(f.c, B.cols, used, B.cells, C.cells, rB.cells, 2, f.in.overfit);
-    return Coefficient(f.in, rA, rB);
-}
 
-/// "AB", or "AB.T" and "AB.TR": partial.
-template <class Real>
-double Statistic(const std::string& name, Subset<Real>* s) {
-    const char a = name[0], b = name[1];
-    if (name.size() == 2) return Pair(a, b, s);
-    if constexpr (sizeof(Real) == sizeof(double))
-        if (!ByResemblance(s->f.in)) return PartialOfTables(a, b, name.ends_with("R"), s);
-    const double ab = Pair(a, b, s), ac = Pair(a, 'T', s), bc = Pair(b, 'T', s);
-    return s->f.held ? double(PartialCorrelation(float(ab), float(ac), float(bc)))
-                     : PartialCorrelation(ab, ac, bc);
-}
+    /// The columns of T in use, then R if it is removed too.
+    double PartialOfTables(const Grid<double>& A, const Grid<double>& B, bool withR) {
+        Grid<double> C(c, p + 1), rA(c, A.cols), rB(c, B.cols);
+        int used = 0;
+        for (int k = 0; k < p + withR; k++) {
+            if (k < p && selected[k] != 1) continue;
+            for (int i = 0; i < c; i++) C[i][used] = k < p ? Of('T').m[i][k] : Of('R').m[i][0];
+            used++;
+        }
+        PlainComponentResiduals(c, A.cols, used, A.cells, C.cells, rA.cells, 2, in.overfit);
+        PlainComponentResiduals(c, B.cols, used, B.cells, C.cells, rB.cells, 2, in.overfit);
+        return Coefficient(rA, rB);
+    }
+
+    /// "AB", or "AB.T" and "AB.TR": partial.
+    double Statistic(const std::string& name) {
+        const char a = name[0], b = name[1];
+        if (name.size() == 2) return Pair(a, b);
+        if constexpr (sizeof(Real) == sizeof(double))
+            if (!byResemblance) return PartialOfTables(Of(a).m, Of(b).m, name.ends_with("R"));
+        const double ab = Pair(a, b), ac = Pair(a, 'T'), bc = Pair(b, 'T');
+        return held ? double(PartialCorrelation(float(ab), float(ac), float(bc)))
+                    : PartialCorrelation(ab, ac, bc);
+    }
+
+    double Rate(const Selected& subset, const std::string& statistics) {
+        for (const char letter : {'T', 'X', 'S', 'R'}) letters.erase(letter);
+        selected = subset;
+        std::istringstream names(statistics);
+        Real value = 1;
+        for (std::string name; names >> name;) value *= Real(Statistic(name));
+        return double(value);
+    }
+};
 
 /// What is rated, products of two with a blank between.
 const std::map<int, std::string> kStatistics = {
@@ -329,13 +296,9 @@ const std::map<int, std::string> kStatistics = {
 
 template <class Real>
 auto Rating(const RankingCase& in) {
-    const auto fixed = std::make_shared<Fixed<Real>>(Prepare<Real>(in));
-    return [fixed, statistics = kStatistics.at(in.criterion)](const Selected& selected) {
-        Subset<Real> subset{*fixed, selected};
-        std::istringstream names(statistics);
-        Real value = 1;
-        for (std::string name; names >> name;) value *= Real(Statistic(name, &subset));
-        return double(value);
+    const auto ranking = std::make_shared<Ranking<Real>>(in);
+    return [ranking, statistics = kStatistics.at(in.criterion)](const Selected& selected) {
+        return ranking->Rate(selected, statistics);
     };
 }
 
