@@ -149,6 +149,7 @@ TEST_F(Import, KindsAreFoundAndTold) {
           "  rank: ordinal, 1 to 3\n", "  soil: nominal, 1 = x; 2 = y; 3 = z\n",
           "richest 'c' with 3 OTUs, poorest 'b' with 1 OTU\n", "3 OTUs: 'Poa annua' to 'Stipa'\n"})
         EXPECT_TRUE(Contains(run.out, line)) << line;
+    EXPECT_FALSE(Contains(run.out, "Types of the OTUs"));
     std::strcpy(whichFormda, "sFormda.txt");
     OpenFormda(1);
     EXPECT_EQ(Cells(csm_Float, 3, 3), (std::vector<float>{1.5, 0, 0, -999, 1, 0, 5, 0, 1}));

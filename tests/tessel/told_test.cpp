@@ -65,7 +65,7 @@ struct Told : ExampleSession {
         const std::string begin = verb == "found"    ? "Looks wrong: "
                                   : verb == "warned" ? "TESSEL: warning: "
                                                      : "TESSEL: ";
-        const std::string& text = verb == "found" ? run.out : run.err;
+        const std::string text = verb == "found" ? run.out : run.err + run.out;
         const int number = std::stoi(parts[5]);
         EXPECT_EQ(run.status, verb == "refused" ? number : 0);
         EXPECT_EQ(Count(run.err, "\n"), Count(run.err, "TESSEL: "));
