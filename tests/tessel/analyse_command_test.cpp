@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <regex>
+#include <valarray>
 
 #include "mxlibDim/terminal.h"
 #include "tessel/example_session.h"
@@ -286,6 +287,48 @@ TEST_F(AnalyseCommand, TablesHoldWhatTheReportPrints) {
     for (int i = 2; i < 20; i++)
         EXPECT_NEAR(NumberOf(DX[i][1]),
                     std::sqrt(2 - 2 * dot(i, 1) / std::sqrt(dot(i, i) * dot(1, 1))), 1e-7);
+}
+
+// By what defines principal components: X X' a = |a|^2 a for an axis a of the centred table X; by
+// products of columns for the traits, of communities for the types, of which there are more.
+TEST_F(AnalyseCommand, OrdinationsArePrincipalComponents) {
+    WriteFiles(folder_, Session("aravo"));
+    ASSERT_EQ(RunCommand("analyse aravo --quiet --iterations 1").status, 0);
+    for (const std::string letter : {"T", "X"}) {
+        const auto table = CellsOf(folder_.Read("aravoTables/" + letter + ".csv"));
+        const auto rows = CellsOf(folder_.Read("aravoTables/ordination" + letter + ".csv"));
+        const std::size_t n = table.size() - 1, p = table[0].size() - 1;
+        using Numbers = std::valarray<double>;
+        const auto centred = [&](const std::vector<Texts>& cells, std::size_t row, std::size_t j) {
+            Numbers x(n);
+            for (std::size_t i = 0; i < n; i++) x[i] = NumberOf(cells[row + i][j]);
+            return Numbers(x - x.sum() / double(n));
+        };
+        std::vector<Numbers> columns;
+        double total = 0;
+        for (std::size_t j = 1; j <= p; j++) {
+            Numbers x = centred(table, 1, j);
+            if (letter == "T") x /= std::sqrt((x * x).sum());
+            total += (x * x).sum();
+            columns.push_back(x);
+        }
+        for (const std::size_t k : {2, 3}) {
+            const Numbers axis = centred(rows, 2, k);
+            const double inertia = (axis * axis).sum();
+            EXPECT_NEAR(NumberOf(rows[1][k]), inertia / total, 1e-6);
+            Numbers back(n), products(p);
+            for (std::size_t j = 0; j < p; j++) {
+                const Numbers& x = columns[j];
+                products[j] = (x * axis).sum();
+                back += products[j] * x;
+                EXPECT_NEAR(NumberOf(rows[n + 2 + j][k]),
+                            products[j] / std::sqrt(inertia * (x * x).sum()), 1e-6);
+            }
+            EXPECT_LT(abs(back - inertia * axis).max(), 1e-6 * inertia * abs(axis).max());
+            EXPECT_EQ(products.max(), abs(products).max());
+        }
+        EXPECT_GT(NumberOf(rows[1][2]), NumberOf(rows[1][3]));
+    }
 }
 
 TEST_F(AnalyseCommand, SettingsRepeatTheRun) {

@@ -110,7 +110,10 @@ TEST_F(RankCommand, TestOfOneSubsetIsThatOfTheAnalysis) {
     WriteFiles(folder_, Session("aravo"));
     const auto probability = [&](const std::string& file, const std::string& row) {
         for (const Texts& cells : CellsOf(folder_.Read(file)))
-            if (cells[0] == row) return cells[cells.size() > 10 ? 2 : 3];
+            if (cells[0] == row) {
+                const std::size_t at = cells.size() > 10 ? 2 : 3;
+                return cells[at] + " of " + cells[at + 1];
+            }
         return std::string();
     };
     for (const std::string settings :

@@ -60,7 +60,8 @@ TEST_F(SimulateCommand, FilesAreThoseOfTheDialogue) {
            "data-sets = 2\niterations = 20\nresemblance = chord\ndetails = yes\ntails = one\n"
            "beals-target = no\n"},
           {"", "y\n3\n" + types + "0\n20\n0\n2\n7\n2\n2\n0 1\ny\nn\n2\n1 0 0 0 1 0\n.1\n",
-           "data-sets = 3\niterations = 20\nbelonging = crisp\ncongruence = procrustes\n"
+           "tables = no\ndata-sets = 3\niterations = 20\nbelonging = crisp\ncongruence = "
+           "procrustes\n"
            "traits-in-use = woody\npredictors-in-use = [\"light:soil\", water]\nalpha = 0.1\n"},
           {"S\nO\n3\nC\n",
            "y\n2\n" + types + "1\n9\n1\nk\n1 1 1 1 2 2 2 2\n2\n7\n3\n1\ny\ny\n1\n.05\n",
@@ -77,12 +78,16 @@ TEST_F(SimulateCommand, FilesAreThoseOfTheDialogue) {
         tables["groups.csv"] =
             "otu,group\nFagus,b\nPoa,a\nCarex,a\nStipa,a\nBriza,a\nIlex; low,b\nRosa,b\nSalix,b\n";
         tables["groups.csv"] = Replaced(tables["groups.csv"], "Ilex; low", "\"Ilex, low\"");
-        auto made = FilesOf(tables, folder_, [] {
+        const bool wanted = !Contains(options, "tables = no");
+        auto made = FilesOf(tables, folder_, [&] {
             const CommandRun run = RunCommand("simulate world.toml");
             EXPECT_EQ(run.status, 0) << run.err;
             EXPECT_EQ(run.err, "");
+            EXPECT_EQ(Contains(run.out, "Tables: "), wanted);
         });
-        std::erase_if(made, [](const auto& file) { return Contains(file.first, "/"); });
+        EXPECT_EQ(wanted, std::erase_if(made, [](const auto& file) {
+                              return Contains(file.first, "/");
+                          }) > 0);
         EXPECT_EQ(made, expected) << options;
     }
 }
