@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kSettings = "settings.toml";
+constexpr const char* kUnderWay = "unfinished.tmp";  // the folder of a run's own
 
 }  // namespace
 
@@ -41,14 +42,29 @@ ResultFolder::ResultFolder(const std::string& tables, const std::string& own, bo
     for (const std::string& table : all_)
         RefuseToOverwrite((fs::path(path_) / table).string(), force);
     std::error_code error;
-    fs::create_directories(path_, error);
-    if (error || !fs::is_directory(path_, error))
+    const fs::path underWay = fs::path(path_) / kUnderWay;
+    isNew_ = fs::create_directories(path_, error);
+    if (!error) lock_.emplace(underWay.string() + ".lock");
+    if (lock_ && lock_->IsTaken())
+        FailRun(path_ + ": another run writes its tables there: give another folder by --tables");
+    // A run that was killed may have left its own.
+    fs::remove_all(underWay, error);
+    fs::create_directory(underWay, error);
+    if (error)
         FailRun(path_ + ": the folder for the tables cannot be made: give another by --tables");
+}
+
+ResultFolder::~ResultFolder() {
+    if (!IsWanted()) return;
+    std::error_code ignored;
+    fs::remove_all(fs::path(path_) / kUnderWay, ignored);
+    lock_.reset();
+    if (isNew_) fs::remove(path_, ignored);  // when nothing stands in it
 }
 
 std::string ResultFolder::Table(const std::string& name) {
     written_.push_back(name);
-    return (fs::path(path_) / name).string();
+    return (fs::path(path_) / kUnderWay / name).string();
 }
 
 void ResultFolder::Finish(const CLI::App& command) {
@@ -58,8 +74,14 @@ void ResultFolder::Finish(const CLI::App& command) {
     if (settings == nullptr) FailRun(path + ": the settings cannot be written there");
     std::fputs(SettingsOf(command).c_str(), settings);
     if (!settings.Commit()) FailRun(path + ": the settings could not be written whole");
-    std::error_code ignored;
-    for (const std::string& table : all_)
-        if (std::find(written_.begin(), written_.end(), table) == written_.end())
-            fs::remove(fs::path(path_) / table, ignored);
+    for (const std::string& table : all_) {
+        const bool isWritten = std::find(written_.begin(), written_.end(), table) != written_.end();
+        const fs::path place = fs::path(path_) / table;
+        std::error_code error;
+        if (isWritten)
+            fs::rename(fs::path(path_) / kUnderWay / table, place, error);
+        else
+            fs::remove(place, error);
+        if (error) FailRun(place.string() + ": " + error.message());
+    }
 }

@@ -181,3 +181,29 @@ TEST(FailingStreams, AnEndInTheMiddleKeepsTheOldFile) {
     EXPECT_EQ(folder.Read("FinalSimulatedData.txt"), kOld);
     ExpectNoneUnderWay(folder);
 }
+
+// Tables of a run that failed stood beside those of the run before, and kept a second try out.
+TEST(FailingStreams, TablesAreAllOfOneRun) {
+    const TempFolder folder;
+    WriteFiles(folder, GoodFiles());
+    const auto analyse = [&](const std::string& options) {
+        std::filesystem::remove(folder.File("oldPrinda.txt"));
+        return std::system(("cd '" + folder.path().string() + "' && '" TESSEL_PROGRAM "' analyse " +
+                            "old --iterations 2 --quiet --seed 1 " + options + " 2>err")
+                               .c_str());
+    };
+    const std::string X = "oldTables/X.csv";
+    for (const bool isLater : {false, true}) {
+        const std::string before = folder.Read(X);
+        EXPECT_EQ(before.empty(), !isLater);
+        {
+            const Failure failure("write", "statistics.csv", 1, ENOSPC);
+            EXPECT_NE(analyse("--standardise no --force"), 0);
+        }
+        EXPECT_TRUE(Contains(folder.Read("err"), "statistics.csv")) << folder.Read("err");
+        EXPECT_EQ(folder.Read(X), before);
+        EXPECT_EQ(analyse(isLater ? "--standardise no --force" : ""), 0);
+        EXPECT_NE(folder.Read(X), before);
+        EXPECT_FALSE(folder.Has("oldTables/unfinished.tmp"));
+    }
+}
