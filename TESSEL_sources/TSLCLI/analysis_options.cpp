@@ -7,14 +7,14 @@
 #include <climits>
 #include <cstring>
 #include <ctime>
-#include <map>
 #include <span>
 
 #include "TSLCHORD/criteria.h"
 #include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
-#include "TSLCLI/name_matching.h"
+#include "TSLCLI/named_items.h"
 #include "TSLCLI/otu_group_file.h"
+#include "TSLCLI/trait_groups.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
@@ -235,55 +235,19 @@ class Settings {
         if (opt_ro == kMantel) whichObj = 'r';
     }
 
-    /// By its full name or its label; -1 for none.
-    int FindTrait(const std::string& name) const {
-        for (int k = 0; k < nch; k++)
-            if (name == names_.traits[k]) return k;
-        for (int k = 0; k < nch; k++)
-            if (name == chLabel[k]) return k;
-        return -1;
-    }
-
-    int TraitNamed(const std::string& name, const char* option) const {
-        const int trait = FindTrait(name);
-        if (trait < 0)
-            FailUsage(std::string(option) + ": the session has no trait " + Quoted(name) +
-                      NearestTo(name, names_.traits));
-        return trait;
-    }
-
-    /// Names that commas part, unless a name has the commas itself.
     std::vector<int> IncludedTraits() const {
         std::vector<int> included(nch, options_.traits.empty() ? 1 : 0);
-        for (const std::string& list : options_.traits) {
-            const std::vector<std::string> listed = FindTrait(list) >= 0
-                                                        ? std::vector<std::string>{list}
-                                                        : CLI::detail::split(list, ',');
-            for (const std::string& name : listed)
-                included[TraitNamed(name, TraitsOption(isSimulation_))] = 1;
-        }
+        for (const int trait : PlacesOfOption(TraitsOption(isSimulation_), "trait", options_.traits,
+                                              names_.traits, chLabel))
+            included[trait] = 1;
         return included;
-    }
-
-    /// Traits that are not named are groups of their own.
-    void TakeTraitGroups() const {
-        for (int k = 0; k < nch; k++) traitGroups[k] = -1 - k;
-        std::map<std::string, int> numbers;
-        for (const std::string& pair : options_.traitGroups) {
-            const std::size_t sign = pair.rfind('=');
-            if (sign == std::string::npos)
-                FailUsage("--trait-groups " + pair + ": takes trait=group");
-            const int number = static_cast<int>(numbers.size());
-            const auto group = numbers.emplace(pair.substr(sign + 1), number).first;
-            traitGroups[TraitNamed(pair.substr(0, sign), "--trait-groups")] = group->second;
-        }
     }
 
     void SettleTraitsAndWeights() const {
         const std::vector<int> included = IncludedTraits();
         SettleTraits(included.data());
         if (!options_.traitGroups.empty())
-            TakeTraitGroups();
+            TakeTraitGroups(options_.traitGroups, names_.traits);
         else if (!options_.weightByGroups)
             return WarnOfAveragedCodes();
         else if (hasTraitGroups == 0)
@@ -348,7 +312,7 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
         .Words("--weight-by-groups", &o->weightByGroups, kYesNo,
                "Weigh traits by the sizes of the session's groups of traits")
         .List("--trait-groups", &o->traitGroups,
-              "trait=group: weigh traits by the sizes of these groups")
+              "Weigh traits by the sizes of these groups: trait=group,trait=group")
         .Words("--standardise", &o->standardise, kYesNo, "Bring communities to unit totals")
         .Words("--double-absence", &o->doubleAbsence, kYesNo,
                "Count matching absences of binary traits as similarity")

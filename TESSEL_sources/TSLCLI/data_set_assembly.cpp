@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/number_cells.h"
+#include "TSLCLI/trait_groups.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIFFM2/formda_versions.h"
@@ -64,34 +64,6 @@ void DropEmptyRowsAndColumns(ImportTables* tables, const std::vector<bool>& otuI
     tcst = otus;
     ncsm = static_cast<int>(tables->sites.size());
     if (tcst == 0) FailRun("every quantity in the table of communities is 0");
-}
-
-void TakeTraitGroups(const Names& given, const Names& traits) {
-    hasTraitGroups = given.empty() ? 0 : 1;
-    std::map<std::string, std::string> groupOf;
-    for (const std::string& text : NamesAsGiven(given, {})) {
-        const std::size_t at = text.rfind('=');
-        const std::string trait = text.substr(0, at);
-        if (at == std::string::npos || at + 1 == text.size())
-            FailUsage("--trait-groups: " + Quoted(text) + " is not of the form trait=group");
-        if (std::find(traits.begin(), traits.end(), trait) == traits.end())
-            FailUsage("--trait-groups: no trait is named " + Quoted(trait) +
-                      NearestTo(trait, traits));
-        if (!groupOf.emplace(trait, text.substr(at + 1)).second)
-            FailUsage("--trait-groups: " + Quoted(trait) + " is given twice");
-    }
-    // A trait of no group is one of its own.
-    std::map<std::string, int> numbers;
-    int last = 0;
-    for (int k = 0; k < nch; k++) {
-        const auto group = groupOf.find(traits[k]);
-        if (group == groupOf.end())
-            traitGroups[k] = ++last;
-        else if (const auto [number, isNew] = numbers.emplace(group->second, last + 1); isNew)
-            traitGroups[k] = ++last;
-        else
-            traitGroups[k] = number->second;
-    }
 }
 
 void TakeTraits(const std::vector<Variable>& traits, const Names& names) {
@@ -188,6 +160,7 @@ FullNames TakeOtherTables(const ImportTables& tables, const ImportSettings& sett
         ReadVariables(tables.traits, PlacesAmong(tables.otus, tables.traits.rowNames),
                       settings.kinds, MissingCells::kAllowed);
     TakeTraits(traits, tables.traits.columnNames);
+    hasTraitGroups = settings.traitGroups.empty() ? 0 : 1;
     TakeTraitGroups(settings.traitGroups, tables.traits.columnNames);
     TakeSpecies(tables);
     TakePhylogeny(tables, settings.areSimilarities);

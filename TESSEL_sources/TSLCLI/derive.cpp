@@ -12,7 +12,6 @@
 #include "TSLCLI/commands.h"
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
-#include "TSLCLI/name_matching.h"
 #include "TSLCLI/named_items.h"
 #include "TSLCLI/names.h"
 #include "TSLCLI/new_communities.h"
@@ -34,13 +33,12 @@ struct Options {
 };
 
 /// The places of the wanted items in the order in which they are wanted; all without any.
-Selection Chosen(const char* option, const Names& wanted, const Names& names,
+Selection Chosen(const char* option, const char* what, const Names& wanted, const Names& names,
                  const char* const* labels) {
     Selection chosen(names.size());
     std::iota(chosen.begin(), chosen.end(), 0);
     if (wanted.empty()) return chosen;
-    RequireDistinct({option, &wanted}, "item");
-    return PlacesOfNames(option, wanted, names, labels);
+    return PlacesOfOption(option, what, wanted, names, labels);
 }
 
 std::vector<FullNames::Codes> CodesOf(const std::vector<FullNames::Codes>& codes,
@@ -63,10 +61,12 @@ void Derive(const Options& o) {
     if (!opening.errors.empty()) Warn("the record of " + o.from + " is damaged: " + opening.errors);
     FullNames names = ReadNames(o.from);
     Derivation derivation;
-    derivation.traits = Chosen("--traits", o.traits, names.traits, chLabel);
-    derivation.otus = Chosen("--otus", o.otus, names.otus, nullptr);
-    derivation.communities = Chosen("--communities", o.communities, names.communities, reLabel);
-    derivation.variables = Chosen("--variables", o.variables, names.variables, envLabel);
+    derivation.traits = Chosen("--traits", "trait", o.traits, names.traits, chLabel);
+    derivation.otus = Chosen("--otus", "OTU", o.otus, names.otus, nullptr);
+    derivation.communities =
+        Chosen("--communities", "community", o.communities, names.communities, reLabel);
+    derivation.variables =
+        Chosen("--variables", "variable", o.variables, names.variables, envLabel);
     derivation.trims = o.trims;
     if (!o.communities.empty()) derivation.communityOption = CommunityOption::kSelect;
     names.variables = Picked(names.variables, derivation.variables);
@@ -94,17 +94,14 @@ CommandAction AddDerive(CLI::App& command) {
     command.add_option("--from", o->from, "Session to take the data from")->required();
     command.add_option("--session", o->session, "Name of the new session")->required();
     const auto addNames = [&command](const char* name, Names* names, const std::string& what) {
-        return command
-            .add_option(name, *names,
-                        what +
-                            " to keep, by their names or labels, in their new order; all "
-                            "without it")
-            ->delimiter(',');
+        return command.add_option(name, *names, what + "; all without it");
     };
-    addNames("--traits", &o->traits, "Traits");
-    addNames("--otus", &o->otus, "OTUs");
-    auto* const communities = addNames("--communities", &o->communities, "Communities");
-    addNames("--variables", &o->variables, "Environmental variables");
+    addNames("--traits", &o->traits,
+             "Traits to keep, in their new order, by names or labels parted by commas");
+    addNames("--otus", &o->otus, "OTUs to keep, in their new order, by names");
+    auto* const communities = addNames("--communities", &o->communities,
+                                       "Communities to keep, likewise by names or labels");
+    addNames("--variables", &o->variables, "Environmental variables to keep, likewise");
     AddNewCommunities(command, communities, &o->made);
     command.add_flag("--trim", o->trims, "Leave out OTUs that occur in none of the communities");
     command.add_flag("--force", o->force, "Replace a session of that name");

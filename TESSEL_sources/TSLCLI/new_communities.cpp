@@ -54,7 +54,8 @@ Names PoolByTable(const std::string& file, const FullNames& names) {
     const DelimitedTable table = ReadDelimitedTable(file);
     if (table.columnNames.size() != 1)
         FailRun(file + ": give one column behind the communities, their groups");
-    const Selection found = PlacesOfNames(file, table.rowNames, names.communities, reLabel);
+    const Selection found =
+        PlacesOfNames(file, "community", table.rowNames, names.communities, reLabel);
     RequireAllCommunities(table, found, names.communities,
                           "put them into groups, or derive a session without them first");
     PrepareGroups();
@@ -82,7 +83,7 @@ Names TakePairsOfTable(const std::string& file, const FullNames& names, Selectio
         Names wanted;
         for (std::size_t row = 0; row < table.rowNames.size(); row++)
             wanted.push_back(Cell(table, static_cast<int>(row), place[0]));
-        for (const int c : PlacesOfNames(file, wanted, names.communities, reLabel))
+        for (const int c : PlacesOfNames(file, "community", wanted, names.communities, reLabel))
             communities->push_back(c);
     }
     RequireAllCommunities(table, *communities, names.communities,

@@ -188,8 +188,7 @@ void AddRules(CLI::App& command, SimulateOptions* o) {
     addShare("--alpha", &o->alpha, "Largest P that rejects");
     command
         .add_option("--predictors-in-use", o->tables.predictorsInUse,
-                    "Predictors that the tests use; all if not given")
-        ->delimiter(',')
+                    "Predictors that the tests use, parted by commas; all if not given")
         ->allow_extra_args(false);
     AddYesNo(command, "--save-steps", &o->savesSteps, "Write the files of every step");
 }

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "TSLCLI/failure.h"
-#include "TSLCLI/name_matching.h"
+#include "TSLCLI/named_items.h"
 #include "TSLCLI/number_cells.h"
 #include "mxlibRes/missing.h"
 
@@ -215,20 +215,6 @@ void CheckKindsAsTold(const KindsAsTold& told, const DelimitedTable& traits,
                 FailUsage(Quoted(name) + " is told to be " + earlier->second + " and " +
                           kind.option + ": tell one kind");
         }
-}
-
-std::vector<std::string> NamesAsGiven(const std::vector<std::string>& given,
-                                      const std::vector<std::string>& known) {
-    std::vector<std::string> names;
-    for (std::string text : given) {
-        while (!text.empty()) {
-            const bool isName = std::find(known.begin(), known.end(), text) != known.end();
-            const std::size_t end = isName ? text.size() : std::min(text.find(','), text.size());
-            if (end > 0) names.push_back(text.substr(0, end));
-            text.erase(0, end + 1);
-        }
-    }
-    return names;
 }
 
 const char* KindName(int kind) {

@@ -38,9 +38,5 @@ std::vector<Variable> ReadVariables(const DelimitedTable& table, const std::vect
 void CheckKindsAsTold(const KindsAsTold& told, const DelimitedTable& traits,
                       const DelimitedTable* environment);
 
-/// The names behind an option: each text as it is where `known` has it, else parted at its commas.
-std::vector<std::string> NamesAsGiven(const std::vector<std::string>& given,
-                                      const std::vector<std::string>& known);
-
 /// "binary", "nominal", "quantitative" or "ordinal".
 const char* KindName(int kind);

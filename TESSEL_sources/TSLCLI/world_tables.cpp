@@ -10,6 +10,7 @@
 #include "TSLCLI/delimited_table.h"
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/named_items.h"
 #include "TSLCLI/number_cells.h"
 #include "TSLIF/simulation/answers.h"
 #include "mxlibDim/scoped.h"
@@ -222,13 +223,9 @@ void NamePredictors(const SimulationAnswers& a, WorldNames* names) {
 /// unless all are.
 void TakePredictorsInUse(const Names& wanted, const Names& predictors, SimulationAnswers* a) {
     a->predictorsInUse.assign(a->nPredictors, wanted.empty() ? 1 : 0);
-    const std::vector<int> places = PlacesAmong(wanted, predictors);
-    for (std::size_t k = 0; k < wanted.size(); k++) {
-        if (places[k] < 0)
-            FailUsage("--predictors-in-use: there is no predictor " + Quoted(wanted[k]) +
-                      NearestTo(wanted[k], predictors));
-        a->predictorsInUse[places[k]] = 1;
-    }
+    for (const int place :
+         PlacesOfOption("--predictors-in-use", "predictor", wanted, predictors, nullptr))
+        a->predictorsInUse[place] = 1;
 }
 
 void TakeResponses(const WorldTables& t, const NameList& traits, const NameList& predictors,

@@ -395,6 +395,12 @@ TEST_F(AnalyseCommand, NamesOfAllKinds) {
     const std::string two = analyse({"--traits", "a, b", "--traits", "say \"c\" #1"});
     EXPECT_NE(two, analyse({}));
     EXPECT_EQ(two, analyse({"--traits", "a,_b", "--traits=say \"c\" #1"}));
+    const std::string grouped = analyse({"--trait-groups", "a, b=1,'d'=1"});
+    EXPECT_NE(grouped, analyse({}));
+    EXPECT_EQ(grouped, analyse({"--trait-groups", "'d'=q", "--trait-groups", "a,_b=q"}));
+    EXPECT_EQ(RunCommand(Texts{"derive", "--from=s", "--session=t", "--traits=a, b, 'd'"}).status,
+              0);
+    analyse({"--traits", "a, b", "--traits", "say \"c\" #1"});
     folder_.Write("s.toml", folder_.Read("sTables/settings.toml"));
     EXPECT_EQ(RunCommand("analyse --force --quiet --config s.toml").status, 0);
     EXPECT_EQ(folder_.Read("sTables/statistics.csv"), two);
