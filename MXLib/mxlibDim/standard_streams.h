@@ -6,7 +6,8 @@
 
 /// Opens those that were closed when the process began on the null device. To be called before any
 /// file is opened: a file that got the number of one would take in what is written to the screen.
-void OpenClosedStandardStreams();
+/// `writingFails`: what is written to one that was closed fails; else it is dropped.
+void OpenClosedStandardStreams(bool writingFails);
 
 /// Streams that take the place of standard output and standard error for what the library and the
 /// dialogue say; null means the real thing. (Some systems do not let stdout itself be assigned.)

@@ -10,11 +10,11 @@
 #include <span>
 
 #include "TSLCHORD/criteria.h"
-#include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/named_items.h"
 #include "TSLCLI/otu_group_file.h"
 #include "TSLCLI/trait_groups.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
@@ -107,28 +107,26 @@ class Adder {
     }
 
     Adder& List(const char* name, std::vector<std::string>* values, const char* help) {
-        if (applies_) command_.add_option(name, *values, help)->allow_extra_args(false);
+        if (applies_)
+            command_.add_option(name, *values, help)->type_name("NAMES")->allow_extra_args(false);
         return *this;
     }
 
     Adder& Words(const char* name, std::string* value, std::span<const Word> words,
                  const char* help) {
         if (applies_)
-            command_.add_option(name, *value, help)
-                ->check(CLI::IsMember(WordsOf(words)))
-                ->type_name("")
+            TakesOneOf(command_.add_option(name, *value, help), WordsOf(words))
                 ->capture_default_str();
         return *this;
     }
 
     Adder& Words(const char* name, bool* value, std::span<const Word> words, const char* help) {
         if (applies_)
-            command_
-                .add_option_function<std::string>(
+            TakesOneOf(
+                command_.add_option_function<std::string>(
                     name, [=](const std::string& word) { *value = NumberOf(words, word) != 0; },
-                    help)
-                ->check(CLI::IsMember(WordsOf(words)))
-                ->type_name("")
+                    help),
+                WordsOf(words))
                 ->default_str(WordFor(words, *value ? 1 : 0));
         return *this;
     }
@@ -352,6 +350,12 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
 std::vector<std::string> ApplyAnalysisOptions(const AnalysisOptions& options, AnalysisKind kind,
                                               const FullNames& names) {
     return Settings(options, kind, names).Settle();
+}
+
+CLI::Option* TakesOneOf(CLI::Option* option, const std::vector<std::string>& words) {
+    std::string type;
+    for (const std::string& word : words) type += (type.empty() ? "" : "|") + word;
+    return option->type_name(type)->check(CLI::IsMember(words).description(""));
 }
 
 void AddYesNo(CLI::App& command, const std::string& name, bool* value, const std::string& help) {

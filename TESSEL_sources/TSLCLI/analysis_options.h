@@ -10,7 +10,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 /// Which command an option belongs to.
 enum class AnalysisKind { kAnalysis, kRanking, kSimulation };
@@ -57,6 +58,9 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
 /// the data set, naming the option. Gives the words for the types 1, 2, ..., if they came as words.
 std::vector<std::string> ApplyAnalysisOptions(const AnalysisOptions& options, AnalysisKind kind,
                                               const FullNames& names);
+
+/// Lets the option take one of these words, which its help names.
+CLI::Option* TakesOneOf(CLI::Option* option, const std::vector<std::string>& words);
 
 /// An option whose value is yes or no.
 void AddYesNo(CLI::App& command, const std::string& name, bool* value, const std::string& help);

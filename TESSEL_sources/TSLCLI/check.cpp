@@ -31,7 +31,7 @@ void Check(const std::string& session) {
 
 CommandAction AddCheck(CLI::App& command) {
     const auto session = std::make_shared<std::string>();
-    command.add_option("session", *session, "Name of the session")->required();
+    command.add_option("session", *session, "Name of the session")->type_name("")->required();
     command.footer(
         "Whatever is found, the exit status is 0; findings begin with \"Looks wrong:\".");
     return [session] { Check(*session); };

@@ -4,15 +4,17 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <iostream>
 #include <new>
 #include <vector>
 
 #include "TSLCLI/commands.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/name_matching.h"
 #include "TSLCLI/settings_file.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/shell.h"
 #include "iflibG/iflibG.h"
-#include "mxlibDim/failure.h"
 
 namespace {
 
@@ -57,12 +59,23 @@ std::vector<AddedCommand> AddCommands(CLI::App& app) {
 void RunParsed(const std::vector<AddedCommand>& commands) {
     for (const AddedCommand& command : commands)
         if (command.app->parsed()) command.run();
-    // Results that did not reach the standard output were not delivered.
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        FailRun("the standard output could not be written: free the disk or give another one");
+    RequireDelivery();
 }
 
-int Fail(int status, const char* message) {
+/// What to say where no command is named.
+std::string WhatIsNoCommand(const std::vector<std::string>& words) {
+    Names commands;
+    std::string list;
+    for (const Command& command : kCommands) {
+        commands.emplace_back(command.name);
+        list += (list.empty() ? "" : ", ") + commands.back();
+    }
+    return (words.empty() ? "no command is given"
+                          : Quoted(words[0]) + " is no command" + NearestTo(words[0], commands)) +
+           ": give one of " + list + ", or see --help";
+}
+
+int Fail(int status, const std::string& message) {
     std::fflush(stdout);
     TellMessage(message);
     return status;
@@ -83,12 +96,17 @@ int RunCommandLine(int argc, const char* const* argv) {
         try {
             app.parse(argc, argv);
         } catch (const CLI::Success& asked) {
-            return app.exit(asked);
+            app.exit(asked);
+            std::cout.flush();
+            RequireDelivery();
+            return kDone;
         } catch (const CLI::ExtrasError&) {
-            const std::string unknown = app.remaining(true).front();
-            return Fail(
-                kWrongUsage,
-                ("'" + unknown + "' is neither an option nor expected here: see --help").c_str());
+            return Fail(kWrongUsage, Quoted(app.remaining(true).front()) +
+                                         " is neither an option nor expected here: see --help");
+        } catch (const CLI::RequiredError& missing) {
+            return Fail(kWrongUsage, app.get_subcommands().empty()
+                                         ? WhatIsNoCommand(app.remaining())
+                                         : missing.what() + std::string(": see --help"));
         }
         RunParsed(commands);
         return kDone;
@@ -97,8 +115,8 @@ int RunCommandLine(int argc, const char* const* argv) {
     } catch (const CommandFailure& failure) {
         return Fail(failure.status, failure.what());
     } catch (const RaisedError& error) {
-        return Fail(kRunFailed, TextOfRaised(error.code));
+        return Fail(kRunFailed, TextOfRaised(error));
     } catch (const std::bad_alloc&) {
-        return Fail(kRunFailed, TextOfRaised(kOutOfMemory));
+        return Fail(kRunFailed, TextOfRaised({kOutOfMemory, {}}));
     }
 }

@@ -66,7 +66,9 @@ void CsvWriter::EndRow() {
 }
 
 void CsvWriter::Finish() {
-    if (!file_.Commit()) FailRun(path_ + ": the table could not be written whole");
+    if (!file_.Commit())
+        FailRun(path_ +
+                ": the table could not be written whole: free the disk or choose another folder");
 }
 
 template <class T>

@@ -6,6 +6,7 @@
 #include "TSLCLI/failure.h"
 #include "TSLCLI/number_cells.h"
 #include "TSLCLI/trait_groups.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIFFM2/formda_versions.h"
@@ -30,10 +31,10 @@ std::string FileNameOf(const std::string& path) {
 
 /// The names at which `isChosen` is set, for a message.
 std::string NamesAt(const Names& names, const std::vector<bool>& isChosen) {
-    std::string text;
+    Names chosen;
     for (std::size_t i = 0; i < names.size(); i++)
-        if (isChosen[i]) text += (text.empty() ? "" : ", ") + Quoted(names[i]);
-    return text;
+        if (isChosen[i]) chosen.push_back(names[i]);
+    return Listed(chosen);
 }
 
 /// Takes the things at which `isEmpty` is set out of the names, and tells.

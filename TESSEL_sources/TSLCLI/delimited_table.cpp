@@ -11,6 +11,7 @@
 
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/utf8.h"
+#include "TSLCLI/wording.h"
 
 namespace {
 
@@ -319,8 +320,4 @@ void CellsOf(const DelimitedTable& table, int row, std::vector<std::string_view>
 std::string PlaceOf(const DelimitedTable& table, int row, int column) {
     return table.file + ", line " + std::to_string(table.lines[row]) + ", column " +
            Quoted(table.columnNames[column]) + " (row " + Quoted(table.rowNames[row]) + ")";
-}
-
-std::string Quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
 }

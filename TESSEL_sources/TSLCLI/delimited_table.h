@@ -33,6 +33,3 @@ void CellsOf(const DelimitedTable& table, int row, std::vector<std::string_view>
 
 /// "sites.csv, line 7, column 'Poa annua' (row 'AR07')".
 std::string PlaceOf(const DelimitedTable& table, int row, int column);
-
-/// The name in quotes, for messages.
-std::string Quoted(std::string_view name);

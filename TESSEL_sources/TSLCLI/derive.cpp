@@ -91,10 +91,14 @@ void Derive(const Options& o) {
 
 CommandAction AddDerive(CLI::App& command) {
     const auto o = std::make_shared<Options>();
-    command.add_option("--from", o->from, "Session to take the data from")->required();
-    command.add_option("--session", o->session, "Name of the new session")->required();
+    command.add_option("--from", o->from, "Session to take the data from")
+        ->type_name("NAME")
+        ->required();
+    command.add_option("--session", o->session, "Name of the new session")
+        ->type_name("NAME")
+        ->required();
     const auto addNames = [&command](const char* name, Names* names, const std::string& what) {
-        return command.add_option(name, *names, what + "; all without it");
+        return command.add_option(name, *names, what + "; all without it")->type_name("NAMES");
     };
     addNames("--traits", &o->traits,
              "Traits to keep, in their new order, by names or labels parted by commas");

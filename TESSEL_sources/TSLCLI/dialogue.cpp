@@ -153,7 +153,8 @@ CommandAction AddDialogue(CLI::App& command) {
         .add_option("--answers", *answers,
                     "File with what would be typed, as for TESSEL < FILE; where it runs out the "
                     "command fails instead of waiting")
+        ->type_name("FILE")
         ->required()
-        ->check(CLI::ExistingFile);
+        ->check(CLI::Validator(CLI::ExistingFile).description(""));
     return [answers] { RunDialogue(*answers); };
 }

@@ -74,8 +74,7 @@ EngineTalk RunEngine(const std::function<void()>& body) {
         body();
     } catch (const RaisedError& error) {
         const std::string said = backstage.errors.Line();
-        const std::string reason = error.reason.empty() ? "" : " (" + error.reason + ")";
-        FailRun((said.empty() ? "" : said + ": ") + TextOfRaised(error.code) + reason);
+        FailRun((said.empty() ? "" : said + ": ") + TextOfRaised(error));
     } catch (const EngineEnded&) {
         FailRun("the run cannot go on: " + backstage.errors.Line());
     }

@@ -3,13 +3,24 @@
 #include <cctype>
 #include <cstdio>
 
-#include "mxlibDim/failure.h"
-
 bool quiet = false;
 
 namespace {
 
 FILE* copyOfMessages = nullptr;  // open to the end of the process
+
+std::string TextOfCode(int code) {
+    switch (code) {
+        case kOutOfMemory:
+            return "out of memory: take a smaller table or a machine with more memory";
+        case kEndOfFile:
+            return "a file ended too early or holds a word where a number belongs";
+        case kFailedOutput:
+            return "a file could not be written: free the disk or choose another folder";
+        default:
+            return "a file could not be opened";
+    }
+}
 
 }  // namespace
 
@@ -35,17 +46,9 @@ std::string OneLine(std::string_view text) {
     return line;
 }
 
-const char* TextOfRaised(int code) {
-    switch (code) {
-        case kOutOfMemory:
-            return "out of memory: take a smaller table or a machine with more memory";
-        case kEndOfFile:
-            return "a file ended too early or holds a word where a number belongs";
-        case kFailedOutput:
-            return "a file could not be written: free the disk or choose another folder";
-        default:
-            return "a file could not be opened";
-    }
+std::string TextOfRaised(const RaisedError& error) {
+    const std::string reason = error.reason.empty() ? "" : " (" + error.reason + ")";
+    return TextOfCode(error.code) + reason;
 }
 
 void CopyMessagesTo(const std::string& path) {
@@ -59,6 +62,13 @@ void TellMessage(const std::string& message) {
         std::fprintf(stream, "TESSEL: %s\n", message.c_str());
         std::fflush(stream);
     }
+}
+
+void RequireDelivery() {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        FailRun("the standard output could not be written: free the disk or give another one");
+    if (copyOfMessages != nullptr && std::ferror(copyOfMessages) != 0)
+        FailRun("the file of --messages could not be written: free the disk or give another one");
 }
 
 void Warn(const std::string& message) {

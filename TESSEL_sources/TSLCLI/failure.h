@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "mxlibDim/failure.h"
+
 /// Exit status of the command line.
 enum CommandStatus : int { kDone = 0, kRunFailed = 1, kWrongUsage = 2 };
 
@@ -26,12 +28,15 @@ struct CommandFailure : std::runtime_error {
 /// characters dropped.
 std::string OneLine(std::string_view text);
 
-/// What to say of an error that the engine raised (mxlibDim/failure.h).
-const char* TextOfRaised(int code);
+/// What to say of an error that the engine raised, with the system's reason.
+std::string TextOfRaised(const RaisedError& error);
 
 /// Writes the lines of TellMessage to a file too: whoever shows the terminal its progress cannot
 /// read standard error.
 void CopyMessagesTo(const std::string& path);
+
+/// Fails where a line of standard output, or of the file of messages, did not get there.
+void RequireDelivery();
 
 /// One line on standard error, behind "TESSEL: ".
 void TellMessage(const std::string& message);

@@ -5,8 +5,8 @@
 #include <map>
 #include <set>
 
-#include "TSLCLI/delimited_table.h"
 #include "TSLCLI/variable_kinds.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLIFFM2/formda_versions.h"
 #include "TSLIFFMT/checks.h"
@@ -20,13 +20,11 @@ using Names = std::vector<std::string>;
 using Lines = std::vector<std::string>;
 
 /// "'a', 'b' and 12 more".
-std::string Listed(const Names& names) {
+std::string ListedUpToMany(const Names& names) {
     constexpr std::size_t kMost = 20;
-    std::string text;
-    for (std::size_t i = 0; i < names.size() && i < kMost; i++)
-        text += (i == 0 ? "" : ", ") + Quoted(names[i]);
-    return names.size() <= kMost ? text
-                                 : text + " and " + std::to_string(names.size() - kMost) + " more";
+    if (names.size() <= kMost) return Listed(names);
+    return Listed({names.begin(), names.begin() + kMost}) + " and " +
+           std::to_string(names.size() - kMost) + " more";
 }
 
 template <class Has>
@@ -39,7 +37,7 @@ Names Where(const Names& names, const Has& has) {
 
 /// Adds "what: names: why" where there are names.
 void Add(Lines* lines, const std::string& what, const Names& names, const std::string& why) {
-    if (!names.empty()) lines->push_back(what + " " + Listed(names) + ": " + why);
+    if (!names.empty()) lines->push_back(what + " " + ListedUpToMany(names) + ": " + why);
 }
 
 /// Labels of one table. Numbers from 1 in their order are what raw entry gives where there are
@@ -218,8 +216,8 @@ void FindInPhylogeny(Lines* lines, const FullNames& names) {
     }
     if (isEmpty)
         lines->push_back(
-            "the phylogeny is 0 between all OTUs: half matrices are not kept by raw "
-            "entry; enter a full matrix");
+            "the phylogeny is 0 between all OTUs: give one with distances (raw entry keeps full "
+            "matrices only)");
     Add(lines, "OTUs of which the phylogeny holds what is no distance or similarity:", outside,
         "its file may have been read out of step");
     Add(lines, "OTUs of which the phylogeny is not symmetric:", askew,

@@ -70,21 +70,31 @@ CommandAction AddImport(CLI::App& command) {
     TableFiles& files = options->files;
     ImportSettings& settings = options->settings;
     command.add_option("--traits", files.traits, "CSV of traits: OTUs in rows, traits in columns")
+        ->type_name("FILE")
         ->required();
     command
         .add_option("--communities", files.communities,
                     "CSV of quantities: communities in rows, OTUs in columns")
+        ->type_name("FILE")
         ->required();
-    command.add_option("--environment", files.environment,
-                       "CSV of the environment: communities in rows, variables in columns");
-    command.add_option("--phylogeny", files.phylogeny,
-                       "A tree in the Newick form, or CSV of a square matrix of distances");
+    command
+        .add_option("--environment", files.environment,
+                    "CSV of the environment: communities in rows, variables in columns")
+        ->type_name("FILE");
+    command
+        .add_option("--phylogeny", files.phylogeny,
+                    "A tree in the Newick form, or CSV of a square matrix of distances")
+        ->type_name("FILE");
     command.add_flag("--phylogeny-similarities", settings.areSimilarities,
                      "The matrix of the phylogeny holds similarities from 0 to 1");
-    command.add_option("--types", files.types,
-                       "CSV of two columns: OTUs and their types; checked and kept beside the "
-                       "session as NAMETypes.csv");
-    command.add_option("--session", options->session, "Name of the session to be made")->required();
+    command
+        .add_option("--types", files.types,
+                    "CSV of two columns: OTUs and their types; checked and kept beside the "
+                    "session as NAMETypes.csv")
+        ->type_name("FILE");
+    command.add_option("--session", options->session, "Name of the session to be made")
+        ->type_name("NAME")
+        ->required();
     command.add_flag("--drop-unmatched", options->dropUnmatched,
                      "Leave out, and list, what stands in one table only");
     command.add_flag("--drop-empty", options->dropEmpty,
@@ -99,9 +109,12 @@ CommandAction AddImport(CLI::App& command) {
         {"--ordinal", &settings.kinds.ordinal, "Columns of ranks"},
         {"--quantitative", &settings.kinds.quantitative, "Columns of quantities"},
     };
-    for (const auto& kind : kinds) command.add_option(kind.option, *kind.names, kind.help);
-    command.add_option("--trait-groups", settings.traitGroups,
-                       "Groups of traits to be weighted as one: trait=group,trait=group");
+    for (const auto& kind : kinds)
+        command.add_option(kind.option, *kind.names, kind.help)->type_name("NAMES");
+    command
+        .add_option("--trait-groups", settings.traitGroups,
+                    "Groups of traits to be weighted as one: trait=group,trait=group")
+        ->type_name("GROUPS");
     command.add_flag("--same-units", settings.sameUnits,
                      "The environmental variables are quantities of one unit: not standardised");
     command.add_flag("--force", options->force, "Replace an old session of this name");

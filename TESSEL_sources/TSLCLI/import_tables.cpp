@@ -55,6 +55,7 @@ void CheckOrientation(const ImportTables& tables) {
 }  // namespace
 
 ImportTables ReadImportTables(const TableFiles& files, bool dropUnmatched) {
+    const char* const advice = "correct the names, or leave them out with --drop-unmatched";
     ImportTables tables;
     tables.traits = ReadDistinct(files.traits);
     tables.communities = ReadDistinct(files.communities);
@@ -70,9 +71,9 @@ ImportTables ReadImportTables(const TableFiles& files, bool dropUnmatched) {
         tables.types = ReadTypes(files.types);
         otus.push_back({files.types, &tables.types->rowNames});
     }
-    tables.otus = MatchNames(otus, "OTUs", dropUnmatched);
+    tables.otus = MatchNames(otus, "OTUs", dropUnmatched, advice);
     std::vector<NameList> sites = {{files.communities, &tables.communities.rowNames}};
     if (tables.environment) sites.push_back({files.environment, &tables.environment->rowNames});
-    tables.sites = MatchNames(sites, "communities", dropUnmatched);
+    tables.sites = MatchNames(sites, "communities", dropUnmatched, advice);
     return tables;
 }

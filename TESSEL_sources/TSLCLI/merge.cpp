@@ -120,9 +120,12 @@ CommandAction AddMerge(CLI::App& command) {
     command
         .add_option("--from", o->from,
                     "The two sessions, of the same traits and variables in the same order")
+        ->type_name("NAME")
         ->expected(2)
         ->required();
-    command.add_option("--session", o->session, "Name of the new session")->required();
+    command.add_option("--session", o->session, "Name of the new session")
+        ->type_name("NAME")
+        ->required();
     command.add_flag("--force", o->force, "Replace a session of that name");
     return [o] { Merge(*o); };
 }

@@ -6,8 +6,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/wording.h"
 
 namespace {
 
@@ -53,7 +53,7 @@ int Edits(const std::string& a, const std::string& b, int limit, std::vector<int
     return std::min(row[m], limit + 1);
 }
 
-std::string Listed(const Names& names, const Names& others) {
+std::string ListedWithNearest(const Names& names, const Names& others) {
     std::string text;
     for (const std::string& name : names)
         text += (text.empty() ? "" : ", ") + Quoted(name) + NearestTo(name, others);
@@ -121,7 +121,8 @@ std::string NearestTo(const std::string& name, const Names& names) {
     return nearest == nullptr ? "" : " (near " + Quoted(*nearest) + ")";
 }
 
-Names MatchNames(const std::vector<NameList>& lists, const std::string& what, bool dropUnmatched) {
+Names MatchNames(const std::vector<NameList>& lists, const std::string& what, bool dropUnmatched,
+                 const std::string& advice) {
     const NameList& first = lists[0];
     Names kept = *first.names;
     std::string faults;
@@ -129,7 +130,7 @@ Names MatchNames(const std::vector<NameList>& lists, const std::string& what, bo
         const Names missing = Missing(*has.names, *lacks.names);
         if (missing.empty()) return;
         const std::string text = what + " of " + has.file + " that " + lacks.file +
-                                 " does not have: " + Listed(missing, *lacks.names);
+                                 " does not have: " + ListedWithNearest(missing, *lacks.names);
         if (dropUnmatched) Tell("Left out (" + std::to_string(missing.size()) + "): " + text);
         faults += (faults.empty() ? "" : "; ") + text;
     };
@@ -142,8 +143,7 @@ Names MatchNames(const std::vector<NameList>& lists, const std::string& what, bo
                                       const std::string& name) { return !names.contains(name); }),
                    kept.end());
     }
-    if (!faults.empty() && !dropUnmatched)
-        FailRun(faults + ": correct the names, or leave them out with --drop-unmatched");
+    if (!faults.empty() && !dropUnmatched) FailRun(faults + ": " + advice);
     if (kept.empty()) FailRun("the tables have no " + what + " in common");
     return kept;
 }

@@ -29,5 +29,7 @@ std::string NearestTo(const std::string& name, const Names& names);
 
 /// The names that all lists have, in the order of the first. What another list lacks, or has beyond
 /// the first, is told with its nearest spelling: left out where `dropUnmatched` says so, else the
-/// run fails. Fails too where nothing is left. `what` they name, in the plural: "OTUs".
-Names MatchNames(const std::vector<NameList>& lists, const std::string& what, bool dropUnmatched);
+/// run fails with the advice. Fails too where nothing is left. `what` they name, in the plural:
+/// "OTUs".
+Names MatchNames(const std::vector<NameList>& lists, const std::string& what, bool dropUnmatched,
+                 const std::string& advice);

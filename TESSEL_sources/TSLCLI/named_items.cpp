@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/wording.h"
 
 namespace {
 

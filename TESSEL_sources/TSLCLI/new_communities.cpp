@@ -6,6 +6,7 @@
 #include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/named_items.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLIFFMT/community_groups.h"
 #include "mxlibDim/text.h"
@@ -30,12 +31,11 @@ void RequireAllCommunities(const DelimitedTable& table, const Selection& found, 
         const auto times = std::count(found.begin(), found.end(), c);
         const std::string& name = names[static_cast<std::size_t>(c)];
         if (times > 1) FailRun(table.file + ": the community " + Quoted(name) + " stands twice");
-        if (times == 0) missing.push_back(Quoted(name));
+        if (times == 0) missing.push_back(name);
     }
     if (missing.empty()) return;
-    std::string list = missing[0];
-    for (std::size_t k = 1; k < missing.size(); k++) list += ", " + missing[k];
-    FailRun(table.file + ": communities of the session are missing: " + list + ": " + advice);
+    FailRun(table.file + ": communities of the session are missing: " + Listed(missing) + ": " +
+            advice);
 }
 
 /// Names that fit are the labels of the groups; else they have the numbers from 1.
@@ -104,11 +104,10 @@ Names AverageAlong(int window, const FullNames& names) {
 }
 
 std::string NamesOfType(int type, const FullNames& names, const Derivation& derivation) {
-    std::string list;
+    Names variables;
     for (std::size_t k = 0; k < derivation.variables.size(); k++)
-        if (envVarType[derivation.variables[k]] == type)
-            list += (list.empty() ? "" : ", ") + Quoted(names.variables[k]);
-    return list;
+        if (envVarType[derivation.variables[k]] == type) variables.push_back(names.variables[k]);
+    return Listed(variables);
 }
 
 void RequireNoMissingValues(const FullNames& names, const Derivation& derivation) {
@@ -143,17 +142,23 @@ void TellOfVariables(const FullNames& names, const Derivation& derivation) {
 
 void AddNewCommunities(CLI::App& command, CLI::Option* communities, NewCommunities* options) {
     auto* const pool =
-        command.add_option("--pool", options->pool,
-                           "File of communities and their groups: the new communities are the "
-                           "means of the groups");
+        command
+            .add_option("--pool", options->pool,
+                        "File of communities and their groups: the new communities are the "
+                        "means of the groups")
+            ->type_name("FILE");
     auto* const change =
-        command.add_option("--change", options->change,
-                           "File of new names and the columns first and second, communities both: "
-                           "the new communities are second less first");
+        command
+            .add_option("--change", options->change,
+                        "File of new names and the columns first and second, communities both: "
+                        "the new communities are second less first")
+            ->type_name("FILE");
     auto* const window =
-        command.add_option("--moving-window", options->window,
-                           "Even size of the window of an edge detection along the series of the "
-                           "communities: the new ones are means of half as many");
+        command
+            .add_option("--moving-window", options->window,
+                        "Even size of the window of an edge detection along the series of the "
+                        "communities: the new ones are means of half as many")
+            ->type_name("NUMBER");
     pool->excludes(change)->excludes(window)->excludes(communities);
     change->excludes(window)->excludes(communities);
     window->excludes(communities);

@@ -5,6 +5,7 @@
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/session.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIFFM2/track.h"
@@ -14,7 +15,7 @@ std::string DataFileOf(const std::string& session) {
     if (session.empty() || session.size() > kOtherSessionNameLength ||
         !std::filesystem::is_regular_file(file))
         FailRun("there is no session " + session + " here: " + file +
-                " is not in the working directory");
+                " is not in the working directory: go to its folder");
     return file;
 }
 
@@ -33,10 +34,8 @@ void FinishNewSession(const FullNames& names) {
 }
 
 void TellNewSession(const FullNames& names) {
-    const auto count = [](const std::vector<std::string>& items, const char* what) {
-        return std::to_string(items.size()) + " " + what;
-    };
-    Tell("Session " + std::string(sessionName) + ": " + count(names.otus, "OTUs, ") +
-         count(names.traits, "traits, ") + count(names.communities, "communities, ") +
-         count(names.variables, "environmental variables"));
+    Tell("Session " + std::string(sessionName) + ": " + Counted(names.otus.size(), "OTU", "OTUs") +
+         ", " + Counted(names.traits.size(), "trait", "traits") + ", " +
+         Counted(names.communities.size(), "community", "communities") + ", " +
+         Counted(names.variables.size(), "environmental variable", "environmental variables"));
 }

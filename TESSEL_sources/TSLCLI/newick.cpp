@@ -5,9 +5,9 @@
 #include <cmath>
 #include <unordered_map>
 
-#include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/utf8.h"
+#include "TSLCLI/wording.h"
 
 namespace {
 

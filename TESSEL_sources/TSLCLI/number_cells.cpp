@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <system_error>
 
+#include "TSLCLI/wording.h"
+
 namespace {
 
 constexpr int kKeptDigits = 6;  // of the formatted data file

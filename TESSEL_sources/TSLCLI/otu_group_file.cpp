@@ -10,6 +10,7 @@
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/name_matching.h"
+#include "TSLCLI/wording.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/number_cells.h"
+#include "TSLCLI/wording.h"
 
 namespace {
 

@@ -20,6 +20,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "TSLIF/analysis_settings.h"
+#include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/scaling_up_matrices.h"
 
 namespace {
@@ -49,6 +50,31 @@ void RequireItsData(const RankingCriterion& criterion) {
         FailUsage("--criterion " + statistic + ": the session has no phylogeny");
     if (lack != Lack::kNothing || (nenv == 0 && statistic.find('E') != std::string::npos))
         FailUsage("--criterion " + statistic + ": the session has no ecological variables E");
+}
+
+/// The products compare resemblances whatever the measure; under another one the dialogue leaves
+/// the resemblance to the analysis before.
+void RequireItsMeasure(const RankOptions& options) {
+    if (options.criterion.find('x') != std::string::npos && options.analysis.congruence != "mantel")
+        FailUsage("--criterion " + options.criterion +
+                  " compares resemblances: give --congruence mantel");
+}
+
+/// What a criterion does that its letters, or those of analyse, do not tell.
+void WarnOfCriterion(const std::string& statistic) {
+    const auto has = [&](char letter) { return statistic.find(letter) != std::string::npos; };
+    const bool isWithoutR = statistic == "XE.TR" && opt_ro == kMantel;
+    if (((has('R') && !isWithoutR) || has('S')) && nGrPoly[0] < tcst)
+        Warn("--criterion " + statistic + ": " + (has('R') ? "the Rao entropy R" : "S") +
+             " is taken over the first " + std::to_string(nGrPoly[0]) +
+             " OTUs only, as many as there are types: use --types each");
+    if (!has('Y') && !has('Z')) return;
+    std::string turned = statistic;
+    for (char& letter : turned) letter = letter == 'Y' ? 'Z' : letter == 'Z' ? 'Y' : letter;
+    for (const AnalysisStatistic& known : kAnalysisStatistics)
+        if (turned == known.name)
+            Warn("--criterion " + statistic + " is what analyse calls " + turned + ": " +
+                 std::string(MeaningOf(known)));
 }
 
 void TakeCriterion(const std::string& statistic) {
@@ -93,7 +119,8 @@ void TellResults(const RankingResults& results, const std::vector<double>& proba
                  const FullNames& names) {
     for (const auto& subset : results.best) {
         char line[80];
-        std::snprintf(line, sizeof line, "%3d traits  %-12.6g ", subset.size, subset.value);
+        std::snprintf(line, sizeof line, "%3d %-7s %-12.6g ", subset.size,
+                      subset.size == 1 ? "trait" : "traits", subset.value);
         std::string text = line;
         if (!probabilities.empty()) {
             std::snprintf(line, sizeof line, "P = %-10.6g ",
@@ -120,6 +147,7 @@ void Rank(CLI::App& command, const RankOptions& options) {
     const FileLock lock = OpenCommandSession(options.run.session);
     const FullNames names = ReadNames(sessionName);
     TakeCriterion(options.criterion);
+    RequireItsMeasure(options);
     ApplyAnalysisOptions(options.analysis, AnalysisKind::kRanking, names);
     SettleRanking();
     TakeSizes(options.sizes);
@@ -127,6 +155,7 @@ void Rank(CLI::App& command, const RankOptions& options) {
     SettleFiles(options.run.force);
     ResultFolder folder(options.run.tables, std::string(sessionName) + "Rank_" + options.criterion,
                         options.run.force, kRankingTables);
+    WarnOfCriterion(options.criterion);
     SettleSeed(command);
     Tell(SettingsOf(command));
 
@@ -153,9 +182,8 @@ void Rank(CLI::App& command, const RankOptions& options) {
 CommandAction AddRank(CLI::App& command) {
     const auto options = std::make_shared<RankOptions>();
     AddRunOptions(command, "Rank_CRITERION", &options->run);
-    command.add_option("--criterion", options->criterion, "The statistic to maximise")
-        ->check(CLI::IsMember(Statistics()))
-        ->type_name("")
+    TakesOneOf(command.add_option("--criterion", options->criterion, "The statistic to maximise"),
+               Statistics())
         ->required();
     command.add_option("--sizes", options->sizes, "Traits in a subset: all, a number, or 1-6")
         ->type_name("SIZES")
@@ -165,7 +193,7 @@ CommandAction AddRank(CLI::App& command) {
         .add_option("--test", options->test,
                     "Repeat the search in so many permutations of the OTUs' traits and give the "
                     "probability of the best value of each size and of all; 0: no test")
-        ->check(CLI::Range(0, INT_MAX - 1))
+        ->check(CLI::Range(0, INT_MAX - 1).description(""))
         ->type_name("NUMBER")
         ->capture_default_str();
     AddAnalysisOptions(command, AnalysisKind::kRanking, &options->analysis);

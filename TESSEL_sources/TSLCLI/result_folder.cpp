@@ -73,7 +73,10 @@ void ResultFolder::Finish(const CLI::App& command) {
     FileReplacement settings(path.c_str(), nullptr);
     if (settings == nullptr) FailRun(path + ": the settings cannot be written there");
     std::fputs(SettingsOf(command).c_str(), settings);
-    if (!settings.Commit()) FailRun(path + ": the settings could not be written whole");
+    if (!settings.Commit())
+        FailRun(
+            path +
+            ": the settings could not be written whole: free the disk or choose another folder");
     for (const std::string& table : all_) {
         const bool isWritten = std::find(written_.begin(), written_.end(), table) != written_.end();
         const fs::path place = fs::path(path_) / table;

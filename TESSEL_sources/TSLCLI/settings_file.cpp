@@ -63,7 +63,8 @@ class SettingsFormat : public CLI::Config {
 }  // namespace
 
 void AddSettingsFile(CLI::App& app) {
-    app.set_config("--config", "", "Take from this file what the command line leaves open");
+    app.set_config("--config", "", "Take from this file what the command line leaves open")
+        ->type_name("FILE");
     app.config_formatter(std::make_shared<SettingsFormat>(app));
     app.allow_config_extras(CLI::config_extras_mode::error);
 }

@@ -52,7 +52,8 @@ void RequireConsistent(const CLI::App& command, const SimulateOptions& o) {
     if (o.evaluates && o.savesSteps)
         FailUsage("--save-steps yes: only a single data set has them, without --evaluate");
     if (!o.evaluates && o.dataSets != 1 && command.get_option("--data-sets")->count() > 0)
-        FailUsage("--data-sets: more than one is simulated only with --evaluate yes");
+        FailUsage("--data-sets " + std::to_string(o.dataSets) +
+                  ": without --evaluate one is simulated: give --data-sets 1");
 }
 
 void TakeRules(const SimulateOptions& o, SimulationAnswers* answers) {
@@ -134,14 +135,13 @@ void AddWorldTables(CLI::App& command, WorldTables* t) {
     const auto addSize = [&](const char* name, int* size, const char* help) {
         command.add_option(name, *size, help)
             ->type_name("NUMBER")
-            ->check(CLI::Range(0, INT_MAX))
+            ->check(CLI::Range(0, INT_MAX).description(""))
             ->capture_default_str();
     };
     const auto addDistribution = [&](const char* name, std::string* distribution) {
-        command
-            .add_option(name, *distribution, "What the report calls the draws, which are normal")
-            ->type_name("")
-            ->check(CLI::IsMember({"normal", "uniform"}))
+        TakesOneOf(command.add_option(name, *distribution,
+                                      "What the report calls the draws, which are normal"),
+                   {"normal", "uniform"})
             ->capture_default_str();
     };
     addFile("--traits", &t->traits, "OTUs in rows, traits in columns");
@@ -167,13 +167,13 @@ void AddRules(CLI::App& command, SimulateOptions* o) {
     const auto addCount = [&](const char* name, int* count, const char* help) {
         command.add_option(name, *count, help)
             ->type_name("NUMBER")
-            ->check(CLI::Range(1, INT_MAX))
+            ->check(CLI::Range(1, INT_MAX).description(""))
             ->capture_default_str();
     };
     const auto addShare = [&](const char* name, double* share, const char* help) {
         command.add_option(name, *share, help)
             ->type_name("0 to 1")
-            ->check(CLI::Range(0.0, 1.0))
+            ->check(CLI::Range(0.0, 1.0).description(""))
             ->capture_default_str();
     };
     addCount("--individuals", &o->individuals, "Most individuals per site, on average");
@@ -189,6 +189,7 @@ void AddRules(CLI::App& command, SimulateOptions* o) {
     command
         .add_option("--predictors-in-use", o->tables.predictorsInUse,
                     "Predictors that the tests use, parted by commas; all if not given")
+        ->type_name("NAMES")
         ->allow_extra_args(false);
     AddYesNo(command, "--save-steps", &o->savesSteps, "Write the files of every step");
 }
@@ -197,9 +198,13 @@ void AddRules(CLI::App& command, SimulateOptions* o) {
 
 CommandAction AddSimulate(CLI::App& command) {
     const auto o = std::make_shared<SimulateOptions>();
-    command.add_option("world", o->world, "Settings file with the world, as --config takes it")
+    command
+        .add_option(
+            "world", o->world,
+            "Settings file with the world, as --config takes it; its tables are sought from "
+            "the working folder")
         ->type_name("FILE")
-        ->check(CLI::ExistingFile)
+        ->check(CLI::Validator(CLI::ExistingFile).description(""))
         ->configurable(false);
     AddWorldTables(command, &o->tables);
     AddRules(command, o.get());

@@ -1,6 +1,6 @@
 #include "TSLCLI/simulation_tables.h"
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string_view>
@@ -8,13 +8,15 @@
 #include "TSLCLI/csv_writer.h"
 #include "TSLCLI/failure.h"
 #include "TSLIF/simulation/evaluation.h"
+#include "TSLRESE/analysis_statistics.h"
 #include "mxlibRes/binomial_limits.h"
 
 namespace {
 
 constexpr double kLevel = 0.95;  // of the confidence limits
 
-/// The report's label is "meaning: statistic", or the statistic alone.
+/// The report's label is "meaning: statistic", or the statistic alone, whose letters Y and Z are
+/// not those of analyse: its meaning is then that of the record.
 struct Label {
     std::string_view meaning, statistic;
 };
@@ -23,7 +25,12 @@ Label LabelOf(const RatedStatistic& rated) {
     const std::string_view label = rated.label;
     constexpr std::string_view kBetween = ": ";
     const std::size_t at = label.rfind(kBetween);
-    if (at == std::string_view::npos) return {"", label};
+    if (at == std::string_view::npos) {
+        const auto known =
+            std::find_if(kAnalysisStatistics.begin(), kAnalysisStatistics.end(),
+                         [&](const AnalysisStatistic& s) { return s.value == rated.value; });
+        return {MeaningOf(*known), label};
+    }
     return {label.substr(0, at), label.substr(at + kBetween.size())};
 }
 

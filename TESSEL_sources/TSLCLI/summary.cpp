@@ -2,21 +2,16 @@
 
 #include <algorithm>
 
-#include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/number_cells.h"
 #include "TSLCLI/variable_kinds.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLIFFM2/formda_versions.h"
 #include "TSLIFFMT/environment_kinds.h"
 #include "mxlibRes/missing.h"
 
 namespace {
-
-/// "1 trait", "3 traits".
-std::string Counted(int n, const std::string& one, const std::string& several) {
-    return std::to_string(n) + " " + (n == 1 ? one : several);
-}
 
 std::string FirstAndLast(const std::vector<std::string>& names) {
     return names.size() == 1 ? Quoted(names[0])

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <map>
 
-#include "TSLCLI/delimited_table.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/named_items.h"
+#include "TSLCLI/wording.h"
 #include "TSLGLOB/dataset.h"
 
 namespace {

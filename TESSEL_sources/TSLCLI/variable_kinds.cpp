@@ -8,6 +8,7 @@
 #include "TSLCLI/failure.h"
 #include "TSLCLI/named_items.h"
 #include "TSLCLI/number_cells.h"
+#include "TSLCLI/wording.h"
 #include "mxlibRes/missing.h"
 
 namespace {

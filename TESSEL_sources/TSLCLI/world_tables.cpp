@@ -12,6 +12,7 @@
 #include "TSLCLI/failure.h"
 #include "TSLCLI/named_items.h"
 #include "TSLCLI/number_cells.h"
+#include "TSLCLI/wording.h"
 #include "TSLIF/simulation/answers.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibDim/text.h"
@@ -50,7 +51,7 @@ DelimitedTable ReadNamedTable(const std::string& file) {
 }
 
 void RequireSameNames(const NameList& names, const NameList& known, const std::string& what) {
-    MatchNames({known, names}, what, false);
+    MatchNames({known, names}, what, false, "correct the names");
 }
 
 /// The numbers of a table under known names of its rows and columns, in the order of these.

@@ -3,7 +3,8 @@
 #include "mxlibDim/standard_streams.h"
 
 int main(int argc, char** argv) {
-    OpenClosedStandardStreams();
-    if (argc > 1) return RunCommandLine(argc, argv);
+    const bool isCommand = argc > 1;
+    OpenClosedStandardStreams(isCommand);
+    if (isCommand) return RunCommandLine(argc, argv);
     mainInit();
 }

@@ -166,6 +166,17 @@ TEST(FailingStreams, ClosedStandardStreamsAreOnTheNullDevice) {
     EXPECT_EQ(reports[0], reports[1]);
 }
 
+// Commands of which nobody could read a word ended well.
+TEST(FailingStreams, WhatACommandCannotSayFailsIt) {
+    const TempFolder folder;
+    WriteFiles(folder, GoodFiles());
+    const std::string program = "cd '" + folder.path().string() + "' && '" TESSEL_PROGRAM "' ";
+    for (const char* words : {"check old >&-", "check old >/dev/full", "rank --help >/dev/full",
+                              "rank old --criterion XZ --messages /dev/full"})
+        EXPECT_EQ(std::system((program + words + " 2>err").c_str()), 256) << words;
+    EXPECT_EQ(std::system((program + "check old --quiet >&- 2>&-").c_str()), 0);
+}
+
 // The process ends in the middle of the work: nothing half written is left.
 TEST(FailingStreams, AnEndInTheMiddleKeepsTheOldFile) {
     const TempFolder folder;

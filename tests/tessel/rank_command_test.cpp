@@ -69,8 +69,11 @@ TEST_F(RankCommand, FilesAreThoseOfTheDialogue) {
         const FilesByName session = Session(name);
         for (const Criterion& criterion : kCriteria) {
             if (name == "aravo" && criterion.statistic[0] == 'P') continue;
+            // Products under another measure take the resemblance that was used last, or none.
+            const bool isProduct = Contains(criterion.statistic, "x");
             for (const int measure : {1, 2, 3})
-                ExpectAsTheDialogue(name, session, criterion, measure, false);
+                if (!isProduct || measure == 1)
+                    ExpectAsTheDialogue(name, session, criterion, measure, false);
             ExpectAsTheDialogue(name, session, criterion, 1, true);
         }
     }
@@ -103,6 +106,29 @@ TEST_F(RankCommand, TablesSayWhatTheReportDoes) {
             }
         }
     }
+}
+
+// Criteria that mean another thing than their letters say were rated without a word.
+TEST_F(RankCommand, LettersThatMislead) {
+    WriteFiles(folder_, Session("mafragh"));
+    const std::string types = "mafragh --types types.txt --force --quiet";
+    ASSERT_EQ(RunCommand("analyse --iterations 1 " + types).status, 0);
+    const auto statistics = CellsOf(folder_.Read("mafraghTables/statistics.csv"));
+    for (const std::string letters : {"XZ XY", "TY TZ", "XZ.T XY.T"}) {
+        const std::string criterion = letters.substr(0, letters.find(' '));
+        const std::string known = letters.substr(criterion.size() + 1);
+        EXPECT_TRUE(Contains(Rank("--sizes 14 --criterion " + criterion + " " + types).err,
+                             criterion + " is what analyse calls " + known + ":"));
+        const auto best = CellsOf(folder_.Read("mafraghRank_" + criterion + "/best.csv"));
+        for (const Texts& row : statistics)
+            if (row[0] == known)
+                EXPECT_NEAR(NumberOf(row[2]), NumberOf(best[1][2]), 1e-12);
+    }
+    for (const char* criterion : {"RE", "SE"})
+        EXPECT_TRUE(Contains(Rank(types + " --sizes 1 --criterion " + criterion).err,
+                             "is taken over the first 6 OTUs only"));
+    EXPECT_TRUE(Contains(RunCommand("rank --criterion PTxTE --congruence rv " + types).err,
+                         "PTxTE compares resemblances: give --congruence mantel"));
 }
 
 // With all traits there is nothing to choose: the test of the search is that of the analysis.

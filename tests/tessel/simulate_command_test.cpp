@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "support/good_session.h"
-#include "tessel/in_command.h"
+#include "tessel/example_session.h"
 
 namespace {
 
@@ -124,6 +124,7 @@ TEST_F(SimulateCommand, ExamplesAreThoseOfTheDialogue) {
             for (const Texts& row : statistics)
                 rejections += row[1] == statistic && NumberOf(row[3]) <= 0.05;
             EXPECT_EQ((*rate)[2], std::to_string(rejections)) << statistic;
+            EXPECT_NE((*rate)[1], "") << statistic;
             EXPECT_EQ(NumberOf((*rate)[4]), rejections / 4.0);
             const std::string printed = statistic + "\tP=\t";
             EXPECT_EQ(NumberOf(report.substr(report.find(printed) + printed.size())),
