@@ -5,6 +5,7 @@
 #include "TSLCLI/csv_writer.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/ordination_table.h"
+#include "TSLIFFMT/selection.h"
 #include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/scaling_up_matrices.h"
 #include "mxlib/belonging.h"
@@ -26,6 +27,26 @@ Names StatisticNames() {
     for (const AnalysisStatistic& statistic : kAnalysisStatistics)
         if (IsTaken(statistic)) names.emplace_back(statistic.name);
     return names;
+}
+
+/// The others stand in T as columns of 0.
+std::vector<int> PlacesInUse() {
+    std::vector<int> places;
+    for (int k = 0; k < nch; k++)
+        if (weight[k] > 0.0F) places.push_back(k);
+    return places;
+}
+
+Names TraitsInUse(const FullNames& names) {
+    return Picked(names.traits, PlacesInUse());
+}
+
+ScopedMatrix<double> AveragesInUse(const ScalingUpMatrices& m) {
+    const std::vector<int> places = PlacesInUse();
+    ScopedMatrix<double> T(ncsm, static_cast<long>(places.size()));
+    for (int i = 0; i < ncsm; i++)
+        for (std::size_t k = 0; k < places.size(); k++) T[i][k] = m.T[i][places[k]];
+    return T;
 }
 
 /// What a statistic says, with what the observed one stands for where it is another.
@@ -69,8 +90,8 @@ AnalysisReceiver AnalysisTables::Receiver() {
     null_.emplace(folder_.Table("null.csv"), StatisticNames());
     AnalysisReceiver receiver;
     receiver.averages = [this](const ScalingUpMatrices& m) {
-        WriteMatrix<double>(folder_.Table("T.csv"), kCommunity, names_.communities, names_.traits,
-                            m.T);
+        WriteMatrix<double>(folder_.Table("T.csv"), kCommunity, names_.communities,
+                            TraitsInUse(names_), AveragesInUse(m));
     };
     receiver.matrices = [this](const ScalingUpMatrices& m) {
         WriteMatrices(m);
@@ -86,7 +107,7 @@ void AnalysisTables::WriteMatrices(const ScalingUpMatrices& m) {
     const Names types = TypeNames(names_, typeWords_);
     const bool isFuzzy = fuzzy == kFuzzyTypes;
     WriteMatrix<double>(folder_.Table("TNormalised.csv"), kCommunity, names_.communities,
-                        names_.traits, m.T);
+                        TraitsInUse(names_), AveragesInUse(m));
     WriteMatrix<double>(folder_.Table("X.csv"), kCommunity, names_.communities, types,
                         isFuzzy ? m.X : m.XCrisp);
     WriteMatrix<double>(folder_.Table("U.csv"), kOTU, names_.otus, types, isFuzzy ? m.U : m.C);
@@ -107,7 +128,9 @@ void AnalysisTables::WriteMatrices(const ScalingUpMatrices& m) {
 }
 
 void AnalysisTables::WriteOrdinations(const ScalingUpMatrices& m, const Names& types) {
-    const OrdinatedTable byTraits = {"trait", &names_.communities, &names_.traits, m.T, true};
+    const Names traits = TraitsInUse(names_);
+    const ScopedMatrix<double> T = AveragesInUse(m);
+    const OrdinatedTable byTraits = {"trait", &names_.communities, &traits, T, true};
     const OrdinatedTable byTypes = {"type", &names_.communities, &types,
                                     fuzzy == kFuzzyTypes ? m.X : m.XCrisp, false};
     if (CanOrdinate(byTraits))

@@ -1,7 +1,9 @@
 #pragma once
 /// \file
-/// What the commands have in common that make a session out of other sessions: the data files of
-/// those, and the files of the new one.
+/// What the commands have in common that make a session: the files of the new one, which is locked,
+/// and the data files of those that it is made of. These are not locked, as they are not by the
+/// dialogue: many jobs may derive from one session at a time, its files are only ever replaced by
+/// whole ones, and a table of names counts only for the data that it fits.
 
 #include <string>
 

@@ -125,8 +125,7 @@ bool CanOrdinate(const OrdinatedTable& table) {
     return fewer >= kAxes && fewer <= kLargest && varying >= kAxes;
 }
 
-void WriteOrdination(const std::string& path, const OrdinatedTable& table,
-                     const NameList& variables) {
+void WriteOrdination(const std::string& path, const OrdinatedTable& table, const Names& variables) {
     const Components found =
         FindComponents(VaryingColumns(table, table.standardises), table.communities->size());
     CsvWriter out(path, {"kind", "name", "axis1", "axis2"});

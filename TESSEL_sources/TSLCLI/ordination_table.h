@@ -6,16 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "TSLCLI/name_matching.h"
 #include "mxlibDim/dim.h"
-
-/// Names that stand over rows or columns.
-using NameList = std::vector<std::string>;
 
 /// A table of communities (n x p) under its names; columns without variance take no part.
 struct OrdinatedTable {
     const char* kind;  ///< what a column is, as the table tells it: trait, type
-    const NameList* communities;
-    const NameList* columns;
+    const Names* communities;
+    const Names* columns;
     ConstMatrix<double> values;
     bool standardises;  ///< columns to unit variance, for columns of different units
 };
@@ -25,8 +23,7 @@ struct OrdinatedTable {
 /// scores; a row per column, and per variable of the session's matrix E, with its correlations with
 /// the axes. A missing value of E gives missing correlations. The table must be one that
 /// CanOrdinate. The sign of an axis is that of the column with the largest product with it.
-void WriteOrdination(const std::string& path, const OrdinatedTable& table,
-                     const NameList& variables);
+void WriteOrdination(const std::string& path, const OrdinatedTable& table, const Names& variables);
 
 /// Whether two columns vary; not beyond 1000 communities and columns, whose eigenanalysis would
 /// outlast the analysis.

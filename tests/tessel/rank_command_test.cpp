@@ -121,8 +121,9 @@ TEST_F(RankCommand, LettersThatMislead) {
                              criterion + " is what analyse calls " + known + ":"));
         const auto best = CellsOf(folder_.Read("mafraghRank_" + criterion + "/best.csv"));
         for (const Texts& row : statistics)
-            if (row[0] == known)
+            if (row[0] == known) {
                 EXPECT_NEAR(NumberOf(row[2]), NumberOf(best[1][2]), 1e-12);
+            }
     }
     for (const char* criterion : {"RE", "SE"})
         EXPECT_TRUE(Contains(Rank(types + " --sizes 1 --criterion " + criterion).err,
