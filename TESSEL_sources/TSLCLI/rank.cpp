@@ -119,8 +119,7 @@ void TellResults(const RankingResults& results, const std::vector<double>& proba
                  const FullNames& names) {
     for (const auto& subset : results.best) {
         char line[80];
-        std::snprintf(line, sizeof line, "%3d %-7s %-12.6g ", subset.size,
-                      subset.size == 1 ? "trait" : "traits", subset.value);
+        std::snprintf(line, sizeof line, "%3d traits  %-12.6g ", subset.size, subset.value);
         std::string text = line;
         if (!probabilities.empty()) {
             std::snprintf(line, sizeof line, "P = %-10.6g ",

@@ -122,7 +122,7 @@ TEST_F(RankCommand, LettersThatMislead) {
         const auto best = CellsOf(folder_.Read("mafraghRank_" + criterion + "/best.csv"));
         for (const Texts& row : statistics)
             if (row[0] == known) {
-                EXPECT_NEAR(NumberOf(row[2]), NumberOf(best[1][2]), 1e-12);
+                EXPECT_NEAR(NumberOf(row[2]), NumberOf(best[1][2]), 1e-7);
             }
     }
     for (const char* criterion : {"RE", "SE"})
