@@ -11,6 +11,6 @@ void WriteTrack(char full);
 /// is empty. Raises kFailedOpening.
 bool ReadDataFileName();
 
-/// Reads it all. A file of two lines, or of another version, leaves everything but whichFormda as it
-/// is. Raises kFailedOpening and kEndOfFile. Returns 1.
+/// Reads it all. A file of two lines, or of another version, leaves everything but whichFormda as
+/// it is. Raises kFailedOpening and kEndOfFile. Returns 1.
 int ReadTrack();
