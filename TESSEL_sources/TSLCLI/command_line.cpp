@@ -70,8 +70,9 @@ std::string WhatIsNoCommand(const std::vector<std::string>& words) {
         commands.emplace_back(command.name);
         list += (list.empty() ? "" : ", ") + commands.back();
     }
-    return (words.empty() ? "no command is given"
-                          : Quoted(words[0]) + " is no command" + NearestTo(words[0], commands)) +
+    return (words.empty() || words[0].starts_with('-')
+                ? "no command is given"
+                : Quoted(words[0]) + " is no command" + NearestTo(words[0], commands)) +
            ": give one of " + list + ", or see --help";
 }
 
