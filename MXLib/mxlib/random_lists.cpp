@@ -1,5 +1,6 @@
 #include "mxlib/random_lists.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -38,6 +39,21 @@ void InitRndNumberGenerator(unsigned long seed) {
     if (r == nullptr) RaiseError(kOutOfMemory);
     gsl_rng_set(r, seed);
     std::srand(static_cast<unsigned>(seed));
+}
+
+std::vector<std::uint32_t> GeneratorState() {
+    const auto* const twister = static_cast<const Twister*>(r->state);
+    std::vector<std::uint32_t> state(twister->words, twister->words + Twister::kSize);
+    state.insert(state.end(), twister->numbers, twister->numbers + Twister::kSize);
+    state.push_back(static_cast<std::uint32_t>(twister->next));
+    return state;
+}
+
+void SetGeneratorState(const std::vector<std::uint32_t>& state) {
+    auto* const twister = static_cast<Twister*>(r->state);
+    std::copy_n(state.begin(), Twister::kSize, twister->words);
+    std::copy_n(state.begin() + Twister::kSize, Twister::kSize, twister->numbers);
+    twister->next = static_cast<int>(state.back());
 }
 
 void RndList(int n, int* list) {

@@ -4,6 +4,9 @@
 
 #include <gsl/gsl_rng.h>
 
+#include <cstdint>
+#include <vector>
+
 #include "mxlibDim/scoped.h"
 
 /// The one generator, a kTwister (twister.h); null until seeded.
@@ -11,6 +14,10 @@ extern gsl_rng* r;
 
 /// Makes and seeds the generator, releasing the former one, and seeds rand too.
 void InitRndNumberGenerator(unsigned long seed);
+
+/// Where the generator stands, as numbers that are the same on every machine, and back.
+std::vector<std::uint32_t> GeneratorState();
+void SetGeneratorState(const std::vector<std::uint32_t>& state);
 
 /// list becomes a random permutation of 1 to n (forward Fisher-Yates, n - 1 draws).
 void RndList(int n, int* list);

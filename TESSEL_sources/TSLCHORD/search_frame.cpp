@@ -97,15 +97,20 @@ bool MayBeKept(const SubsetSearch& search, double value, const ValuesToBeat& toB
 }
 
 void RunSearch(const SubsetSearch& search, const SearchRun& run) {
+    SearchOutcome outcome;
+    std::fill_n(outcome.best.value.get(), nch, StartOf(search.keeping));
+    if (run.estimate) {
+        run.estimate(SearchRounds(search, run, nullptr, &outcome).Estimate());
+        return;
+    }
     ResultsFile results = run.writesResults ? ResultsFile(whichChorder, volumeName) : ResultsFile();
     if (results != nullptr)
         for (const HeaderLine line : search.header) line(results);
-    SearchOutcome outcome;
-    std::fill_n(outcome.best.value.get(), nch, StartOf(search.keeping));
     FILE* const lines = printRankIntermedResults == 'y' ? results.operator FILE*() : nullptr;
     SearchRounds rounds(search, run, lines, &outcome);
+    const SearchPlace place = run.goOn ? run.goOn(&outcome) : SearchPlace{nMinTraitsChRank, 0};
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++) {
-        rounds.SearchSize(size);
+        rounds.SearchSize(size, place);
         if (results != nullptr) PrintSizeLine(results, search, size, outcome.best);
     }
     if (run.receive) run.receive(search, outcome);

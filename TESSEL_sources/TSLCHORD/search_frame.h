@@ -3,6 +3,7 @@
 /// What all searches share: the walk over the subsets in lexicographic order, size after size, the
 /// keeping of the best, and the results file. A search tells what it does its own way.
 
+#include <cstdint>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -41,8 +42,8 @@ struct SubsetSearch {
     int groups;  ///< types that each subset is rated with
 
     /// The rater of a worker. Worker 0 rates first and alone, with the tables that the search has
-    /// made; others have copies of them, and may rate at the same time. What they rate a subset
-    /// with depends on the subset alone.
+    /// made; others have copies of them, and may rate at the same time. The value of a subset
+    /// depends on nothing but the subset.
     std::function<SubsetRater(int worker)> raterOf = nullptr;
     std::function<void(FILE* results)> printBehindLabels = nullptr;
 
@@ -54,6 +55,19 @@ struct SubsetSearch {
                          const SearchOutcome& outcome) = nullptr;  ///< null: PrintClosingTables
 };
 
+/// Where a search stands: the next subset, by its size and its number among those of the size.
+struct SearchPlace {
+    int size;
+    std::int64_t number;
+};
+
+/// What a search will take, by a sample of its subsets.
+struct SearchEstimate {
+    std::int64_t subsets;
+    std::int64_t sampled;
+    double seconds;  ///< of the whole search, on as many cores as it may use
+};
+
 /// What becomes of what a search finds.
 struct SearchRun {
     bool writesResults = true;  ///< the results file whichChorder
@@ -63,6 +77,14 @@ struct SearchRun {
     bool screens = true;  ///< whether a search that can screen its subsets does so
     /// Called with the outcome; empty: nothing is called.
     std::function<void(const SubsetSearch& search, const SearchOutcome& outcome)> receive = nullptr;
+    /// Fills in the outcome of all subsets before the place that it gives, where the search then
+    /// goes on; empty: it begins at its beginning.
+    std::function<SearchPlace(SearchOutcome* outcome)> goOn = nullptr;
+    /// Called again and again, twelve times a second and more where subsets are rated as fast. An
+    /// exception ends the search, and leaves the former results.
+    std::function<void(const SearchPlace& place, const SearchOutcome& outcome)> between = nullptr;
+    /// Called instead of a search, which writes nothing; empty: there is a search.
+    std::function<void(const SearchEstimate& estimate)> estimate = nullptr;
 };
 
 /// Enters a value where it belongs, if anywhere.

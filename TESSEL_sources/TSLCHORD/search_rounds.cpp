@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cinttypes>
+#include <cmath>
 #include <functional>
 #include <queue>
 #include <utility>
@@ -133,16 +134,20 @@ SearchRounds::SearchRounds(const SubsetSearch& search, const SearchRun& run, FIL
       run_(run),
       lines_(lines),
       outcome_(outcome),
-      iterations_(
-          static_cast<std::int64_t>(CountSubsetsOfSizes(nch, nMinTraitsChRank, nMaxTraitsChRank))) {
+      iterations_(CountSubsetsOfSizes64(nch, nMinTraitsChRank, nMaxTraitsChRank)) {
     workers_.push_back({search.raterOf(0)});
 }
 
-void SearchRounds::SearchSize(int size) {
+void SearchRounds::SearchSize(int size, const SearchPlace& place) {
     const std::int64_t subsets = CountSubsets64(nch, size);
+    const std::int64_t done =
+        size < place.size ? subsets : (size > place.size ? 0 : std::min(place.number, subsets));
+    if (done > 0 && progressHook != nullptr) progressHook(done);
+    iteration_ += done;
+    skipped_ += done;
     // Until some of a size are kept, a screen finds all of it worth rating.
     if (workers_[0].screen) length_ = kFirstScreened;
-    for (std::int64_t first = 0; first < subsets;) {
+    for (std::int64_t first = done; first < subsets;) {
         const std::int64_t count = std::min(length_, subsets - first);
         if (pace_.IsDue(count)) ReportProgress(iteration_ + 1, iterations_, size, count);
         const Clock::time_point start = Clock::now();
@@ -150,8 +155,38 @@ void SearchRounds::SearchSize(int size) {
         SettleLength(SecondsSince(start));
         first += count;
         iteration_ += count;
-        if (isAlone_) TakeHelp();
+        if (run_.between) run_.between({size, first}, *outcome_);
+        if (isAlone_) TakeHelp(SecondsSince(start_), iteration_ - skipped_);
     }
+}
+
+SearchEstimate SearchRounds::Estimate() {
+    constexpr double kSecondsOfSample = 1.0;
+    constexpr double kGolden = 0.6180339887498949;  // its multiples spread evenly
+    SearchEstimate estimate{iterations_, 0, 0.0};
+    const int sizes = nMaxTraitsChRank - nMinTraitsChRank + 1;
+    RateRound(nMinTraitsChRank, 0, 1);  // screens are made behind a first rating
+    TakeHelp(run_.aloneFor, 1);
+    for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++) {
+        const std::int64_t subsets = CountSubsets64(nch, size);
+        std::int64_t sampled = 0;
+        double seconds = 0.0;
+        double at = 0.0;
+        while (sampled < subsets && seconds < kSecondsOfSample / sizes) {
+            const std::int64_t count = std::min(length_, subsets - sampled);
+            const auto first = static_cast<std::int64_t>(at * static_cast<double>(subsets - count));
+            const Clock::time_point start = Clock::now();
+            RateRound(size, first, count);
+            const double ofRound = SecondsSince(start);
+            SettleLength(ofRound);
+            seconds += ofRound;
+            sampled += count;
+            at = std::fmod(at + kGolden, 1.0);
+        }
+        estimate.sampled += sampled;
+        estimate.seconds += seconds / static_cast<double>(sampled) * static_cast<double>(subsets);
+    }
+    return estimate;
 }
 
 /// Rounds so long that the workers seldom wait for one another, and so short that the progress line
@@ -165,11 +200,10 @@ void SearchRounds::SettleLength(double seconds) {
 }
 
 /// A search that would soon be over is left to one worker.
-void SearchRounds::TakeHelp() {
-    const double seconds = SecondsSince(start_);
+void SearchRounds::TakeHelp(double seconds, std::int64_t rated) {
     if (lines_ != nullptr || saveStruct == 'y' || seconds < run_.aloneFor) return;
-    const auto rated = static_cast<double>(iteration_);
-    if (seconds / rated * (static_cast<double>(iterations_) - rated) < run_.aloneFor) return;
+    const auto left = static_cast<double>(iterations_ - iteration_);
+    if (seconds / static_cast<double>(rated) * left < run_.aloneFor) return;
     isAlone_ = false;
     const int workers = WorkersFor(Threads());
     for (int worker = 1; worker < workers; worker++) workers_.push_back({search_.raterOf(worker)});

@@ -40,12 +40,15 @@ class SearchRounds {
     SearchRounds(const SubsetSearch& search, const SearchRun& run, FILE* lines,
                  SearchOutcome* outcome);
 
-    /// Rates the subsets of a size.
-    void SearchSize(int size);
+    /// Rates the subsets of a size, but for those before the place.
+    void SearchSize(int size, const SearchPlace& place);
+
+    /// Rates a sample of the subsets of each size, about a second long in all.
+    SearchEstimate Estimate();
 
   private:
     void RateRound(int size, std::int64_t first, std::int64_t count);
-    void TakeHelp();
+    void TakeHelp(double seconds, std::int64_t rated);
     void TakeScreens();
     void SettleLength(double seconds);
 
@@ -59,6 +62,7 @@ class SearchRounds {
     std::vector<std::vector<FoundValue>> found_;  ///< by block
     std::int64_t iterations_;
     std::int64_t iteration_ = 0;
+    std::int64_t skipped_ = 0;         ///< those before the place where the search goes on
     std::int64_t length_ = together_;  ///< subsets of the next round
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     ProgressPace pace_;

@@ -43,6 +43,9 @@ class PermutedTraits {
     PermutedTraits(const PermutedTraits&) = delete;
     PermutedTraits& operator=(const PermutedTraits&) = delete;
 
+    std::vector<int> order() const { return {list_.get(), list_.get() + tcst}; }
+    void SetOrder(const std::vector<int>& order) { std::ranges::copy(order, list_.get()); }
+
     /// Each order comes from the one before, as in the test of the analysis.
     void TakeNext() {
         if (isNested_)
@@ -84,14 +87,14 @@ class WithoutFiles {
     char structures_, lines_;
 };
 
-std::vector<double> SearchPermuted() {
+std::vector<double> SearchPermuted(SearchRun run) {
     const GeneratorAside aside;
     std::vector<double> best;
-    CriterionOf(opt_struct)
-        .search({.writesResults = false,
-                 .receive = [&best](const SubsetSearch& search, const SearchOutcome& outcome) {
-                     best = BestValues(search, outcome);
-                 }});
+    run.writesResults = false;
+    run.receive = [&best](const SubsetSearch& search, const SearchOutcome& outcome) {
+        best = BestValues(search, outcome);
+    };
+    CriterionOf(opt_struct).search(run);
     return best;
 }
 
@@ -110,25 +113,31 @@ std::vector<double> BestValues(const SubsetSearch& search, const SearchOutcome& 
     return best;
 }
 
-std::vector<double> TestSearch(std::span<const double> observed, Keeping keeping, int permutations,
-                               const std::function<void(std::span<const double>)>& each) {
+std::vector<double> TestSearch(std::span<const double> observed, Keeping keeping,
+                               const TestRun& run) {
     // Sums in other orders: some searches work in single precision.
     constexpr int kUnitsInLastPlace = 32;
     InitRndNumberGenerator(rseed);
     const WithoutFiles without;
     PermutedTraits traits;
     std::vector<double> frequency(observed.size(), 1.0);
-    for (int i = 0; i < permutations; i++) {
+    if (run.from) {
+        frequency = run.from->frequency;
+        traits.SetOrder(run.from->order);
+        SetGeneratorState(run.from->generator);
+    }
+    for (int i = run.from ? run.from->done : 0; i < run.permutations; i++) {
+        if (run.begins) run.begins({i, frequency, traits.order(), GeneratorState()});
         traits.TakeNext();
-        const std::vector<double> best = SearchPermuted();
-        if (each) each(best);
+        const std::vector<double> best = SearchPermuted(run.search);
+        if (run.each) run.each(best);
         for (std::size_t k = 0; k < observed.size(); k++)
             if (IsLargerThanOrEqual(best[k], observed[k], kUnitsInLastPlace,
                                     keeping == Keeping::byMagnitude))
                 frequency[k] += 1.0;
     }
     for (std::size_t k = 0; k < observed.size(); k++)
-        frequency[k] = observed[k] == observed[k] ? frequency[k] / (permutations + 1.0)
+        frequency[k] = observed[k] == observed[k] ? frequency[k] / (run.permutations + 1.0)
                                                   : std::numeric_limits<double>::quiet_NaN();
     return frequency;
 }

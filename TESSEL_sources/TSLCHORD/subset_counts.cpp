@@ -1,6 +1,9 @@
 #include "TSLCHORD/subset_counts.h"
 
 #include <algorithm>
+#include <limits>
+
+#include "mxlib/subsets.h"
 
 /// The running product is C(n - k + i, i) at each step: a whole number, and exact while it and its
 /// next multiple are.
@@ -15,5 +18,12 @@ double CountSubsets(int n, int k) {
 double CountSubsetsOfSizes(int n, int first, int last) {
     double count = 0.0;
     for (int k = first; k <= last; k++) count += CountSubsets(n, k);
+    return count;
+}
+
+std::int64_t CountSubsetsOfSizes64(int n, int first, int last) {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    std::int64_t count = 0;
+    for (int k = first; k <= last; k++) count += std::min(CountSubsets64(n, k), kMost - count);
     return count;
 }

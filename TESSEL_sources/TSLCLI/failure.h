@@ -10,7 +10,13 @@
 #include "mxlibDim/failure.h"
 
 /// Exit status of the command line.
-enum CommandStatus : int { kDone = 0, kRunFailed = 1, kWrongUsage = 2 };
+enum CommandStatus : int {
+    kDone = 0,
+    kRunFailed = 1,
+    kWrongUsage = 2,
+    kInterrupted = 130,  ///< by SIGINT
+    kTerminated = 143,   ///< by SIGTERM
+};
 
 struct CommandFailure : std::runtime_error {
     CommandFailure(CommandStatus s, const std::string& message)

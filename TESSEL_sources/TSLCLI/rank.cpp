@@ -1,9 +1,13 @@
 // The command rank: the subsets of traits that maximise a criterion.
 
+#include <sys/resource.h>
+
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <cinttypes>
 #include <climits>
 #include <cmath>
+#include <sstream>
 
 #include "TSLCHORD/criteria.h"
 #include "TSLCHORD/subset_counts.h"
@@ -11,7 +15,9 @@
 #include "TSLCLI/commands.h"
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/input_file.h"
 #include "TSLCLI/progress.h"
+#include "TSLCLI/rank_checkpoint.h"
 #include "TSLCLI/ranking_tables.h"
 #include "TSLCLI/result_folder.h"
 #include "TSLCLI/session.h"
@@ -22,6 +28,7 @@
 #include "TSLIF/analysis_settings.h"
 #include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/scaling_up_matrices.h"
+#include "mxlibPar/side_by_side.h"
 
 namespace {
 
@@ -32,6 +39,8 @@ struct RankOptions {
     std::string sizes = "all";
     bool lines = false;
     int test = 0;
+    bool dryRun = false;
+    std::string checkpoint;  ///< empty: the session's own
 };
 
 std::vector<std::string> Statistics() {
@@ -101,7 +110,7 @@ void TakeSizes(const std::string& sizes) {
                       std::to_string(traits) + ", with 1 to " + std::to_string(traits) + " traits");
     }
     const double subsets = CountSubsetsOfSizes(nch, nMinTraitsChRank, nMaxTraitsChRank);
-    if (subsets <= kMostSubsets) return;
+    if (CountSubsetsOfSizes64(nch, nMinTraitsChRank, nMaxTraitsChRank) < INT64_MAX) return;
     char count[64];
     std::snprintf(count, sizeof count, std::isfinite(subsets) ? "%.15g" : "more than 1e308",
                   subsets);
@@ -113,6 +122,65 @@ void SettleFiles(bool force) {
     NameRankingFile();
     RefuseToOverwrite(whichChorder, force);
     if (saveStruct == 'y') RefuseToOverwrite(whichStructures, force);
+}
+
+/// What makes the results what they are.
+std::uint64_t DigestOf(const CLI::App& command, const FullNames& names) {
+    Digest digest;
+    digest.Add(TESSEL_VERSION);
+    digest.Add(sessionName);
+    std::istringstream settings(SettingsOf(command));
+    for (std::string line; std::getline(settings, line);)
+        if (!line.starts_with("threads")) digest.Add(line);
+    digest.Add(ReadWhole(std::string(volumeName) + whichFormda));
+    for (const auto* of : {&names.otus, &names.traits})
+        for (const std::string& name : *of) digest.Add(name);
+    digest.Add(weight, nch);
+    digest.Add(partition_OTUs, tcst);
+    if (optRestrictPermutNullModel == 1) digest.Add(nestingMembershipOTUs, tcst);
+    return digest.value();
+}
+
+std::string DurationText(double seconds) {
+    constexpr struct {
+        double seconds;
+        const char* name;
+    } kUnits[] = {{31557600, "years"}, {86400, "days"}, {3600, "hours"}, {60, "minutes"}};
+    char text[64];
+    for (const auto& unit : kUnits) {
+        if (seconds < 2 * unit.seconds) continue;
+        std::snprintf(text, sizeof text, "%.3g %s", seconds / unit.seconds, unit.name);
+        return text;
+    }
+    std::snprintf(text, sizeof text, "%.2g seconds", seconds);
+    return text;
+}
+
+/// Bytes that the process has held at its peak, by the system.
+double PeakMemory() {
+    rusage used = {};
+    getrusage(RUSAGE_SELF, &used);
+    return 1024.0 * static_cast<double>(used.ru_maxrss);
+}
+
+void TellEstimate(const RankOptions& options) {
+    SearchEstimate estimate = {};
+    saveStruct = printRankIntermedResults = 'n';
+    RunEngine([&] {
+        RunRanking({.estimate = [&](const SearchEstimate& found) { estimate = found; }});
+        EndRanking();
+    });
+    char line[160];
+    std::snprintf(line, sizeof line, "%" PRId64 " subsets of %d to %d traits", estimate.subsets,
+                  nMinTraitsChRank, nMaxTraitsChRank);
+    Tell(line);
+    std::snprintf(line, sizeof line, "Time: about %s on %d %s, by %" PRId64 " subsets rated now",
+                  DurationText(estimate.seconds * (options.test + 1.0)).c_str(), Threads(),
+                  Threads() == 1 ? "core" : "cores", estimate.sampled);
+    Tell(line + (options.test > 0 ? ", with " + std::to_string(options.test) + " permutations"
+                                  : std::string()));
+    std::snprintf(line, sizeof line, "Memory: about %.0f MB", PeakMemory() / 1e6);
+    Tell(line);
 }
 
 void TellResults(const RankingResults& results, const std::vector<double>& probabilities,
@@ -150,27 +218,37 @@ void Rank(CLI::App& command, const RankOptions& options) {
     ApplyAnalysisOptions(options.analysis, AnalysisKind::kRanking, names);
     SettleRanking();
     TakeSizes(options.sizes);
+    if (options.dryRun) return TellEstimate(options);
     printRankIntermedResults = options.lines ? 'y' : 'n';
-    SettleFiles(options.run.force);
-    ResultFolder folder(options.run.tables, std::string(sessionName) + "Rank_" + options.criterion,
-                        options.run.force, kRankingTables);
+    const std::string own = std::string(sessionName) + "Rank_" + options.criterion;
+    RankCheckpoint checkpoint(options.checkpoint.empty() ? own + ".checkpoint" : options.checkpoint,
+                              DigestOf(command, names), options.lines || saveStruct == 'y');
+    // What an interrupted run has written is its own.
+    const bool force = options.run.force || checkpoint.GoesOn();
+    SettleFiles(force);
+    ResultFolder folder(options.run.tables, own, force, kRankingTables);
     WarnOfCriterion(options.criterion);
     SettleSeed(command);
     Tell(SettingsOf(command));
+    if (checkpoint.GoesOn()) Tell("Going on from a checkpoint");
 
     RankingResults results;
     std::vector<double> probabilities;
     const double subsets = CountSubsetsOfSizes(nch, nMinTraitsChRank, nMaxTraitsChRank);
     RunEngine([&] {
         const Progress progress(subsets * (options.test + 1.0));
-        RunRanking({.receive = [&](const SubsetSearch& search, const SearchOutcome& outcome) {
+        SearchRun run{.receive = [&](const SubsetSearch& search, const SearchOutcome& outcome) {
             results = ResultsOf(search, outcome);
-        }});
+        }};
+        checkpoint.Follow(&run);
+        RunRanking(run);
         if (folder.IsWanted()) WriteSubsets(results, names, &folder);
-        if (options.test > 0) probabilities = TestRanking(results, options.test, names, &folder);
+        if (options.test > 0)
+            probabilities = TestRanking(results, options.test, names, &folder, &checkpoint);
         EndRanking();
     });
     folder.Finish(command);
+    checkpoint.Remove();
     TellResults(results, probabilities, names);
     Tell("Report: " + std::string(whichChorder));
     if (folder.IsWanted()) Tell("Tables: " + folder.path());
@@ -195,6 +273,16 @@ CommandAction AddRank(CLI::App& command) {
         ->check(CLI::Range(0, INT_MAX - 1).description(""))
         ->type_name("NUMBER")
         ->capture_default_str();
+    command
+        .add_option("--checkpoint", options->checkpoint,
+                    "Where an interrupted run leaves what the same command goes on from, written "
+                    "every minute; SESSIONRank_CRITERION.checkpoint if not given")
+        ->type_name("FILE")
+        ->configurable(false);
+    command
+        .add_flag("--dry-run", options->dryRun,
+                  "Tell the number of subsets, and the time and the memory that they will take")
+        ->configurable(false);
     AddAnalysisOptions(command, AnalysisKind::kRanking, &options->analysis);
     return [&command, options] { Rank(command, *options); };
 }

@@ -4,12 +4,12 @@
 #include <optional>
 
 #include "TSLCHORD/search_test.h"
-#include "TSLCHORD/subset_counts.h"
 #include "TSLCLI/csv_writer.h"
 #include "TSLCLI/null_values.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
 #include "TSLRESE/scaling_up_matrices.h"
+#include "mxlib/subsets.h"
 
 namespace {
 
@@ -80,7 +80,7 @@ void WriteSubsets(const RankingResults& results, const FullNames& names, ResultF
     CsvWriter best(folder->Table("best.csv"), WithTraits({"size", "subsets", "value"}, names));
     for (const Subset& subset : results.best) {
         best.Integer(subset.size);
-        best.Integer(static_cast<long long>(CountSubsets(CountTraitsInUse(), subset.size)));
+        best.Integer(CountSubsets64(CountTraitsInUse(), subset.size));
         best.RealAsIs(subset.value);
         PutTraits(&subset, &best);
         best.EndRow();
@@ -89,18 +89,19 @@ void WriteSubsets(const RankingResults& results, const FullNames& names, ResultF
 }
 
 std::vector<double> TestRanking(const RankingResults& results, int permutations,
-                                const FullNames& names, ResultFolder* folder) {
+                                const FullNames& names, ResultFolder* folder,
+                                RankCheckpoint* checkpoint) {
     const Names sizes = Sizes();
     std::optional<NullValues> null;
     if (folder->IsWanted()) {
         null.emplace(folder->Table("null.csv"), sizes);
         null->Add(results.values);
     }
-    const auto each = [&null](std::span<const double> values) {
-        if (null) null->Add(values);
-    };
-    const std::vector<double> probabilities =
-        TestSearch(results.values, results.keeping, permutations, each);
+    TestRun run{.permutations = permutations, .each = [&null](std::span<const double> values) {
+                    if (null) null->Add(values);
+                }};
+    checkpoint->Follow(&run);
+    const std::vector<double> probabilities = TestSearch(results.values, results.keeping, run);
     if (!null) return probabilities;
     null->Finish();
     Names header = {"size"};

@@ -8,6 +8,7 @@
 
 #include "TSLCHORD/search_frame.h"
 #include "TSLCLI/names.h"
+#include "TSLCLI/rank_checkpoint.h"
 #include "TSLCLI/result_folder.h"
 
 /// Files that a ranking may write.
@@ -30,7 +31,8 @@ RankingResults ResultsOf(const SubsetSearch& search, const SearchOutcome& outcom
 /// ranked.csv and best.csv: a row per subset with a column of 0 and 1 for each trait.
 void WriteSubsets(const RankingResults& results, const FullNames& names, ResultFolder* folder);
 
-/// Tests the search (search_test.h) with that many permutations; test.csv and null.csv. The
-/// probabilities, in the order of the values.
+/// Tests the search (search_test.h) with that many permutations, as the checkpoint follows it;
+/// test.csv and null.csv. The probabilities, in the order of the values.
 std::vector<double> TestRanking(const RankingResults& results, int permutations,
-                                const FullNames& names, ResultFolder* folder);
+                                const FullNames& names, ResultFolder* folder,
+                                RankCheckpoint* checkpoint);

@@ -159,6 +159,21 @@ TEST_F(RankCommand, TestOfOneSubsetIsThatOfTheAnalysis) {
     }
 }
 
+TEST_F(RankCommand, DryRunTellsWhatASearchWillTake) {
+    FormdaText data;
+    data.W = {{3, 0, 1}, {0, 2, 4}, {1, 1, 0}, {6, 0, 2}};
+    data.E = {{1}, {4}, {2}};
+    data.B.assign(4, {});
+    for (int k = 0; k < 62; k++)
+        for (int i = 0; i < 4; i++) data.B[i].push_back(k * i % 7);
+    folder_.Write("sFormda.txt", FormdaOf(data));
+    folder_.Write("sTrk.txt", "sFormda.txt\n07Jul17\n");
+    const CommandRun run = RunCommand("rank s --criterion TE --dry-run");
+    EXPECT_TRUE(Contains(run.out, "4611686018427387903 subsets of 1 to 62 traits\nTime: about "));
+    EXPECT_TRUE(Contains(run.out, " years on "));
+    EXPECT_FALSE(folder_.Has("sChRank_TCAP.txt"));
+}
+
 // A permutation searched by itself: the traits and types of the OTUs in the order of the generator.
 TEST_F(RankCommand, TestSearchesPermutedTraits) {
     FormdaText data;

@@ -1,0 +1,129 @@
+#include "TSLCLI/checkpoint.h"
+
+#include <unistd.h>
+
+#include <bit>
+#include <cinttypes>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "TSLCLI/failure.h"
+#include "TSLCLI/input_file.h"
+#include "mxlibDim/replacement.h"
+
+namespace {
+
+constexpr const char* kFirstLine = "TESSEL checkpoint 1\n";
+constexpr const char* kLastLine = "end\n";
+
+volatile std::sig_atomic_t signalThatCame = 0;
+
+/// The next one of the same kind ends the process as ever.
+void TakeSignal(int number) {
+    signalThatCame = number;
+    std::signal(number, SIG_DFL);
+}
+
+/// Tests cannot wait for a minute.
+double SecondsBetween() {
+    const char* const seconds = std::getenv("TESSEL_CHECKPOINT_SECONDS");
+    return seconds != nullptr ? std::atof(seconds) : 60.0;
+}
+
+[[noreturn]] void FailDamaged(const std::string& path) {
+    FailRun(path + ": this is no whole checkpoint: remove it, and the run begins anew");
+}
+
+}  // namespace
+
+void CheckpointNumbers::Put(double value) {
+    words_.push_back(std::bit_cast<std::uint64_t>(value));
+}
+
+void CheckpointNumbers::Append(const CheckpointNumbers& other) {
+    words_.insert(words_.end(), other.words_.begin(), other.words_.end());
+}
+
+std::int64_t CheckpointNumbers::TakeWhole() {
+    if (next_ == words_.size()) FailDamaged("checkpoint");
+    return static_cast<std::int64_t>(words_[next_++]);
+}
+
+double CheckpointNumbers::TakeReal() {
+    return std::bit_cast<double>(TakeWhole());
+}
+
+void Digest::Add(std::string_view bytes) {
+    const auto mix = [this](unsigned char byte) { value_ = (value_ ^ byte) * 0x100000001b3; };
+    for (const char c : bytes) mix(static_cast<unsigned char>(c));
+    for (std::size_t rest = bytes.size(), k = 0; k < sizeof rest; k++, rest >>= 8)
+        mix(static_cast<unsigned char>(rest & 0xff));
+}
+
+Checkpoint::Checkpoint(std::string path, std::uint64_t digest)
+    : path_(std::move(path)), digest_(digest) {
+    signalThatCame = 0;
+    for (const int number : {SIGINT, SIGTERM})
+        if (std::signal(number, TakeSignal) == SIG_IGN) std::signal(number, SIG_IGN);
+}
+
+Checkpoint::~Checkpoint() {
+    for (const int number : {SIGINT, SIGTERM}) std::signal(number, SIG_DFL);
+}
+
+std::optional<CheckpointNumbers> Checkpoint::Read() const {
+    std::error_code error;
+    if (!std::filesystem::exists(path_, error)) return std::nullopt;
+    const std::string text = ReadWhole(path_);
+    const char* at = text.c_str();
+    if (!text.starts_with(kFirstLine)) FailDamaged(path_);
+    at += std::strlen(kFirstLine);
+    std::vector<std::uint64_t> words;
+    char* end = nullptr;
+    while (std::strcmp(at, kLastLine) != 0) {
+        words.push_back(std::strtoull(at, &end, 16));
+        if (end == at || *end != '\n') FailDamaged(path_);
+        at = end + 1;
+    }
+    if (words.empty()) FailDamaged(path_);
+    if (words[0] != digest_)
+        FailRun(path_ +
+                ": an interrupted run with other data or settings left this checkpoint: repeat "
+                "that run to finish it, give another file by --checkpoint, or remove it");
+    words.erase(words.begin());
+    return CheckpointNumbers(std::move(words));
+}
+
+bool Checkpoint::IsDue() const {
+    const std::chrono::duration<double> since = std::chrono::steady_clock::now() - written_;
+    return signalThatCame != 0 || since.count() >= SecondsBetween();
+}
+
+void Checkpoint::Write(const CheckpointNumbers& numbers) {
+    FileReplacement file(path_.c_str(), nullptr);
+    if (file == nullptr) FailRun(path_ + ": the checkpoint cannot be written there");
+    std::fputs(kFirstLine, file);
+    std::fprintf(file, "%" PRIx64 "\n", digest_);
+    for (const std::uint64_t word : numbers.words()) std::fprintf(file, "%" PRIx64 "\n", word);
+    std::fputs(kLastLine, file);
+    if (!file.Commit()) FailRun(path_ + ": the checkpoint could not be written whole");
+    isWritten_ = true;
+    written_ = std::chrono::steady_clock::now();
+}
+
+void Checkpoint::EndIfAsked() const {
+    if (signalThatCame == 0) return;
+    const auto status = signalThatCame == SIGINT ? kInterrupted : kTerminated;
+    std::error_code error;
+    throw CommandFailure(status, std::filesystem::exists(path_, error)
+                                     ? "interrupted: the same command goes on from " + path_
+                                     : "interrupted: the same command begins anew");
+}
+
+void Checkpoint::Remove() {
+    std::error_code error;
+    std::filesystem::remove(path_, error);
+}

@@ -1,0 +1,75 @@
+#pragma once
+/// \file
+/// Checkpoints: what an interrupted run needs to go on, in a file of numbers that is the same on
+/// every machine.
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Numbers one after the other: whole ones and doubles, bit by bit.
+class CheckpointNumbers {
+  public:
+    void Put(std::int64_t value) { words_.push_back(static_cast<std::uint64_t>(value)); }
+    void Put(double value);
+    void Append(const CheckpointNumbers& other);
+
+    /// The next one; fails behind the last.
+    std::int64_t TakeWhole();
+    double TakeReal();
+
+    const std::vector<std::uint64_t>& words() const { return words_; }
+    explicit CheckpointNumbers(std::vector<std::uint64_t> words = {}) : words_(std::move(words)) {}
+
+  private:
+    std::vector<std::uint64_t> words_;
+    std::size_t next_ = 0;
+};
+
+/// What makes two runs the same: the words that are put in, in their order.
+class Digest {
+  public:
+    void Add(std::string_view bytes);
+    template <class Number>
+    void Add(const Number* numbers, int count) {
+        for (int k = 0; k < count; k++) Add(std::to_string(numbers[k]));
+    }
+    std::uint64_t value() const { return value_; }
+
+  private:
+    std::uint64_t value_ = 0xcbf29ce484222325;  // Fowler, Noll and Vo
+};
+
+/// The checkpoint file of a run, and the signals that end it: from here on SIGINT and SIGTERM wait
+/// for the next EndIfAsked, once.
+class Checkpoint {
+  public:
+    /// `digest` of the data and the settings.
+    Checkpoint(std::string path, std::uint64_t digest);
+    ~Checkpoint();
+    Checkpoint(const Checkpoint&) = delete;
+    Checkpoint& operator=(const Checkpoint&) = delete;
+
+    /// What an interrupted run has left; nothing where there is no such file. Fails for the file of
+    /// other data or settings, and for what is no checkpoint.
+    std::optional<CheckpointNumbers> Read() const;
+
+    /// Whether it is time to write: a minute after the last time, or when a signal came.
+    bool IsDue() const;
+    void Write(const CheckpointNumbers& numbers);
+    /// Ends the command by 130 or 143 when a signal came, and says how to go on.
+    void EndIfAsked() const;
+    /// The run is done.
+    void Remove();
+
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+    std::uint64_t digest_;
+    bool isWritten_ = false;
+    std::chrono::steady_clock::time_point written_ = std::chrono::steady_clock::now();
+};
