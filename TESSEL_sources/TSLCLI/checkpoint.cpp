@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <sstream>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
@@ -63,15 +64,24 @@ void Digest::Add(std::string_view bytes) {
         mix(static_cast<unsigned char>(rest & 0xff));
 }
 
-Checkpoint::Checkpoint(std::string path, std::uint64_t digest)
-    : path_(std::move(path)), digest_(digest) {
+void Digest::AddSettings(const std::string& settings) {
+    std::istringstream lines(settings);
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with("threads")) Add(line);
+}
+
+Checkpoint::Checkpoint(std::string path, std::uint64_t digest, bool takesSignals)
+    : path_(std::move(path)), digest_(digest), takesSignals_(takesSignals) {
     signalThatCame = 0;
+    if (!takesSignals_) return;
     for (const int number : {SIGINT, SIGTERM})
         if (std::signal(number, TakeSignal) == SIG_IGN) std::signal(number, SIG_IGN);
 }
 
 Checkpoint::~Checkpoint() {
-    for (const int number : {SIGINT, SIGTERM}) std::signal(number, SIG_DFL);
+    if (!takesSignals_) return;
+    for (const int number : {SIGINT, SIGTERM})
+        if (std::signal(number, SIG_DFL) == SIG_IGN) std::signal(number, SIG_IGN);
 }
 
 std::optional<CheckpointNumbers> Checkpoint::Read() const {
@@ -110,7 +120,6 @@ void Checkpoint::Write(const CheckpointNumbers& numbers) {
     for (const std::uint64_t word : numbers.words()) std::fprintf(file, "%" PRIx64 "\n", word);
     std::fputs(kLastLine, file);
     if (!file.Commit()) FailRun(path_ + ": the checkpoint could not be written whole");
-    isWritten_ = true;
     written_ = std::chrono::steady_clock::now();
 }
 

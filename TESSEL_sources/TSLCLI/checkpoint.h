@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 /// Numbers one after the other: whole ones and doubles, bit by bit.
@@ -29,10 +30,35 @@ class CheckpointNumbers {
     std::size_t next_ = 0;
 };
 
+template <class Number>
+void PutAll(const std::vector<Number>& values, CheckpointNumbers* numbers) {
+    numbers->Put(static_cast<std::int64_t>(values.size()));
+    for (const Number value : values) {
+        if constexpr (std::is_same_v<Number, double>)
+            numbers->Put(value);
+        else
+            numbers->Put(static_cast<std::int64_t>(value));
+    }
+}
+
+template <class Number>
+void TakeAll(CheckpointNumbers* numbers, std::vector<Number>* values) {
+    const std::int64_t size = numbers->TakeWhole();
+    values->clear();
+    for (std::int64_t k = 0; k < size; k++) {
+        if constexpr (std::is_same_v<Number, double>)
+            values->push_back(numbers->TakeReal());
+        else
+            values->push_back(static_cast<Number>(numbers->TakeWhole()));
+    }
+}
+
 /// What makes two runs the same: the words that are put in, in their order.
 class Digest {
   public:
     void Add(std::string_view bytes);
+    /// A command as it stands, but for what does not change its results.
+    void AddSettings(const std::string& settings);
     template <class Number>
     void Add(const Number* numbers, int count) {
         for (int k = 0; k < count; k++) Add(std::to_string(numbers[k]));
@@ -47,8 +73,8 @@ class Digest {
 /// for the next EndIfAsked, once.
 class Checkpoint {
   public:
-    /// `digest` of the data and the settings.
-    Checkpoint(std::string path, std::uint64_t digest);
+    /// `digest` of the data and the settings. Signals are left alone unless `takesSignals`.
+    Checkpoint(std::string path, std::uint64_t digest, bool takesSignals = true);
     ~Checkpoint();
     Checkpoint(const Checkpoint&) = delete;
     Checkpoint& operator=(const Checkpoint&) = delete;
@@ -70,6 +96,6 @@ class Checkpoint {
   private:
     std::string path_;
     std::uint64_t digest_;
-    bool isWritten_ = false;
+    bool takesSignals_;
     std::chrono::steady_clock::time_point written_ = std::chrono::steady_clock::now();
 };

@@ -7,7 +7,6 @@
 #include <cinttypes>
 #include <climits>
 #include <cmath>
-#include <sstream>
 
 #include "TSLCHORD/criteria.h"
 #include "TSLCHORD/subset_counts.h"
@@ -129,9 +128,7 @@ std::uint64_t DigestOf(const CLI::App& command, const FullNames& names) {
     Digest digest;
     digest.Add(TESSEL_VERSION);
     digest.Add(sessionName);
-    std::istringstream settings(SettingsOf(command));
-    for (std::string line; std::getline(settings, line);)
-        if (!line.starts_with("threads")) digest.Add(line);
+    digest.AddSettings(SettingsOf(command));
     digest.Add(ReadWhole(std::string(volumeName) + whichFormda));
     for (const auto* of : {&names.otus, &names.traits})
         for (const std::string& name : *of) digest.Add(name);

@@ -42,29 +42,6 @@ CheckpointNumbers NumbersOf(const SearchPlace& place, const SearchOutcome& outco
     return numbers;
 }
 
-template <class Number>
-void PutAll(const std::vector<Number>& values, CheckpointNumbers* numbers) {
-    numbers->Put(static_cast<std::int64_t>(values.size()));
-    for (const Number value : values) {
-        if constexpr (std::is_same_v<Number, double>)
-            numbers->Put(value);
-        else
-            numbers->Put(static_cast<std::int64_t>(value));
-    }
-}
-
-template <class Number>
-void TakeAll(CheckpointNumbers* numbers, std::vector<Number>* values) {
-    const std::int64_t size = numbers->TakeWhole();
-    values->clear();
-    for (std::int64_t k = 0; k < size; k++) {
-        if constexpr (std::is_same_v<Number, double>)
-            values->push_back(numbers->TakeReal());
-        else
-            values->push_back(static_cast<Number>(numbers->TakeWhole()));
-    }
-}
-
 /// The rest of the numbers.
 CheckpointNumbers RestOf(CheckpointNumbers* numbers, std::int64_t count) {
     CheckpointNumbers rest;
@@ -132,7 +109,8 @@ void RankCheckpoint::SaveIfDue(const SearchPlace& place, const SearchOutcome& ou
 
 void RankCheckpoint::Follow(SearchRun* run) {
     run->goOn = [this](SearchOutcome* outcome) {
-        CheckpointNumbers numbers = tests_ ? observed_ : std::exchange(search_, CheckpointNumbers());
+        CheckpointNumbers numbers =
+            tests_ ? observed_ : std::exchange(search_, CheckpointNumbers());
         return TakeSearch(&numbers, outcome);
     };
     run->between = [this](const SearchPlace& place, const SearchOutcome& outcome) {

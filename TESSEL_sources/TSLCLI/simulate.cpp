@@ -11,11 +11,13 @@
 #include "TSLCLI/commands.h"
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/input_file.h"
 #include "TSLCLI/names.h"
 #include "TSLCLI/progress.h"
 #include "TSLCLI/result_folder.h"
 #include "TSLCLI/session.h"
 #include "TSLCLI/settings_file.h"
+#include "TSLCLI/simulation_checkpoint.h"
 #include "TSLCLI/simulation_tables.h"
 #include "TSLCLI/world_tables.h"
 #include "TSLGLOB/dataset.h"
@@ -45,6 +47,7 @@ struct SimulateOptions {
     AnalysisOptions analysis;
     std::string folder = "yes";
     bool force = false;
+    std::string checkpoint = "Simulated.checkpoint";
 };
 
 /// What contradicts an evaluation, or its lack.
@@ -87,18 +90,38 @@ void TellFiles(const SimulationAnswers& answers, const ResultFolder& folder) {
     if (folder.IsWanted()) Tell("Tables: " + folder.path());
 }
 
+/// What makes the results what they are.
+std::uint64_t DigestOf(const CLI::App& command, const SimulateOptions& o) {
+    Digest digest;
+    digest.Add(TESSEL_VERSION);
+    digest.AddSettings(SettingsOf(command));
+    const WorldTables& t = o.tables;
+    for (const std::string& file : {t.traits, t.traitCorrelations, t.environment,
+                                    t.environmentCorrelations, t.responses, t.effects})
+        if (file != kNoTable) digest.Add(ReadWhole(file));
+    if (optRestrictPermutNullModel == 1) digest.Add(nestingMembershipOTUs, tcst);
+    return digest.value();
+}
+
 /// Runs the simulation; the rejections of an evaluation, by statistic.
-std::vector<int> RunWorld(SimulationAnswers* answers, SimulationStatistics* statistics) {
+std::vector<int> RunWorld(SimulationAnswers* answers, SimulationStatistics* statistics,
+                          SimulationCheckpoint* checkpoint) {
     std::vector<int> rejections;
-    const auto take = [&](int dataSet, const Evaluation& evaluation) {
-        if (statistics != nullptr) statistics->Add(dataSet, evaluation);
-        rejections.assign(evaluation.rejections.begin(), evaluation.rejections.end());
+    SimulationRun run;
+    checkpoint->Follow(&run, [&](int dataSet, std::span<const double> values) {
+        if (statistics != nullptr) statistics->Add(dataSet, values);
+    });
+    run.between = [&, between = run.between](const SimulationPlace& place) {
+        between(place);
+        rejections.assign(place.rejections.begin(), place.rejections.end());
     };
+    if (run.from != nullptr)
+        rejections.assign(run.from->rejections.begin(), run.from->rejections.end());
     const double tests = answers->evaluates ? niter - 1.0 : 0.0;
     bool done = false;
     const EngineTalk talk = RunEngine([&] {
         const Progress progress(answers->nDataSets * (answers->maxIterations + tests));
-        done = RunSimulation(answers, take);
+        done = RunSimulation(answers, run);
     });
     if (!done) FailRun(talk.screen + " Give --responses that are not all 0");
     return rejections;
@@ -112,19 +135,26 @@ void Simulate(CLI::App& command, const SimulateOptions& o) {
     const WorldNames names = TakeWorldTables(o.tables, &answers);
     const DataSetScratch scratch(answers.nTraits, answers.nOTUs);
     TakeAnalysis(o, names);
-    for (const char* file : FilesOfRun(answers)) RefuseToOverwrite(file, o.force);
-    ResultFolder folder(o.folder, "SimulatedTables", o.force, kSimulationTables);
+    SimulationCheckpoint checkpoint(o.checkpoint, DigestOf(command, o), answers.evaluates,
+                                    printDetail);
+    // What an interrupted run has written is its own.
+    const bool force = o.force || checkpoint.GoesOn();
+    for (const char* file : FilesOfRun(answers)) RefuseToOverwrite(file, force);
+    ResultFolder folder(o.folder, "SimulatedTables", force, kSimulationTables);
     SettleSeed(command);
     Tell(SettingsOf(command));
+    if (checkpoint.GoesOn()) Tell("Going on from a checkpoint");
 
     std::optional<SimulationStatistics> statistics;
     if (o.evaluates && folder.IsWanted()) statistics.emplace(folder.Table("statistics.csv"));
-    const std::vector<int> rejections = RunWorld(&answers, statistics ? &*statistics : nullptr);
+    const std::vector<int> rejections =
+        RunWorld(&answers, statistics ? &*statistics : nullptr, &checkpoint);
     if (statistics) statistics->Finish();
     if (o.evaluates)
         TellRates(rejections, answers.nDataSets, answers.alpha,
                   folder.IsWanted() ? folder.Table("rates.csv") : "");
     folder.Finish(command);
+    checkpoint.Remove();
     TellFiles(answers, folder);
 }
 
@@ -213,6 +243,13 @@ CommandAction AddSimulate(CLI::App& command) {
         .add_option("--tables", o->folder, "Folder for the results as CSV; yes: SimulatedTables")
         ->type_name("yes|no|FOLDER")
         ->capture_default_str();
+    command
+        .add_option("--checkpoint", o->checkpoint,
+                    "Where an interrupted evaluation leaves what the same command goes on from, "
+                    "written every minute")
+        ->type_name("FILE")
+        ->capture_default_str()
+        ->configurable(false);
     command.add_flag("--force", o->force, "Replace the files of an earlier run")
         ->configurable(false);
     return [&command, o] { Simulate(command, *o); };

@@ -36,6 +36,15 @@ Label LabelOf(const RatedStatistic& rated) {
 
 }  // namespace
 
+std::vector<double> EvaluatedValues(const Evaluation& evaluation) {
+    std::vector<double> values;
+    for (const RatedStatistic& rated : ratedStatistics) {
+        values.push_back(evaluation.test.*rated.value);
+        values.push_back(evaluation.test.*rated.probability);
+    }
+    return values;
+}
+
 struct SimulationStatistics::Table : CsvWriter {
     using CsvWriter::CsvWriter;
 };
@@ -46,12 +55,12 @@ SimulationStatistics::SimulationStatistics(const std::string& path)
 
 SimulationStatistics::~SimulationStatistics() = default;
 
-void SimulationStatistics::Add(int dataSet, const Evaluation& evaluation) {
-    for (const RatedStatistic& rated : ratedStatistics) {
+void SimulationStatistics::Add(int dataSet, std::span<const double> values) {
+    for (std::size_t k = 0; k < kRatedStatistics; k++) {
         table_->Integer(dataSet);
-        table_->Text(LabelOf(rated).statistic);
-        table_->RealAsIs(evaluation.test.*rated.value);
-        table_->RealAsIs(evaluation.test.*rated.probability);
+        table_->Text(LabelOf(ratedStatistics[k]).statistic);
+        table_->RealAsIs(values[2 * k]);
+        table_->RealAsIs(values[2 * k + 1]);
         table_->EndRow();
     }
 }

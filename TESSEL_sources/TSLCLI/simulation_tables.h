@@ -4,6 +4,7 @@
 
 #include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -13,12 +14,16 @@ struct Evaluation;
 inline constexpr std::initializer_list<const char*> kSimulationTables = {"statistics.csv",
                                                                          "rates.csv"};
 
+/// Value and P of each statistic in turn.
+std::vector<double> EvaluatedValues(const Evaluation& evaluation);
+
 /// The statistics of every data set, written as they come: data set, statistic, value, P.
 class SimulationStatistics {
   public:
     explicit SimulationStatistics(const std::string& path);
     ~SimulationStatistics();
-    void Add(int dataSet, const Evaluation& evaluation);
+    /// `values` of EvaluatedValues.
+    void Add(int dataSet, std::span<const double> values);
     void Finish();
 
   private:

@@ -1,5 +1,6 @@
 #include "TSLIF/simulation.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <optional>
@@ -59,10 +60,24 @@ void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool
     files.report->Flush();
 }
 
+SimulationPlace PlaceOf(const World& world, const Evaluation& evaluation) {
+    return {world.dataSet,
+            world.chiSquareCalls,
+            {evaluation.rejections.begin(), evaluation.rejections.end()},
+            GeneratorState()};
+}
+
+void TakePlace(const SimulationPlace& place, World* world, Evaluation* evaluation) {
+    world->dataSet = place.dataSets;
+    world->chiSquareCalls = place.chiSquareCalls;
+    std::copy(place.rejections.begin(), place.rejections.end(), evaluation->rejections.begin());
+    SetGeneratorState(place.generator);
+    WriteOTUNumbers(*world);
+}
+
 }  // namespace
 
-bool RunSimulation(SimulationAnswers* answers,
-                   const std::function<void(int dataSet, const Evaluation&)>& evaluated) {
+bool RunSimulation(SimulationAnswers* answers, const SimulationRun& run) {
     InitRndNumberGenerator(rseed);
     World world(answers);
     if (!ReadWorld(world)) return false;
@@ -75,11 +90,13 @@ bool RunSimulation(SimulationAnswers* answers,
     std::optional<Evaluation> evaluation;
     if (answers->evaluates) evaluation.emplace(world);
     const bool reports = !answers->evaluates || printDetail;
+    if (run.from != nullptr) TakePlace(*run.from, &world, &*evaluation);
     time0 = std::clock();
     while (world.dataSet < answers->nDataSets) {
         world.dataSet++;
         SimulateDataSet(world, files, evaluation ? &*evaluation : nullptr, reports);
-        if (evaluation && evaluated) evaluated(world.dataSet, *evaluation);
+        if (evaluation && run.evaluated) run.evaluated(world.dataSet, *evaluation);
+        if (evaluation && run.between) run.between(PlaceOf(world, *evaluation));
     }
     if (evaluation) {
         const double seconds = ProcessorSeconds();
@@ -95,5 +112,5 @@ void IFAssemblyRulesSimulation_EnvFeedback_TypeI_II_Error() {
     AskWorld(&answers);
     const DataSetScratch scratch(answers.nTraits, answers.nOTUs);
     AskRun(&answers);
-    RunSimulation(&answers, nullptr);
+    RunSimulation(&answers);
 }

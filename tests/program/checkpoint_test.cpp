@@ -13,37 +13,67 @@
 
 namespace {
 
-const std::string kFolder = "sRank_XE.T/", kCheckpoint = "sRank_XE.T.checkpoint";
+struct Interrupted {
+    std::string command, checkpoint, report, tables;
+    std::vector<std::string> names;
+    TempFolder folder = {};
 
-/// The ranking stopped by the signal after so many seconds: its exit status, its words in `said`.
-int Rank(const TempFolder& folder, const std::string& options, const std::string& signal,
-         double seconds) {
-    const std::string command = "cd " + folder.path().string() +
-                                " && TESSEL_CHECKPOINT_SECONDS=0.01 exec timeout --preserve-status"
-                                " -s " +
-                                signal + " " + std::to_string(seconds) +
-                                " " TESSEL_PROGRAM
-                                " rank s --criterion XE.T --sizes 1-4 --test 9 " +
-                                options + " >said 2>&1";
-    const int status = std::system(command.c_str());
-    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
-}
+    /// The command stopped by the signal after so many seconds: its exit status. Its words stand in
+    /// `said`.
+    int Run(const std::string& seed, const std::string& signal, double seconds) const {
+        const std::string line = "cd " + folder.path().string() +
+                                 " && TESSEL_CHECKPOINT_SECONDS=0.01 exec timeout --preserve-status"
+                                 " -s " +
+                                 signal + " " + std::to_string(seconds) + " " TESSEL_PROGRAM " " +
+                                 command + " --seed " + seed + " >said 2>&1";
+        const int status = std::system(line.c_str());
+        return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+    }
 
-/// What a run has left, which is then taken away.
-std::string TakeResults(const TempFolder& folder) {
-    std::string results = Masked(folder.Read("sChRank_TDAP.txt"));
-    for (const char* table : {"ranked", "best", "null", "test"})
-        results += folder.Read(kFolder + table + ".csv");
-    std::filesystem::remove_all(folder.File(kFolder));
-    std::filesystem::remove(folder.File("sChRank_TDAP.txt"));
-    EXPECT_FALSE(folder.Has(kCheckpoint));
-    return results;
-}
+    /// What a run has left, which is then taken away.
+    std::string TakeResults() const {
+        std::string results = Masked(folder.Read(report));
+        for (const std::string& name : names) results += folder.Read(tables + "/" + name);
+        std::filesystem::remove_all(folder.File(tables));
+        std::filesystem::remove(folder.File(report));
+        std::filesystem::remove(folder.File("OTUs_Simulated.txt"));
+        EXPECT_FALSE(folder.Has(checkpoint));
+        return results;
+    }
+
+    void StopAtRandomMoments() const {
+        ASSERT_EQ(Run("3", "KILL", 250), 0) << folder.Read("said");
+        const std::string expected = TakeResults();
+        std::mt19937 random(1);
+        int wentOn = 0;
+        for (int death = 0; death < 100; death++) {
+            const int kind = int(random() % 3);
+            const int status = Run("3", std::vector{"KILL", "TERM", "INT"}[kind],
+                                   double(random() % 150 + 5) / 1000);
+            wentOn += Contains(folder.Read("said"), "Going on");
+            if (status == 0)
+                ASSERT_EQ(TakeResults(), expected) << death;
+            else
+                ASSERT_EQ(status, std::vector({137, 143, 130})[kind]) << folder.Read("said");
+        }
+        EXPECT_GT(wentOn, 0);
+        for (double seconds = 0.1; !folder.Has(checkpoint); seconds *= 1.3)
+            if (Run("3", "TERM", seconds) == 0) TakeResults();
+        EXPECT_EQ(Run("4", "KILL", 250), 1);
+        EXPECT_TRUE(Contains(folder.Read("said"), "other data or settings left this checkpoint"));
+        ASSERT_EQ(Run("3", "KILL", 250), 0) << folder.Read("said");
+        EXPECT_EQ(TakeResults(), expected);
+    }
+};
 
 }  // namespace
 
 TEST(Checkpoint, ARankingStoppedAnywhereGoesOn) {
-    const TempFolder folder;
+    const Interrupted run = {"rank s --criterion XE.T --sizes 1-4 --test 9",
+                             "sRank_XE.T.checkpoint",
+                             "sChRank_TDAP.txt",
+                             "sRank_XE.T",
+                             {"ranked.csv", "best.csv", "null.csv", "test.csv"}};
     FormdaText data;
     for (int i = 0; i < 30; i++) {
         data.B.emplace_back();
@@ -51,28 +81,18 @@ TEST(Checkpoint, ARankingStoppedAnywhereGoesOn) {
         data.W.push_back({i % 3 + 1.0, i % 5 + 0.0, i % 7 + 0.0, i % 2 + 1.0, i % 4 + 0.0});
     }
     data.E = {{1}, {2}, {4}, {3}, {7}};
-    folder.Write("sFormda.txt", FormdaOf(data));
-    folder.Write("sTrk.txt", "sFormda.txt\n07Jul17\n");
-    ASSERT_EQ(Rank(folder, "--seed 3", "KILL", 250), 0) << folder.Read("said");
-    const std::string expected = TakeResults(folder);
+    run.folder.Write("sFormda.txt", FormdaOf(data));
+    run.folder.Write("sTrk.txt", "sFormda.txt\n07Jul17\n");
+    run.StopAtRandomMoments();
+}
 
-    std::mt19937 random(1);
-    int wentOn = 0;
-    for (int death = 0; death < 200; death++) {
-        const int kind = int(random() % 3);
-        const int status = Rank(folder, "--seed 3", std::vector{"KILL", "TERM", "INT"}[kind],
-                                double(random() % 150 + 5) / 1000);
-        wentOn += Contains(folder.Read("said"), "Going on");
-        if (status == 0)
-            ASSERT_EQ(TakeResults(folder), expected) << death;
-        else
-            ASSERT_EQ(status, std::vector{137, 143, 130}[kind]) << folder.Read("said");
-    }
-    EXPECT_GT(wentOn, 0);
-    for (double seconds = 0.1; !folder.Has(kCheckpoint); seconds *= 1.3)
-        if (Rank(folder, "--seed 3", "TERM", seconds) == 0) TakeResults(folder);
-    EXPECT_EQ(Rank(folder, "--seed 4", "KILL", 250), 1);
-    EXPECT_TRUE(Contains(folder.Read("said"), "other data or settings left this checkpoint"));
-    ASSERT_EQ(Rank(folder, "--seed 3", "KILL", 250), 0) << folder.Read("said");
-    EXPECT_EQ(TakeResults(folder), expected);
+TEST(Checkpoint, ASimulationStoppedAnywhereGoesOn) {
+    const Interrupted run = {"simulate neutral.toml --data-sets 300 --steps 60 --iterations 100",
+                             "Simulated.checkpoint",
+                             "FinalSimulatedData.txt",
+                             "SimulatedTables",
+                             {"statistics.csv", "rates.csv"}};
+    for (const auto& file : std::filesystem::directory_iterator(TESSEL_EXAMPLES "/simulation"))
+        std::filesystem::copy_file(file, run.folder.File(file.path().filename().string()));
+    run.StopAtRandomMoments();
 }
