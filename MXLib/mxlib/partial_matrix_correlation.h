@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "mxLinearModels/component_regression.h"
+#include "mxlib/perm_test/projection.h"
 #include "mxlibDim/dim.h"
 #include "mxlibRes/congruence_kernels.h"
 
@@ -35,3 +36,18 @@ PartialCorrelationRoom MakePartialCorrelationRoom(int n, int p1, int p2, int cov
 double PartialMatrixCorrelation(ConstMatrix<double> a, ConstMatrix<double> b, double overfit,
                                 std::initializer_list<CovariableSet> sets,
                                 PartialCorrelationRoom* room);
+
+/// A wide matrix b that stays the same, for many matrices a.
+struct FixedMatrix {
+    CongruenceSide<double> side;
+    double squares;
+    Projection projection;
+};
+FixedMatrix MakeFixedMatrix(ConstMatrix<double> b, int covariables,
+                            const PartialCorrelationRoom& room);
+
+/// The coefficient for a and the fixed b without making the residuals of b: the same to eight
+/// digits; NaN where fewer would be left.
+double EstimatedPartialCorrelation(ConstMatrix<double> a, double overfit,
+                                   std::initializer_list<CovariableSet> sets, FixedMatrix* b,
+                                   PartialCorrelationRoom* room);

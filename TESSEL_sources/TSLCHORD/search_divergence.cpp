@@ -192,6 +192,7 @@ struct WorkerRoom {
     TraitDivergence divergence;
     TraitDivergence withE;
     std::unique_ptr<PartialCorrelationRoom> withEntropy;  ///< null: entropy is not removed
+    std::unique_ptr<FixedMatrix> Z;                       ///< null: subsets are not estimated
 };
 std::shared_ptr<WorkerRoom> MakeRoom(const DivergenceCriterion& criterion,
                                      SubsetTables<double>* t) {
@@ -200,7 +201,8 @@ std::shared_ptr<WorkerRoom> MakeRoom(const DivergenceCriterion& criterion,
         {ScopedVector<int>(t->K), ScopedVector<double>(t->K), ScopedVector<double>(ncsm)},
         MakeTraitDivergence(criterion.b, t),
         MakeTraitDivergence(Table::E, t),
-        removesEntropy ? MakePartialRoom(criterion.a, criterion.b, true, t) : nullptr});
+        removesEntropy ? MakePartialRoom(criterion.a, criterion.b, true, t) : nullptr,
+        nullptr});
 }
 
 SubsetRater RaterOf(const DivergenceCriterion& criterion,
@@ -220,6 +222,15 @@ SubsetRater RaterOf(const DivergenceCriterion& criterion,
         if (structures != nullptr) PrintStructures(structures, subsets[0], &room->withE, t.get());
         return true;
     };
+    if (criterion.form == Form::partial && opt_ro != kMantel && structures == nullptr && t->K > 1) {
+        // Z is wide, and its residuals would be made anew for each subset.
+        PartialCorrelationRoom* const partial = room->divergence.room.get();
+        room->Z = std::make_unique<FixedMatrix>(
+            MakeFixedMatrix(Of(criterion.b, t.get()).values, nch, *partial));
+        rater.estimate = [=, &criterion](const TraitSubset& subset) {
+            return EstimateOfTables(criterion.a, subset, room->Z.get(), partial, t.get());
+        };
+    }
     rater.printRating = [](FILE* results, int, double value) {
         std::fprintf(results, "r(%s)=\t%g\tTraits:\t", CriterionOf(opt_struct).statistic,
                      Printable(value));

@@ -1,6 +1,7 @@
 #include "TSLCHORD/search_frame.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ctime>
 #include <limits>
 
@@ -94,6 +95,12 @@ bool MayBeKept(const SubsetSearch& search, double value, const ValuesToBeat& toB
     const Keeping keeping = search.keeping;
     return IsBetter(keeping, value, toBeat.best) || IsBetter(keeping, value, toBeat.ranked) ||
            IsBetter(keeping, value, toBeat.whileRating);
+}
+
+bool MayBeKeptByEstimate(const SubsetSearch& search, double estimate, const ValuesToBeat& toBeat) {
+    if (std::isnan(estimate)) return true;
+    if (search.keeping == Keeping::byMagnitude) estimate = std::fabs(estimate);
+    return MayBeKept(search, estimate + kMarginOfEstimate, toBeat);
 }
 
 void RunSearch(const SubsetSearch& search, const SearchRun& run) {

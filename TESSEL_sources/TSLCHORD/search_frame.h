@@ -23,12 +23,19 @@ struct SearchOutcome {
     RankedList whileRating;  ///< the same, entered by the rating itself (Keeping::enteredBySign)
 };
 
+/// Far more than an estimate misses of a coefficient.
+inline constexpr double kMarginOfEstimate = 1e-6;
+
 /// What rates subsets, with tables and room of its own.
 struct SubsetRater {
     /// Makes the tables of a subset, in its lane.
     std::function<void(const TraitSubset&, int lane)> make = nullptr;
     /// The values of the subsets made, lane after lane; false where subsets cannot be rated.
     std::function<bool(std::span<const TraitSubset>, double* values)> rate = nullptr;
+    /// The value of the subset made, in a search that makes one at a time, by a quicker way that
+    /// may miss what kMarginOfEstimate tells; NaN where it cannot say. Then only subsets that may
+    /// be kept are rated. Empty: there is no such way.
+    std::function<double(const TraitSubset&)> estimate = nullptr;
     /// The line of a subset just rated, up to the labels of its traits, and what follows them.
     std::function<void(FILE* results, int lane, double value)> printRating = nullptr;
     /// A screen of the subsets, which tells those that are worth rating; null, or null made: all
@@ -102,6 +109,9 @@ ValuesToBeat ToBeat(const SubsetSearch& search, int size, const SearchOutcome& o
 
 /// Whether TakeRating may keep the value; never false where it would.
 bool MayBeKept(const SubsetSearch& search, double value, const ValuesToBeat& toBeat);
+
+/// Whether the value may be kept, as far as an estimate tells.
+bool MayBeKeptByEstimate(const SubsetSearch& search, double estimate, const ValuesToBeat& toBeat);
 
 /// Runs the search.
 void RunSearch(const SubsetSearch& search, const SearchRun& run);

@@ -48,13 +48,16 @@ void MakeSubset(int size, std::int64_t number, SearchWorker* worker) {
     worker->waiting++;
 }
 
-/// Rates those that wait and hands them on by take(lane, value).
+/// Rates those that wait, but for what cannot be kept, and hands them on by take(lane, value).
 template <class Take>
-void RateWaiting(SearchWorker* worker, const Take& take) {
+void RateWaiting(const SubsetSearch& search, SearchWorker* worker, const Take& take) {
     const int count = std::exchange(worker->waiting, 0);
     double values[kMostTogether] = {};
-    if (count == 0 || !worker->rater.rate({worker->subsets, worker->subsets + count}, values))
+    if (count == 0) return;
+    if (worker->rater.estimate &&
+        !MayBeKeptByEstimate(search, worker->rater.estimate(worker->subsets[0]), worker->toBeat))
         return;
+    if (!worker->rater.rate({worker->subsets, worker->subsets + count}, values)) return;
     for (int lane = 0; lane < count; lane++) take(lane, values[lane]);
 }
 
@@ -88,8 +91,8 @@ class LeastValue {
 /// Rates those of `count` subsets of the size from number `first` on that the screen finds worth
 /// it, stretch by stretch: leastValue() tells what they have to reach.
 template <class Least, class Take>
-void RateScreened(int size, std::int64_t first, std::int64_t count, int together,
-                  SearchWorker* worker, const Least& leastValue, const Take& take) {
+void RateScreened(const SubsetSearch& search, int size, std::int64_t first, std::int64_t count,
+                  int together, SearchWorker* worker, const Least& leastValue, const Take& take) {
     constexpr std::int64_t kLongest = 1 << 20;
     constexpr size_t kMany = 64;  // then others are better rated first
     std::int64_t length = kFirstScreened;
@@ -107,23 +110,23 @@ void RateScreened(int size, std::int64_t first, std::int64_t count, int together
         for (const std::int64_t number : worker->worthRating) {
             SubsetOfNumber(nch, size, number, worker->list);
             MakeSubset(size, number, worker);
-            if (worker->waiting == together) RateWaiting(worker, take);
+            if (worker->waiting == together) RateWaiting(search, worker, take);
         }
-        RateWaiting(worker, take);
+        RateWaiting(search, worker, take);
     }
 }
 
 /// Rates `count` subsets of the size from number `first` on.
 template <class Take>
-void RateBlock(int size, std::int64_t first, std::int64_t count, int together, SearchWorker* worker,
-               const Take& take) {
+void RateBlock(const SubsetSearch& search, int size, std::int64_t first, std::int64_t count,
+               int together, SearchWorker* worker, const Take& take) {
     SubsetOfNumber(nch, size, first, worker->list);
     for (std::int64_t number = first; number < first + count; number++) {
         if (number > first) NextSubset(nch, size, worker->list);
         MakeSubset(size, number, worker);
-        if (worker->waiting == together) RateWaiting(worker, take);
+        if (worker->waiting == together) RateWaiting(search, worker, take);
     }
-    RateWaiting(worker, take);
+    RateWaiting(search, worker, take);
 }
 
 }  // namespace
@@ -136,6 +139,7 @@ SearchRounds::SearchRounds(const SubsetSearch& search, const SearchRun& run, FIL
       outcome_(outcome),
       iterations_(CountSubsetsOfSizes64(nch, nMinTraitsChRank, nMaxTraitsChRank)) {
     workers_.push_back({search.raterOf(0)});
+    if (lines_ != nullptr) workers_[0].rater.estimate = nullptr;
 }
 
 void SearchRounds::SearchSize(int size, const SearchPlace& place) {
@@ -169,6 +173,7 @@ SearchEstimate SearchRounds::Estimate() {
     TakeHelp(run_.aloneFor, 1);
     for (int size = nMinTraitsChRank; size <= nMaxTraitsChRank; size++) {
         const std::int64_t subsets = CountSubsets64(nch, size);
+        if (workers_[0].screen) length_ = kFirstScreened;
         std::int64_t sampled = 0;
         double seconds = 0.0;
         double at = 0.0;
@@ -219,6 +224,7 @@ void SearchRounds::TakeScreens() {
 void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
     if (workers_.size() == 1) {
         SearchWorker& worker = workers_[0];
+        worker.toBeat = ToBeat(search_, size, *outcome_);
         const auto take = [&](int lane, double value) {
             const TraitSubset& subset = worker.subsets[lane];
             if (lines_ != nullptr) {
@@ -228,14 +234,15 @@ void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
                 std::fprintf(lines_, "\n");
             }
             TakeRating(search_, subset, value, outcome_);
+            worker.toBeat = ToBeat(search_, size, *outcome_);
         };
         const auto leastValue = [&] {
             return LeastValue(search_, ToBeat(search_, size, *outcome_))();
         };
         if (worker.screen)
-            RateScreened(size, first, count, together_, &worker, leastValue, take);
+            RateScreened(search_, size, first, count, together_, &worker, leastValue, take);
         else
-            RateBlock(size, first, count, together_, &worker, take);
+            RateBlock(search_, size, first, count, together_, &worker, take);
         return;
     }
     // A block begins without the sums that subsets share with those before them.
@@ -250,6 +257,7 @@ void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
         SearchWorker& worker = workers_[static_cast<size_t>(k)];
         std::vector<FoundValue>& found = found_[static_cast<size_t>(block)];
         found.clear();
+        worker.toBeat = toBeat;
         const std::int64_t begin = count * block / blocks;
         const std::int64_t end = count * (block + 1) / blocks;
         LeastValue leastValue(search_, toBeat);
@@ -259,9 +267,10 @@ void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
             leastValue.Take(value);
         };
         if (worker.screen)
-            RateScreened(size, first + begin, end - begin, together_, &worker, leastValue, take);
+            RateScreened(search_, size, first + begin, end - begin, together_, &worker, leastValue,
+                         take);
         else
-            RateBlock(size, first + begin, end - begin, together_, &worker, take);
+            RateBlock(search_, size, first + begin, end - begin, together_, &worker, take);
     });
     SearchWorker& room = workers_[0];
     for (std::int64_t block = 0; block < blocks; block++)

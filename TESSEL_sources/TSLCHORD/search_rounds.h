@@ -16,6 +16,7 @@
 /// What a worker rates with: a few subsets wait to be rated together.
 struct SearchWorker {
     SubsetRater rater;
+    ValuesToBeat toBeat = {};                        ///< for subsets that are only estimated
     std::unique_ptr<SubsetScreen> screen = nullptr;  ///< null: every subset is rated
     std::vector<std::int64_t> worthRating = {};      ///< room: what the screen tells
     ScopedVector<int> fromZero{nch};                 ///< room: members by their places

@@ -21,6 +21,12 @@ double PartialOfTables(Table a, Table b, bool withEntropy, const TraitSubset& su
     return PartialMatrixCorrelation(A, B, overfitFactorPCARegr, {traits, entropy}, room);
 }
 
+double EstimateOfTables(Table a, const TraitSubset& subset, FixedMatrix* b,
+                        PartialCorrelationRoom* room, SubsetTables<double>* t) {
+    const CovariableSet traits = {nch, subset.selected, Of(Table::T, t).values};
+    return EstimatedPartialCorrelation(Of(a, t).values, overfitFactorPCARegr, {traits}, b, room);
+}
+
 TraitDivergence MakeTraitDivergence(Table a, SubsetTables<double>* t) {
     TraitDivergence divergence{a, nullptr, {}};
     divergence.room = MakePartialRoom(Table::X, a, false, t);

@@ -17,6 +17,10 @@ std::unique_ptr<PartialCorrelationRoom> MakePartialRoom(Table a, Table b, bool w
 double PartialOfTables(Table a, Table b, bool withEntropy, const TraitSubset& subset,
                        PartialCorrelationRoom* room, SubsetTables<double>* t);
 
+/// r(ab.T) with a fixed, wide b by a quicker way (EstimatedPartialCorrelation).
+double EstimateOfTables(Table a, const TraitSubset& subset, FixedMatrix* b,
+                        PartialCorrelationRoom* room, SubsetTables<double>* t);
+
 struct DivergenceRating {
     float roTA;
     float roXA;

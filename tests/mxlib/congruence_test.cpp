@@ -6,6 +6,7 @@
 #include <cmath>
 #include <random>
 
+#include "mxlib/partial_matrix_correlation.h"
 #include "reference/plain_congruence.h"
 #include "support/matrices.h"
 
@@ -46,6 +47,32 @@ TEST(DataCongruence, ShortRoutesAgreeWithTheDefinitions) {
             EXPECT_NEAR(RVcoeff(n, p1, p2, xf, yf), PlainRV(n, p1, p2, xf, yf), 1e-12);
         }
     }
+}
+
+// Covariables that nearly repeat one another or nearly give a leave few digits, and no estimate.
+TEST(DataCongruence, EstimatesOfPartialCoefficients) {
+    std::mt19937 generator(5);
+    int estimated = 0;
+    for (int round = 0; round < 400; round++) {
+        const int n = 10 + round % 9, p = round % 4 + 1, wide = 12 + round % 23, covariables = 3;
+        const int measure = round % 2 == 0 ? kProcrustes : kRV;
+        auto a = RandomTable<double>(n, p, -4, 6, generator, 0, 0);
+        auto b = RandomTable<double>(n, wide, 0, 9, generator, 0, 0);
+        auto c = RandomTable<double>(n, covariables, -1, 1, generator, 0, 0);
+        const double near = std::pow(10.0, -round % 19);
+        for (int i = 0; i < n; i++) {
+            if (round % 3 == 1) c[i][2] = c[i][0] + near * c[i][2];
+            for (int j = 0; j < p && round % 3 == 2; j++) a[i][j] = c[i][j % 3] + near * a[i][j];
+        }
+        auto room = MakePartialCorrelationRoom(n, p, wide, covariables, measure);
+        auto fixed = MakeFixedMatrix(b, covariables, room);
+        const CovariableSet set = {covariables, nullptr, c};
+        const double estimate = EstimatedPartialCorrelation(a, 1, {set}, &fixed, &room);
+        if (std::isnan(estimate)) continue;
+        estimated++;
+        EXPECT_NEAR(estimate, PartialMatrixCorrelation(a, b, 1, {set}, &room), 1e-9) << round;
+    }
+    EXPECT_GT(estimated, 200);
 }
 
 TEST(DataCongruence, WithoutVariationOrFinitenessTheResultIsNaN) {

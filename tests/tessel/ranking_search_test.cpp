@@ -211,6 +211,24 @@ TEST_F(RankingSearch, AgreesWithBruteForce) {
                 }
 }
 
+// With a line for each subset all are rated; without, an estimate leaves most of them out.
+TEST_F(RankingSearch, EstimatesLeaveOutWhatIsNotKept) {
+    for (unsigned seed = 1; seed <= 60; seed++) {
+        RankingCase in = RandomCase(seed, seed % 2 == 0 ? 20 : 23, seed % 4 < 2 ? 2 : 3, true);
+        for (std::size_t i = 0; i < in.B.size(); i++) {
+            in.types[i] = int(i % (seed % 6 + 1));
+            for (int k = 0; k < 3; k++)  // at times the same trait twice, or times itself
+                in.B[i].push_back(in.B[i][(seed >> k) % 5] * (seed % 7 == 0 ? 1 : in.B[i][k]));
+        }
+        in.traitTypes.insert(in.traitTypes.end(), 3, 3);
+        in.weights.insert(in.weights.end(), 3, 1);
+        in.overfit = seed % 3 + 1;
+        const Report all = Search(in, 'y', 17), estimated = Search(in, 'n', 17);
+        EXPECT_EQ(estimated.bestOfSize, all.bestOfSize) << seed;
+        EXPECT_EQ(estimated.ranked, all.ranked) << seed;
+    }
+}
+
 // The same report to the byte for any number of threads; lines and structures are left to one.
 using ThreadsRanking = RankingSearch;
 TEST_F(ThreadsRanking, SameReportForAnyNumberOfThreads) {
