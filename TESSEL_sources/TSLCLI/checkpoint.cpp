@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <sstream>
+#include <utility>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
@@ -64,12 +64,6 @@ void Digest::Add(std::string_view bytes) {
         mix(static_cast<unsigned char>(rest & 0xff));
 }
 
-void Digest::AddSettings(const std::string& settings) {
-    std::istringstream lines(settings);
-    for (std::string line; std::getline(lines, line);)
-        if (!line.starts_with("threads")) Add(line);
-}
-
 Checkpoint::Checkpoint(std::string path, std::uint64_t digest, bool takesSignals)
     : path_(std::move(path)), digest_(digest), takesSignals_(takesSignals) {
     signalThatCame = 0;
@@ -79,6 +73,7 @@ Checkpoint::Checkpoint(std::string path, std::uint64_t digest, bool takesSignals
 }
 
 Checkpoint::~Checkpoint() {
+    if (!isKept_) Remove();
     if (!takesSignals_) return;
     for (const int number : {SIGINT, SIGTERM})
         if (std::signal(number, SIG_DFL) == SIG_IGN) std::signal(number, SIG_IGN);
@@ -99,6 +94,7 @@ std::optional<CheckpointNumbers> Checkpoint::Read() const {
         at = end + 1;
     }
     if (words.empty()) FailDamaged(path_);
+    if (words[0] != digest_ && words.size() == 1) return std::nullopt;
     if (words[0] != digest_)
         FailRun(path_ +
                 ": an interrupted run with other data or settings left this checkpoint: repeat "
@@ -107,32 +103,41 @@ std::optional<CheckpointNumbers> Checkpoint::Read() const {
     return CheckpointNumbers(std::move(words));
 }
 
+void Checkpoint::Begin() {
+    if (TryToWrite(CheckpointNumbers())) isKept_ = false;
+}
+
 bool Checkpoint::IsDue() const {
     const std::chrono::duration<double> since = std::chrono::steady_clock::now() - written_;
     return signalThatCame != 0 || since.count() >= SecondsBetween();
 }
 
 void Checkpoint::Write(const CheckpointNumbers& numbers) {
+    if (!TryToWrite(numbers)) FailRun(path_ + ": the checkpoint could not be written");
+    isKept_ = true;
+    written_ = std::chrono::steady_clock::now();
+}
+
+bool Checkpoint::TryToWrite(const CheckpointNumbers& numbers) {
     FileReplacement file(path_.c_str(), nullptr);
-    if (file == nullptr) FailRun(path_ + ": the checkpoint cannot be written there");
+    if (file == nullptr) return false;
     std::fputs(kFirstLine, file);
     std::fprintf(file, "%" PRIx64 "\n", digest_);
     for (const std::uint64_t word : numbers.words()) std::fprintf(file, "%" PRIx64 "\n", word);
     std::fputs(kLastLine, file);
-    if (!file.Commit()) FailRun(path_ + ": the checkpoint could not be written whole");
-    written_ = std::chrono::steady_clock::now();
+    return file.Commit();
 }
 
-void Checkpoint::EndIfAsked() const {
+void Checkpoint::EndIfAsked() {
     if (signalThatCame == 0) return;
     const auto status = signalThatCame == SIGINT ? kInterrupted : kTerminated;
-    std::error_code error;
-    throw CommandFailure(status, std::filesystem::exists(path_, error)
-                                     ? "interrupted: the same command goes on from " + path_
-                                     : "interrupted: the same command begins anew");
+    const bool goesOn = std::exchange(isKept_, true);
+    throw CommandFailure(status, goesOn ? "interrupted: the same command goes on from " + path_
+                                        : "interrupted: the same command begins anew");
 }
 
 void Checkpoint::Remove() {
     std::error_code error;
     std::filesystem::remove(path_, error);
+    isKept_ = true;
 }

@@ -57,8 +57,6 @@ void TakeAll(CheckpointNumbers* numbers, std::vector<Number>* values) {
 class Digest {
   public:
     void Add(std::string_view bytes);
-    /// A command as it stands, but for what does not change its results.
-    void AddSettings(const std::string& settings);
     template <class Number>
     void Add(const Number* numbers, int count) {
         for (int k = 0; k < count; k++) Add(std::to_string(numbers[k]));
@@ -79,23 +77,28 @@ class Checkpoint {
     Checkpoint(const Checkpoint&) = delete;
     Checkpoint& operator=(const Checkpoint&) = delete;
 
-    /// What an interrupted run has left; nothing where there is no such file. Fails for the file of
-    /// other data or settings, and for what is no checkpoint.
+    /// What an interrupted run has left, empty if it had only begun; nothing where there is no such
+    /// file. Fails for the file of other data or settings, and for what is no checkpoint.
     std::optional<CheckpointNumbers> Read() const;
 
+    /// Notes that the run has begun, so that the files of one that is killed are known as its own.
+    void Begin();
     /// Whether it is time to write: a minute after the last time, or when a signal came.
     bool IsDue() const;
     void Write(const CheckpointNumbers& numbers);
     /// Ends the command by 130 or 143 when a signal came, and says how to go on.
-    void EndIfAsked() const;
+    void EndIfAsked();
     /// The run is done.
     void Remove();
 
     const std::string& path() const { return path_; }
 
   private:
+    bool TryToWrite(const CheckpointNumbers& numbers);
+
     std::string path_;
     std::uint64_t digest_;
     bool takesSignals_;
+    bool isKept_ = true;  ///< false: nothing in the file is worth keeping
     std::chrono::steady_clock::time_point written_ = std::chrono::steady_clock::now();
 };

@@ -128,7 +128,7 @@ std::uint64_t DigestOf(const CLI::App& command, const FullNames& names) {
     Digest digest;
     digest.Add(TESSEL_VERSION);
     digest.Add(sessionName);
-    digest.AddSettings(SettingsOf(command));
+    digest.Add(SettingsOf(command));
     digest.Add(ReadWhole(std::string(volumeName) + whichFormda));
     for (const auto* of : {&names.otus, &names.traits})
         for (const std::string& name : *of) digest.Add(name);
@@ -227,7 +227,6 @@ void Rank(CLI::App& command, const RankOptions& options) {
     WarnOfCriterion(options.criterion);
     SettleSeed(command);
     Tell(SettingsOf(command));
-    if (checkpoint.GoesOn()) Tell("Going on from a checkpoint");
 
     RankingResults results;
     std::vector<double> probabilities;

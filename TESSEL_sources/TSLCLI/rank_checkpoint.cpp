@@ -60,7 +60,8 @@ RankCheckpoint::RankCheckpoint(const std::string& path, std::uint64_t digest, bo
     : file_(path, digest), writesSubsets_(writesSubsets) {
     std::optional<CheckpointNumbers> numbers = file_.Read();
     goesOn_ = numbers.has_value();
-    if (!goesOn_) return;
+    if (!goesOn_ || numbers->words().empty()) return;
+    Tell("Going on from " + path);
     rseed = static_cast<unsigned long>(numbers->TakeWhole());
     tests_ = numbers->TakeWhole() != 0;
     observed_ = RestOf(&*numbers, numbers->TakeWhole());
@@ -108,6 +109,7 @@ void RankCheckpoint::SaveIfDue(const SearchPlace& place, const SearchOutcome& ou
 }
 
 void RankCheckpoint::Follow(SearchRun* run) {
+    if (search_.words().empty()) file_.Begin();
     run->goOn = [this](SearchOutcome* outcome) {
         CheckpointNumbers numbers =
             tests_ ? observed_ : std::exchange(search_, CheckpointNumbers());

@@ -94,7 +94,7 @@ void TellFiles(const SimulationAnswers& answers, const ResultFolder& folder) {
 std::uint64_t DigestOf(const CLI::App& command, const SimulateOptions& o) {
     Digest digest;
     digest.Add(TESSEL_VERSION);
-    digest.AddSettings(SettingsOf(command));
+    digest.Add(SettingsOf(command));
     const WorldTables& t = o.tables;
     for (const std::string& file : {t.traits, t.traitCorrelations, t.environment,
                                     t.environmentCorrelations, t.responses, t.effects})
@@ -121,6 +121,7 @@ std::vector<int> RunWorld(SimulationAnswers* answers, SimulationStatistics* stat
     bool done = false;
     const EngineTalk talk = RunEngine([&] {
         const Progress progress(answers->nDataSets * (answers->maxIterations + tests));
+        checkpoint->Begin();
         done = RunSimulation(answers, run);
     });
     if (!done) FailRun(talk.screen + " Give --responses that are not all 0");
@@ -143,7 +144,6 @@ void Simulate(CLI::App& command, const SimulateOptions& o) {
     ResultFolder folder(o.folder, "SimulatedTables", force, kSimulationTables);
     SettleSeed(command);
     Tell(SettingsOf(command));
-    if (checkpoint.GoesOn()) Tell("Going on from a checkpoint");
 
     std::optional<SimulationStatistics> statistics;
     if (o.evaluates && folder.IsWanted()) statistics.emplace(folder.Table("statistics.csv"));

@@ -1,13 +1,16 @@
 #include "TSLCLI/simulation_checkpoint.h"
 
+#include "TSLCLI/failure.h"
 #include "TSLCLI/simulation_tables.h"
 #include "TSLGLOB/settings.h"
 
 SimulationCheckpoint::SimulationCheckpoint(const std::string& path, std::uint64_t digest,
                                            bool evaluates, bool reportsDataSets)
-    : file_(path, digest, evaluates), reportsDataSets_(reportsDataSets) {
+    : file_(path, digest, evaluates), evaluates_(evaluates), reportsDataSets_(reportsDataSets) {
     std::optional<CheckpointNumbers> numbers = file_.Read();
-    if (!numbers) return;
+    goesOn_ = numbers.has_value();
+    if (!goesOn_ || numbers->words().empty()) return;
+    Tell("Going on from " + path);
     rseed = static_cast<unsigned long>(numbers->TakeWhole());
     place_.emplace();
     place_->dataSets = static_cast<int>(numbers->TakeWhole());
@@ -31,6 +34,10 @@ void SimulationCheckpoint::SaveIfDue(const SimulationPlace& place) {
         file_.Write(numbers);
     }
     file_.EndIfAsked();
+}
+
+void SimulationCheckpoint::Begin() {
+    if (evaluates_ && !place_) file_.Begin();
 }
 
 void SimulationCheckpoint::Follow(SimulationRun* run, const EvaluatedReceiver& receive) {

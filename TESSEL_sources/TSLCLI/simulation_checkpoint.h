@@ -21,7 +21,10 @@ class SimulationCheckpoint {
     SimulationCheckpoint(const std::string& path, std::uint64_t digest, bool evaluates,
                          bool reportsDataSets);
 
-    bool GoesOn() const { return place_.has_value(); }
+    bool GoesOn() const { return goesOn_; }
+
+    /// The run begins.
+    void Begin();
 
     /// Lets the run go on where it was, and follows it; `receive` gets every data set, former ones
     /// first.
@@ -33,7 +36,9 @@ class SimulationCheckpoint {
     void SaveIfDue(const SimulationPlace& place);
 
     Checkpoint file_;
+    const bool evaluates_;
     const bool reportsDataSets_;
+    bool goesOn_ = false;
     std::optional<SimulationPlace> place_;
     std::vector<std::vector<double>> rows_;  ///< EvaluatedValues, by data set
 };
