@@ -425,7 +425,7 @@ TEST_F(AnalyseCommand, ProgressIsShownToPersonsAlone) {
     };
     const std::string lines = shown(true, "");
     EXPECT_TRUE(std::regex_match(
-        lines, std::regex("(\r\x1b\\[K +\\d+ % done, \\d+:\\d\\d:\\d\\d left)+\r\x1b\\[K")))
+        lines, std::regex("(\r\x1b\\[K *\\d+ % done, \\d+:\\d\\d:\\d\\d left)+\r\x1b\\[K")))
         << lines;
     EXPECT_EQ(shown(false, ""), "");
     EXPECT_EQ(shown(true, " --quiet"), "");
