@@ -27,7 +27,9 @@ struct Interrupted {
                                  signal + " " + std::to_string(seconds) + " " TESSEL_PROGRAM " " +
                                  command + " --seed " + seed + " >said 2>&1";
         int status = std::system(line.c_str());
-        while (Contains(folder.Read("said"), "open in another")) status = std::system(line.c_str());
+        while (Contains(folder.Read("said"), " another ") && status != 0 &&
+               !Contains(folder.Read("said"), "checkpoint"))  // a killed one is not gone yet
+            status = std::system(line.c_str());
         return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
     }
 
