@@ -1,0 +1,45 @@
+#pragma once
+/// \file
+/// Processes that compute together (MPI; without it there is one, of rank 0). All run the same
+/// commands on the same data in the same order; rank 0 alone reads and writes files, hands out the
+/// work and takes its results in order, so that nothing depends on the number of ranks or on who
+/// was first.
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+int Rank();
+int Ranks();
+inline bool IsFirstRank() {
+    return Rank() == 0;
+}
+
+/// For the length of the program. The arguments are those of main.
+class RanksTogether {
+  public:
+    RanksTogether(int* argc, char*** argv);
+    ~RanksTogether();
+    RanksTogether(const RanksTogether&) = delete;
+    RanksTogether& operator=(const RanksTogether&) = delete;
+};
+
+/// Ends all processes at once.
+[[noreturn]] void EndRanks(int status);
+
+/// What rank 0 gives, to all. To be called by all of them.
+std::string ShareBytes(const std::string& bytes);
+std::int64_t ShareNumber(std::int64_t number);
+
+/// A stretch of the items of some work: items first to first + count - 1.
+struct WorkStretch {
+    std::int64_t first;
+    std::int64_t count;
+};
+
+/// Work on items 0 to `items` - 1, to be called by all ranks. `work` gives what a stretch comes to,
+/// as bytes; each rank is asked for stretches that ascend. Their length follows their measured
+/// cost. `take` is called on rank 0 alone, with one stretch after the other in the order of the
+/// items. An error that `work` or `take` throws leaves HandOut on its rank, which has to end all.
+void HandOut(std::int64_t items, const std::function<std::string(const WorkStretch&)>& work,
+             const std::function<void(const WorkStretch&, const std::string&)>& take);
