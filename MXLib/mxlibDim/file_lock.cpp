@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "mxlibPar/ranks.h"
+
 namespace {
 
 struct LockFile {
@@ -36,6 +38,7 @@ bool IsAtPath(int descriptor, const char* path) {
 }  // namespace
 
 FileLock::FileLock(const std::string& path) {
+    if (!IsFirstRank()) return;      // rank 0 has it for all
     constexpr int kMostTries = 100;  // each loses against a program that just left
     for (int i = 0; i < kMostTries; i++) {
         const LockFile file = OpenLockFile(path.c_str());

@@ -16,6 +16,7 @@
 #include "mxlibDim/standard_streams.h"
 #include "mxlibDim/terminal.h"
 #include "mxlibDim/text.h"
+#include "mxlibPar/ranks.h"
 
 namespace {
 
@@ -216,7 +217,9 @@ void TellUnopened(const char* name, const char* prefix) {
     RingBell();
 }
 
-FILE* OpenToRead(const char* name, const char* mode) {
+namespace {
+
+FILE* OpenRegular(const char* name, const char* mode) {
     struct stat status;
     // Looked at before it is opened: the opening of a pipe waits for whoever writes into it.
     if (stat(name, &status) != 0) return nullptr;
@@ -225,6 +228,14 @@ FILE* OpenToRead(const char* name, const char* mode) {
         return nullptr;
     }
     FILE* const stream = std::fopen(name, mode);
+    return stream;
+}
+
+}  // namespace
+
+FILE* OpenToRead(const char* name, const char* mode) {
+    FILE* stream = IsFirstRank() ? OpenRegular(name, mode) : nullptr;
+    if (Ranks() > 1) stream = ShareFile(stream);
     if (stream != nullptr) SkipByteOrderMark(stream);
     return stream;
 }

@@ -10,6 +10,7 @@
 
 #include "mxlibDim/failure.h"
 #include "mxlibDim/reading.h"
+#include "mxlibPar/ranks.h"
 
 namespace fs = std::filesystem;
 
@@ -74,6 +75,10 @@ bool CopyContent(const std::string& from, FILE* to) {
 
 FileReplacement::FileReplacement(const char* name, const char* prefix, Start start)
     : name_(std::string(prefix != nullptr ? prefix : "") + name), target_(name_) {
+    if (!IsFirstRank()) {
+        stream_ = std::fopen("/dev/null", "w");
+        return;
+    }
     std::error_code ignored;
     const fs::file_status old = fs::status(target_, ignored);
     isNew_ = fs::symlink_status(target_, ignored).type() == fs::file_type::not_found;

@@ -6,6 +6,7 @@
 /// was first.
 
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <string>
 
@@ -15,14 +16,8 @@ inline bool IsFirstRank() {
     return Rank() == 0;
 }
 
-/// For the length of the program. The arguments are those of main.
-class RanksTogether {
-  public:
-    RanksTogether(int* argc, char*** argv);
-    ~RanksTogether();
-    RanksTogether(const RanksTogether&) = delete;
-    RanksTogether& operator=(const RanksTogether&) = delete;
-};
+/// To be called first, with the arguments of main; the end of the process ends its part.
+void JoinRanks(int* argc, char*** argv);
 
 /// Ends all processes at once.
 [[noreturn]] void EndRanks(int status);
@@ -30,6 +25,10 @@ class RanksTogether {
 /// What rank 0 gives, to all. To be called by all of them.
 std::string ShareBytes(const std::string& bytes);
 std::int64_t ShareNumber(std::int64_t number);
+
+/// A file that rank 0 has opened to read from its beginning, or could not open (null, with errno):
+/// the others get a copy of their own, which goes with its stream, or null and the same errno.
+FILE* ShareFile(FILE* opened);
 
 /// A stretch of the items of some work: items first to first + count - 1.
 struct WorkStretch {
