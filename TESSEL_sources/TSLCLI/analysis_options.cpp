@@ -19,6 +19,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "TSLIF/analysis_settings.h"
+#include "mxlibPar/ranks.h"
 #include "mxlibPar/side_by_side.h"
 #include "mxlibRes/distances.h"
 
@@ -217,7 +218,7 @@ class Settings {
         seedOpt = options_.seed == kClock ? 1 : 2;
         unsigned seed = 0;
         ParseNumber(options_.seed, &seed);
-        rseed = seedOpt == 1 ? static_cast<unsigned long>(std::time(nullptr)) : seed;
+        rseed = seedOpt == 1 ? static_cast<unsigned long>(ShareNumber(std::time(nullptr))) : seed;
     }
 
     void SettleCongruence() const {

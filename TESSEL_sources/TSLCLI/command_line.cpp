@@ -3,9 +3,12 @@
 #include <gsl/gsl_errno.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <iostream>
 #include <new>
+#include <thread>
 #include <vector>
 
 #include "TSLCLI/commands.h"
@@ -15,6 +18,7 @@
 #include "TSLCLI/wording.h"
 #include "TSLGLOB/shell.h"
 #include "iflibG/iflibG.h"
+#include "mxlibPar/ranks.h"
 
 namespace {
 
@@ -22,14 +26,15 @@ struct Command {
     const char* name;
     const char* summary;
     CommandAction (*add)(CLI::App& command);
+    bool takesRanks = false;  ///< computes on all ranks; the others run on rank 0
 };
 
 constexpr Command kCommands[] = {
     {"import", "Make a session from tables as spreadsheets and R write them", AddImport},
     {"check", "Tell what a session holds, and what looks wrong in it", AddCheck},
-    {"analyse", "Functional analysis of a session", AddAnalyse},
-    {"rank", "Search for the subsets of traits that maximise a criterion", AddRank},
-    {"simulate", "Simulate communities and rate the tests on them", AddSimulate},
+    {"analyse", "Functional analysis of a session", AddAnalyse, true},
+    {"rank", "Search for the subsets of traits that maximise a criterion", AddRank, true},
+    {"simulate", "Simulate communities and rate the tests on them", AddSimulate, true},
     {"derive", "Make a session out of parts of another one", AddDerive},
     {"merge", "Merge two sessions into one", AddMerge},
     {"dialogue", "Run the dialogue on prepared answers", AddDialogue},
@@ -38,6 +43,7 @@ constexpr Command kCommands[] = {
 struct AddedCommand {
     CLI::App* app;
     CommandAction run;
+    bool takesRanks;
 };
 
 std::vector<AddedCommand> AddCommands(CLI::App& app) {
@@ -51,14 +57,14 @@ std::vector<AddedCommand> AddCommands(CLI::App& app) {
                                               "Also write warnings and failures to this file")
             ->type_name("FILE")
             ->configurable(false);
-        added.push_back({sub, command.add(*sub)});
+        added.push_back({sub, command.add(*sub), command.takesRanks});
     }
     return added;
 }
 
 void RunParsed(const std::vector<AddedCommand>& commands) {
     for (const AddedCommand& command : commands)
-        if (command.app->parsed()) command.run();
+        if (command.app->parsed() && (command.takesRanks || IsFirstRank())) command.run();
     RequireDelivery();
 }
 
@@ -76,10 +82,22 @@ std::string WhatIsNoCommand(const std::vector<std::string>& words) {
            ": give one of " + list + ", or see --help";
 }
 
+/// All ranks meet the same wrong usage, and rank 0 tells it. Of other failures one ends all ranks;
+/// what rank 0 meets too it tells first.
 int Fail(int status, const std::string& message) {
     std::fflush(stdout);
-    TellMessage(message);
+    if (!IsFirstRank()) {
+        if (status == kWrongUsage) return status;
+        std::this_thread::sleep_for(std::chrono::seconds(2));
+    }
+    TellMessage(IsFirstRank() ? message : "rank " + std::to_string(Rank()) + ": " + message);
+    if (Ranks() > 1 && status != kWrongUsage) EndRanks(status);
     return status;
+}
+
+void Silence() {
+    quiet = true;
+    if (std::freopen("/dev/null", "w", stdout) == nullptr) FailRun("/dev/null cannot be opened");
 }
 
 }  // namespace
@@ -89,13 +107,17 @@ int RunCommandLine(int argc, const char* const* argv) {
     InitGlobals();
     InitIFLibG();
     try {
+        if (!IsFirstRank()) Silence();
         CLI::App app{"TESSEL: character-based community analysis for ecologists", "TESSEL"};
         app.set_version_flag("--version", TESSEL_VERSION);
         app.require_subcommand(1);
         AddSettingsFile(app);
         const std::vector<AddedCommand> commands = AddCommands(app);
         try {
-            app.parse(argc, argv);
+            std::vector<std::string> arguments = ArgumentsOfRank(argc, argv);
+            std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
+            arguments.pop_back();                              // the program
+            app.parse(arguments);
         } catch (const CLI::Success& asked) {
             app.exit(asked);
             std::cout.flush();

@@ -3,6 +3,8 @@
 #include <cctype>
 #include <cstdio>
 
+#include "mxlibPar/ranks.h"
+
 bool quiet = false;
 
 namespace {
@@ -52,6 +54,7 @@ std::string TextOfRaised(const RaisedError& error) {
 }
 
 void CopyMessagesTo(const std::string& path) {
+    if (!IsFirstRank()) return;
     copyOfMessages = std::fopen(path.c_str(), "w");
     if (copyOfMessages == nullptr) FailRun(path + ": the messages cannot be written there");
 }
@@ -72,7 +75,7 @@ void RequireDelivery() {
 }
 
 void Warn(const std::string& message) {
-    TellMessage("warning: " + message);
+    if (IsFirstRank()) TellMessage("warning: " + message);
 }
 
 void Tell(const std::string& line) {

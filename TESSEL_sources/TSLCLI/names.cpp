@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "TSLCLI/csv_writer.h"
 #include "TSLCLI/delimited_table.h"
+#include "TSLCLI/session.h"
 #include "TSLCLI/utf8.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLIFFMT/species_labels.h"
@@ -158,7 +158,7 @@ void WriteNames(const std::string& session, const FullNames& names) {
 
 FullNames ReadNames(const std::string& session) {
     const FullNames inMemory = LabelsInMemory();
-    if (!std::filesystem::exists(TableOf(session))) return inMemory;
+    if (!IsThere(TableOf(session))) return inMemory;
     const DelimitedTable table = ReadDelimitedTable(TableOf(session));
     constexpr std::size_t kColumns = 3;  // behind the kind
     FullNames names, labels;

@@ -8,6 +8,7 @@
 #include "TSLCLI/session.h"
 #include "TSLCLI/settings_file.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibPar/ranks.h"
 
 namespace fs = std::filesystem;
 
@@ -41,6 +42,7 @@ ResultFolder::ResultFolder(const std::string& tables, const std::string& own, bo
     if (!IsWanted()) return;
     for (const std::string& table : all_)
         RefuseToOverwrite((fs::path(path_) / table).string(), force);
+    if (!IsFirstRank()) return;
     std::error_code error;
     const fs::path underWay = fs::path(path_) / kUnderWay;
     isNew_ = fs::create_directories(path_, error);
@@ -55,7 +57,7 @@ ResultFolder::ResultFolder(const std::string& tables, const std::string& own, bo
 }
 
 ResultFolder::~ResultFolder() {
-    if (!IsWanted()) return;
+    if (!IsWanted() || !IsFirstRank()) return;
     std::error_code ignored;
     fs::remove_all(fs::path(path_) / kUnderWay, ignored);
     lock_.reset();
@@ -77,6 +79,7 @@ void ResultFolder::Finish(const CLI::App& command) {
         FailRun(
             path +
             ": the settings could not be written whole: free the disk or choose another folder");
+    if (!IsFirstRank()) return;
     for (const std::string& table : all_) {
         const bool isWritten = std::find(written_.begin(), written_.end(), table) != written_.end();
         const fs::path place = fs::path(path_) / table;

@@ -10,15 +10,12 @@
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFM2/track.h"
 #include "mxlibDim/text.h"
-
-namespace {
+#include "mxlibPar/ranks.h"
 
 bool IsThere(const std::string& path) {
     std::error_code ignored;
-    return std::filesystem::exists(path, ignored);
+    return ShareNumber(std::filesystem::exists(path, ignored) ? 1 : 0) != 0;
 }
-
-}  // namespace
 
 void NameSession(const std::string& name) {
     if (name.empty() || name.size() > kSessionNameLength)

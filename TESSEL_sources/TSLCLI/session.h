@@ -6,6 +6,9 @@
 
 #include "mxlibDim/file_lock.h"
 
+/// Whether there is such a file, as rank 0 sees it.
+bool IsThere(const std::string& path);
+
 /// Makes `name` the current session. Fails for a name that the dialogue would cut (more than 21
 /// characters), that holds a blank or that is a path.
 void NameSession(const std::string& name);

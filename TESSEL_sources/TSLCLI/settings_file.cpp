@@ -2,11 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <iterator>
+#include <sstream>
 
 #include "TSLCLI/analysis_options.h"
 #include "TSLCLI/failure.h"
+#include "TSLCLI/input_file.h"
 #include "TSLCLI/settings_text.h"
 #include "TSLGLOB/settings.h"
+#include "mxlibDim/reading.h"
+#include "mxlibPar/ranks.h"
 
 namespace {
 
@@ -74,13 +78,30 @@ void TakeSettings(CLI::App& command, const std::string& file) {
     if (app.get_config_ptr()->count() > 0)
         FailUsage(file + ": give the settings either here or by --config");
     app.get_config_ptr()->add_result(file);
-    for (const CLI::ConfigItem& item : app.get_config_formatter()->from_file(file)) {
+    std::istringstream text(ReadWhole(file));
+    for (const CLI::ConfigItem& item : app.get_config_formatter()->from_config(text)) {
         if (item.parents[0] != command.get_name()) continue;
         CLI::Option* const option = command.get_option("--" + item.name);
         if (!option->empty()) continue;
         option->add_result(item.inputs);
         option->run_callback();
     }
+}
+
+std::vector<std::string> ArgumentsOfRank(int argc, const char* const* argv) {
+    std::vector<std::string> arguments(argv, argv + argc);
+    if (Ranks() == 1) return arguments;
+    const std::string option = "--config";
+    for (size_t k = 1; k < arguments.size(); k++) {
+        const bool isJoined = arguments[k].starts_with(option + "=");
+        if (!isJoined && (arguments[k] != option || k + 1 == arguments.size())) continue;
+        std::string& argument = arguments[isJoined ? k : k + 1];
+        const std::string file = isJoined ? argument.substr(option.size() + 1) : argument;
+        FILE* const shared = OpenToRead(file.c_str(), "r");  // open to the end of the process
+        if (shared == nullptr || IsFirstRank()) continue;
+        argument = (isJoined ? option + "=" : "") + "/dev/fd/" + std::to_string(fileno(shared));
+    }
+    return arguments;
 }
 
 std::string SettingsOf(const CLI::App& command) {

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -24,3 +25,6 @@ std::string SettingsOf(const CLI::App& command);
 /// Puts the seed in force (rseed) in the place of the option --seed, so that its setting repeats
 /// the run.
 void SettleSeed(CLI::App& command);
+
+/// The arguments of main as they are, but that the settings of --config come from rank 0.
+std::vector<std::string> ArgumentsOfRank(int argc, const char* const* argv);

@@ -1,8 +1,10 @@
 #include "TSLCLI/command_line.h"
 #include "TSLIF/menus.h"
 #include "mxlibDim/standard_streams.h"
+#include "mxlibPar/ranks.h"
 
 int main(int argc, char** argv) {
+    JoinRanks(&argc, &argv);
     const bool isCommand = argc > 1;
     OpenClosedStandardStreams(isCommand);
     if (isCommand) return RunCommandLine(argc, argv);
