@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstring>
 #include <memory>
 #include <numeric>
+#include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "iflibG/iflibG.h"
@@ -15,6 +19,7 @@
 #include "mxlib/perm_test/signal.h"
 #include "mxlib/perm_test/statistics.h"
 #include "mxlib/random_lists.h"
+#include "mxlibPar/ranks.h"
 #include "mxlibPar/side_by_side.h"
 #include "mxlibRes/congruence.h"
 #include "mxlibRes/numbers.h"
@@ -165,18 +170,28 @@ struct Permutations {
     ProgressPace pace;
 };
 
-/// Draws the next orders, each of which goes on from the one before.
-void DrawOrders(Test* test, Permutations* p) {
+/// The next order, which goes on from the one before.
+void DrawOrder(Test* test) {
     const TestRecord& in = *test->in;
+    if (WithinGroups(in))
+        RndListNested(test->nesting, test->list);
+    else if (in.optRestrictPermutNullModel == 0)
+        RndListSpecified(in.nOTUs, test->list);
+}
+
+/// Draws the next orders, at most up to number `end`.
+void DrawOrders(int end, Test* test, Permutations* p) {
     p->first += p->count;
-    p->count = std::min(p->most, in.nIterations - p->first);
+    p->count = std::min(p->most, end - p->first);
     for (int k = 0; k < p->count; k++) {
-        if (WithinGroups(in))
-            RndListNested(test->nesting, test->list);
-        else if (in.optRestrictPermutNullModel == 0)
-            RndListSpecified(in.nOTUs, test->list);
-        std::copy_n(test->list.get(), in.nOTUs, p->lists[k]);
+        DrawOrder(test);
+        std::copy_n(test->list.get(), test->in->nOTUs, p->lists[k]);
     }
+}
+
+/// Draws orders that are not evaluated here, up to number `end`.
+void PassOver(int end, Test* test, Permutations* p) {
+    for (p->first += std::exchange(p->count, 0); p->first < end; p->first++) DrawOrder(test);
 }
 
 void TellProgress(int permutation, int nIterations, Permutations* p) {
@@ -224,9 +239,8 @@ void EvaluateGroup(int group, Worker* worker, Test* test, Permutations* p) {
     p->evaluated += count;
 }
 
-void TakeResults(const Permutations& p, Test* test) {
-    for (int k = 0; k < p.count; k++) {
-        const Statistics& random = p.random[k];
+void TakeResults(std::span<const Statistics> results, Test* test) {
+    for (const Statistics& random : results) {
         if (!test->in->saveRndData)
             for (const Block block : {kBlockT, kBlockX, kBlockP, kBlockR, kBlockF})
                 if (Runs(*test->in, block)) CompareBlock(block, random, test);
@@ -267,6 +281,41 @@ int OrdersDrawn(const TestRecord& in, int together, int workers) {
     return std::min(most, in.nIterations - 1);
 }
 
+/// Draws and evaluates the next orders, at most up to number `end`.
+void EvaluateNext(int end, Test* test, Permutations* p) {
+    DrawOrders(end, test, p);
+    const int groups = (p->count - 1) / p->together + 1;
+    RunSideBySide(groups, static_cast<int>(test->workers.size()), [&](int group, int worker) {
+        EvaluateGroup(group, &test->workers[worker], test, p);
+    });
+}
+
+/// Each rank draws all orders, which costs little, and evaluates those of its stretches.
+void EvaluateOnRanks(Test* test, Permutations* p) {
+    const int end = test->in->nIterations;
+    HandOut(
+        end - 1,
+        [&](const WorkStretch& stretch) {
+            const int first = static_cast<int>(stretch.first) + 1;
+            const int last = first + static_cast<int>(stretch.count);
+            PassOver(first, test, p);
+            std::string results;
+            while (p->first + p->count < last) {
+                EvaluateNext(last, test, p);
+                results.append(reinterpret_cast<const char*>(p->random.data()),
+                               p->count * sizeof(Statistics));
+            }
+            return results;
+        },
+        [&](const WorkStretch& stretch, const std::string& bytes) {
+            std::vector<Statistics> results(bytes.size() / sizeof(Statistics));
+            std::memcpy(results.data(), bytes.data(), bytes.size());
+            TakeResults(results, test);
+            TellProgress(static_cast<int>(stretch.first + stretch.count), end, p);
+        });
+    PassOver(end, test, p);  // what draws next goes on from here on every rank
+}
+
 void PermutedStage(Test* test) {
     const TestRecord& in = *test->in;
     if (in.nIterations < 2) return;
@@ -277,13 +326,14 @@ void PermutedStage(Test* test) {
     Permutations p{
         together, most, 1, 0, ScopedMatrix<int>(most, in.nOTUs), std::vector<Statistics>(most),
         0,        0,    {}};
+    if (Ranks() > 1 && !in.saveRndData && !IsSmallWork(in)) {
+        EvaluateOnRanks(test, &p);
+        return;
+    }
     while (p.first + p.count < in.nIterations) {
-        DrawOrders(test, &p);
-        RunSideBySide((p.count - 1) / together + 1, workers, [&](int group, int worker) {
-            EvaluateGroup(group, &test->workers[worker], test, &p);
-        });
+        EvaluateNext(in.nIterations, test, &p);
         TellProgress(p.evaluated, in.nIterations, &p);
-        TakeResults(p, test);
+        TakeResults({p.random.data(), static_cast<size_t>(p.count)}, test);
     }
 }
 
