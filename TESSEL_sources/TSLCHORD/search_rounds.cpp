@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cmath>
+#include <cstring>
 #include <functional>
 #include <queue>
+#include <string>
 #include <utility>
 
 #include "TSLCHORD/subset_counts.h"
 #include "TSLGLOB/dataset.h"
 #include "TSLGLOB/settings.h"
 #include "mxlib/subsets.h"
+#include "mxlibPar/ranks.h"
 #include "mxlibPar/side_by_side.h"
 
 namespace {
@@ -151,6 +154,10 @@ void SearchRounds::SearchSize(int size, const SearchPlace& place) {
     skipped_ += done;
     // Until some of a size are kept, a screen finds all of it worth rating.
     if (workers_[0].screen) length_ = kFirstScreened;
+    if (Ranks() > 1 && lines_ == nullptr && saveStruct != 'y') {
+        SearchOnRanks(size, done, subsets);
+        return;
+    }
     for (std::int64_t first = done; first < subsets;) {
         const std::int64_t count = std::min(length_, subsets - first);
         if (pace_.IsDue(count)) ReportProgress(iteration_ + 1, iterations_, size, count);
@@ -245,6 +252,10 @@ void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
             RateBlock(search_, size, first, count, together_, &worker, take);
         return;
     }
+    for (const FoundValue& found : RateBlocks(size, first, count)) TakeFound(size, found);
+}
+
+std::vector<FoundValue> SearchRounds::RateBlocks(int size, std::int64_t first, std::int64_t count) {
     // A block begins without the sums that subsets share with those before them.
     constexpr std::int64_t kShortestBlock = 8;
     constexpr std::int64_t kBlocksOfWorker = 16;
@@ -272,10 +283,49 @@ void SearchRounds::RateRound(int size, std::int64_t first, std::int64_t count) {
         else
             RateBlock(search_, size, first + begin, end - begin, together_, &worker, take);
     });
-    SearchWorker& room = workers_[0];
-    for (std::int64_t block = 0; block < blocks; block++)
-        for (const FoundValue& found : found_[static_cast<size_t>(block)]) {
-            SubsetOfNumber(nch, size, found.number, room.list);
-            TakeRating(search_, {size, room.list, nullptr}, found.value, outcome_);
+    std::vector<FoundValue> all;
+    for (std::int64_t block = 0; block < blocks; block++) {
+        const std::vector<FoundValue>& found = found_[static_cast<size_t>(block)];
+        all.insert(all.end(), found.begin(), found.end());
+    }
+    return all;
+}
+
+void SearchRounds::TakeFound(int size, const FoundValue& found) {
+    int* members = workers_[0].list;
+    SubsetOfNumber(nch, size, found.number, members);
+    TakeRating(search_, {size, members, nullptr}, found.value, outcome_);
+}
+
+/// What the ranks know of the values to beat is what they have found themselves, rank 0 what all
+/// have found up to there: either is less than a search on one rank would know, so that no value is
+/// missed.
+void SearchRounds::SearchOnRanks(int size, std::int64_t done, std::int64_t subsets) {
+    const auto work = [&](const WorkStretch& stretch) {
+        std::string bytes;
+        const std::int64_t end = done + stretch.first + stretch.count;
+        for (std::int64_t first = done + stretch.first; first < end;) {
+            const std::int64_t count = std::min(length_, end - first);
+            const Clock::time_point start = Clock::now();
+            const std::vector<FoundValue> found = RateBlocks(size, first, count);
+            SettleLength(SecondsSince(start));
+            first += count;
+            bytes.append(reinterpret_cast<const char*>(found.data()),
+                         found.size() * sizeof(FoundValue));
+            if (!IsFirstRank())
+                for (const FoundValue& value : found) TakeFound(size, value);
+            if (isAlone_) TakeHelp(run_.aloneFor, 1);
         }
+        return bytes;
+    };
+    const auto take = [&](const WorkStretch& stretch, const std::string& bytes) {
+        std::vector<FoundValue> found(bytes.size() / sizeof(FoundValue));
+        std::memcpy(found.data(), bytes.data(), bytes.size());
+        for (const FoundValue& value : found) TakeFound(size, value);
+        iteration_ += stretch.count;
+        if (pace_.IsDue(stretch.count))
+            ReportProgress(iteration_, iterations_, size, stretch.count);
+        if (run_.between) run_.between({size, done + stretch.first + stretch.count}, *outcome_);
+    };
+    HandOut(subsets - done, work, take);
 }

@@ -49,6 +49,9 @@ class SearchRounds {
 
   private:
     void RateRound(int size, std::int64_t first, std::int64_t count);
+    std::vector<FoundValue> RateBlocks(int size, std::int64_t first, std::int64_t count);
+    void TakeFound(int size, const FoundValue& found);
+    void SearchOnRanks(int size, std::int64_t done, std::int64_t subsets);
     void TakeHelp(double seconds, std::int64_t rated);
     void TakeScreens();
     void SettleLength(double seconds);
