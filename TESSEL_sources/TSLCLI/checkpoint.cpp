@@ -13,7 +13,9 @@
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
+#include "TSLCLI/session.h"
 #include "mxlibDim/replacement.h"
+#include "mxlibPar/ranks.h"
 
 namespace {
 
@@ -80,8 +82,7 @@ Checkpoint::~Checkpoint() {
 }
 
 std::optional<CheckpointNumbers> Checkpoint::Read() const {
-    std::error_code error;
-    if (!std::filesystem::exists(path_, error)) return std::nullopt;
+    if (!IsThere(path_)) return std::nullopt;
     const std::string text = ReadWhole(path_);
     const char* at = text.c_str();
     if (!text.starts_with(kFirstLine)) FailDamaged(path_);
@@ -138,6 +139,6 @@ void Checkpoint::EndIfAsked() {
 
 void Checkpoint::Remove() {
     std::error_code error;
-    std::filesystem::remove(path_, error);
+    if (IsFirstRank()) std::filesystem::remove(path_, error);
     isKept_ = true;
 }
