@@ -3,6 +3,7 @@
 # on another system it names them.
 #   scripts/install-packages.sh build         compiler, CMake, GSL, CLI11, libcsv
 #   scripts/install-packages.sh build test    and GoogleTest, Google Benchmark
+#   scripts/install-packages.sh build mpi     and Open MPI, for TESSEL-mpi
 #   scripts/install-packages.sh build fuzz    and clang with its fuzzer runtime
 #   scripts/install-packages.sh r             R with what the package in r/ and its tests use
 #   scripts/install-packages.sh lint          clang-format, clang-tidy
@@ -22,6 +23,7 @@ for purpose in "$@"; do
   case "$purpose" in
     build) packages+=(g++ make cmake libgsl-dev libcli11-dev libcsv-dev) ;;
     test) packages+=(libgtest-dev libbenchmark-dev) ;;
+    mpi) packages+=(libopenmpi-dev openmpi-bin) ;;
     fuzz)
       packages+=(clang llvm)
       has_fuzzer_runtime || packages+=(libclang-rt-dev)

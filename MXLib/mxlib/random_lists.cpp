@@ -56,6 +56,11 @@ void SetGeneratorState(const std::vector<std::uint32_t>& state) {
     twister->next = static_cast<int>(state.back());
 }
 
+void InitRandomStream(unsigned long seed, std::uint32_t number) {
+    InitRndNumberGenerator(seed);
+    SeedTwister(static_cast<Twister*>(r->state), static_cast<std::uint32_t>(seed), number);
+}
+
 void RndList(int n, int* list) {
     Identity(n, list);
     Shuffle(n, list);

@@ -19,6 +19,10 @@ void InitRndNumberGenerator(unsigned long seed);
 std::vector<std::uint32_t> GeneratorState();
 void SetGeneratorState(const std::vector<std::uint32_t>& state);
 
+/// The same for one stream of several under a seed: the key of the generator (SeedTwister) is the
+/// seed's lower 32 bits and the stream's number. Other numbers give other streams.
+void InitRandomStream(unsigned long seed, std::uint32_t number);
+
 /// list becomes a random permutation of 1 to n (forward Fisher-Yates, n - 1 draws).
 void RndList(int n, int* list);
 

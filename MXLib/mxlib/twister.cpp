@@ -17,14 +17,17 @@ std::uint32_t Temper(std::uint32_t x) {
     return x ^ (x >> 18);
 }
 
+std::uint32_t Spread(std::uint32_t before) {
+    return before ^ (before >> 30);
+}
+
 void Seed(void* state, unsigned long seed) {
     constexpr std::uint32_t kDefaultSeed = 4357;
     auto* const twister = static_cast<Twister*>(state);
     std::uint32_t* const w = twister->words;
     w[0] = static_cast<std::uint32_t>(seed);
     if (seed == 0) w[0] = kDefaultSeed;
-    for (std::uint32_t k = 1; k < kSize; k++)
-        w[k] = 1812433253U * (w[k - 1] ^ (w[k - 1] >> 30)) + k;
+    for (std::uint32_t k = 1; k < kSize; k++) w[k] = 1812433253U * Spread(w[k - 1]) + k;
     twister->next = kSize;
 }
 
@@ -39,6 +42,24 @@ double GetDouble(void* state) {
 }  // namespace
 
 const gsl_rng_type kTwister = {"mt19937", 0xffffffffUL, 0, sizeof(Twister), Seed, Get, GetDouble};
+
+void SeedTwister(Twister* twister, std::uint32_t first, std::uint32_t second) {
+    constexpr unsigned long kStart = 19650218;
+    Seed(twister, kStart);
+    const std::uint32_t key[] = {first, second};
+    std::uint32_t* const w = twister->words;
+    int i = 1;
+    const auto goOn = [&] {
+        if (++i < kSize) return;
+        w[0] = w[kSize - 1];
+        i = 1;
+    };
+    for (std::uint32_t k = 0; k < kSize; k++, goOn())
+        w[i] = (w[i] ^ (Spread(w[i - 1]) * 1664525U)) + key[k % 2] + k % 2;
+    for (int k = 1; k < kSize; k++, goOn())
+        w[i] = (w[i] ^ (Spread(w[i - 1]) * 1566083941U)) - static_cast<std::uint32_t>(i);
+    w[0] = 0x80000000U;
+}
 
 void RenewTwister(Twister* twister) {
     std::uint32_t* const w = twister->words;

@@ -18,6 +18,10 @@ struct Twister {
 /// For gsl_rng_alloc, gsl_rng_set and every function of the library that draws.
 extern const gsl_rng_type kTwister;
 
+/// Seeds a twister by a key of two words, as init_by_array of its authors (mt19937ar.c, 2002) does:
+/// other keys give other states.
+void SeedTwister(Twister* twister, std::uint32_t first, std::uint32_t second);
+
 /// The next words and numbers.
 void RenewTwister(Twister* twister);
 

@@ -26,6 +26,10 @@ std::int64_t ShareNumber(std::int64_t number) {
     return number;
 }
 
+void RunAlone(const std::function<void()>& body) {
+    body();
+}
+
 void HandOut(std::int64_t items, const std::function<std::string(const WorkStretch&)>& work,
              const std::function<void(const WorkStretch&, const std::string&)>& take) {
     const WorkStretch all{0, items};

@@ -26,6 +26,9 @@ void JoinRanks(int* argc, char*** argv);
 std::string ShareBytes(const std::string& bytes);
 std::int64_t ShareNumber(std::int64_t number);
 
+/// Runs `body` with Ranks() at 1: it hands out and shares nothing.
+void RunAlone(const std::function<void()>& body);
+
 /// A file that rank 0 has opened to read from its beginning, or could not open (null, with errno):
 /// the others get a copy of their own, which goes with its stream, or null and the same errno.
 FILE* ShareFile(FILE* opened);
@@ -40,5 +43,6 @@ struct WorkStretch {
 /// as bytes; each rank is asked for stretches that ascend. Their length follows their measured
 /// cost. `take` is called on rank 0 alone, with one stretch after the other in the order of the
 /// items. An error that `work` or `take` throws leaves HandOut on its rank, which has to end all.
+/// `work` runs alone (RunAlone).
 void HandOut(std::int64_t items, const std::function<std::string(const WorkStretch&)>& work,
              const std::function<void(const WorkStretch&, const std::string&)>& take);

@@ -27,10 +27,20 @@ double Now() {
         .count();
 }
 
+bool isAlone = false;  // within RunAlone
+
+struct Alone {
+    Alone() { isAlone = true; }
+    ~Alone() { isAlone = false; }
+    Alone(const Alone&) = delete;
+    Alone& operator=(const Alone&) = delete;
+};
+
 std::string Answer(const WorkStretch& stretch,
                    const std::function<std::string(const WorkStretch&)>& work) {
     const double start = Now();
-    const std::string bytes = work(stretch);
+    std::string bytes;
+    RunAlone([&] { bytes = work(stretch); });
     const ResultHead head{stretch, Now() - start};
     std::string message(sizeof head, '\0');
     std::memcpy(message.data(), &head, sizeof head);
@@ -152,6 +162,7 @@ int Rank() {
 }
 
 int Ranks() {
+    if (isAlone) return 1;
     int ranks = 1, isRunning = 0;
     MPI_Initialized(&isRunning);
     if (isRunning != 0) MPI_Comm_size(MPI_COMM_WORLD, &ranks);
@@ -170,11 +181,13 @@ void EndRanks(int status) {
 }
 
 std::int64_t ShareNumber(std::int64_t number) {
+    if (isAlone) return number;
     MPI_Bcast(&number, sizeof number, MPI_BYTE, 0, MPI_COMM_WORLD);
     return number;
 }
 
 std::string ShareBytes(const std::string& bytes) {
+    if (isAlone) return bytes;
     std::string shared = bytes;
     shared.resize(static_cast<size_t>(ShareNumber(static_cast<std::int64_t>(bytes.size()))));
     constexpr size_t kMost = INT_MAX / 2;
@@ -184,14 +197,25 @@ std::string ShareBytes(const std::string& bytes) {
     return shared;
 }
 
+void RunAlone(const std::function<void()>& body) {
+    const Alone alone;
+    body();
+}
+
 void HandOut(std::int64_t items, const std::function<std::string(const WorkStretch&)>& work,
              const std::function<void(const WorkStretch&, const std::string&)>& take) {
+    if (isAlone) {
+        const WorkStretch all{0, items};
+        if (items > 0) take(all, work(all));
+        return;
+    }
     if (!IsFirstRank()) return Work(work);
     Handing handing(items, take);
     HandAndWork(&handing, work);
 }
 
 FILE* ShareFile(FILE* opened) {
+    if (isAlone) return opened;
     const auto isOpen = static_cast<int>(ShareNumber(opened != nullptr ? 1 : 0));
     const auto reason = static_cast<int>(ShareNumber(errno));
     if (isOpen == 0) {

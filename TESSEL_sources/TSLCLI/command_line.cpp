@@ -35,6 +35,7 @@ constexpr Command kCommands[] = {
     {"analyse", "Functional analysis of a session", AddAnalyse, true},
     {"rank", "Search for the subsets of traits that maximise a criterion", AddRank, true},
     {"simulate", "Simulate communities and rate the tests on them", AddSimulate, true},
+    {"join", "Add up the tables of a simulation's parts", AddJoin},
     {"derive", "Make a session out of parts of another one", AddDerive},
     {"merge", "Merge two sessions into one", AddMerge},
     {"dialogue", "Run the dialogue on prepared answers", AddDialogue},
@@ -63,8 +64,13 @@ std::vector<AddedCommand> AddCommands(CLI::App& app) {
 }
 
 void RunParsed(const std::vector<AddedCommand>& commands) {
-    for (const AddedCommand& command : commands)
-        if (command.app->parsed() && (command.takesRanks || IsFirstRank())) command.run();
+    for (const AddedCommand& command : commands) {
+        if (!command.app->parsed()) continue;
+        if (command.takesRanks)
+            command.run();
+        else if (IsFirstRank())
+            RunAlone(command.run);
+    }
     RequireDelivery();
 }
 

@@ -16,6 +16,7 @@ CommandAction AddCheck(CLI::App& command);
 CommandAction AddAnalyse(CLI::App& command);
 CommandAction AddRank(CLI::App& command);
 CommandAction AddSimulate(CLI::App& command);
+CommandAction AddJoin(CLI::App& command);
 CommandAction AddDerive(CLI::App& command);
 CommandAction AddMerge(CLI::App& command);
 CommandAction AddDialogue(CLI::App& command);

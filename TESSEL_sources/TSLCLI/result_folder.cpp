@@ -70,11 +70,15 @@ std::string ResultFolder::Table(const std::string& name) {
 }
 
 void ResultFolder::Finish(const CLI::App& command) {
+    Finish(SettingsOf(command));
+}
+
+void ResultFolder::Finish(const std::string& text) {
     if (!IsWanted()) return;
     const std::string path = Table(kSettings);
     FileReplacement settings(path.c_str(), nullptr);
     if (settings == nullptr) FailRun(path + ": the settings cannot be written there");
-    std::fputs(SettingsOf(command).c_str(), settings);
+    std::fputs(text.c_str(), settings);
     if (!settings.Commit())
         FailRun(
             path +

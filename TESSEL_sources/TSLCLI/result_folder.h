@@ -43,6 +43,8 @@ class ResultFolder {
     /// Writes settings.toml: the command as it stands. Then puts all tables in their places and
     /// takes away what an earlier run wrote and this one did not.
     void Finish(const CLI::App& command);
+    /// The same with the text of settings.toml.
+    void Finish(const std::string& settings);
 
   private:
     std::string path_;  ///< empty: no tables are wanted

@@ -44,6 +44,8 @@ struct SimulateOptions {
     int dataSets = 100;
     double alpha = 0.05;
     bool savesSteps = false;
+    bool streams = false;
+    std::string part = kWholeRun;
     AnalysisOptions analysis;
     std::string folder = "yes";
     bool force = false;
@@ -57,6 +59,15 @@ void RequireConsistent(const CLI::App& command, const SimulateOptions& o) {
     if (!o.evaluates && o.dataSets != 1 && command.get_option("--data-sets")->count() > 0)
         FailUsage("--data-sets " + std::to_string(o.dataSets) +
                   ": without --evaluate one is simulated: give --data-sets 1");
+    if (o.part == kWholeRun) return;
+    const std::string part = "--part " + o.part + ": ";
+    const int dataSets = o.evaluates ? o.dataSets : 1;
+    if (PartOf(o.part).parts > dataSets)
+        FailUsage(part + "there are fewer data sets than parts: give a larger --data-sets or " +
+                  "fewer parts");
+    if (!o.streams) FailUsage(part + "only data sets of --streams yes can be parted");
+    if (o.analysis.seed == "clock")
+        FailUsage(part + "the parts belong together by their seed: give all the same --seed");
 }
 
 void TakeRules(const SimulateOptions& o, SimulationAnswers* answers) {
@@ -69,6 +80,10 @@ void TakeRules(const SimulateOptions& o, SimulationAnswers* answers) {
     answers->nDataSets = o.evaluates ? o.dataSets : 1;
     answers->alpha = o.alpha;
     answers->savesSteps = o.savesSteps;
+    answers->streams = o.streams;
+    const SimulationPart part = PartOf(o.part);
+    answers->part = part.part;
+    answers->parts = part.parts;
 }
 
 /// The settings of the analysis for the world in the place of a data set.
@@ -106,9 +121,9 @@ std::uint64_t DigestOf(const CLI::App& command, const SimulateOptions& o) {
 /// Runs the simulation; the rejections of an evaluation, by statistic.
 std::vector<int> RunWorld(SimulationAnswers* answers, SimulationStatistics* statistics,
                           SimulationCheckpoint* checkpoint) {
-    std::vector<int> rejections;
+    std::vector<int> rejections(kRatedStatistics);
     SimulationRun run;
-    checkpoint->Follow(&run, [&](int dataSet, std::span<const double> values) {
+    checkpoint->Follow(*answers, &run, [&](int dataSet, std::span<const double> values) {
         if (statistics != nullptr) statistics->Add(dataSet, values);
     });
     run.between = [&, between = run.between](const SimulationPlace& place) {
@@ -120,7 +135,7 @@ std::vector<int> RunWorld(SimulationAnswers* answers, SimulationStatistics* stat
     const double tests = answers->evaluates ? niter - 1.0 : 0.0;
     bool done = false;
     const EngineTalk talk = RunEngine([&] {
-        const Progress progress(answers->nDataSets * (answers->maxIterations + tests));
+        const Progress progress(DataSetsOfRun(*answers) * (answers->maxIterations + tests));
         checkpoint->Begin();
         done = RunSimulation(answers, run);
     });
@@ -141,7 +156,7 @@ void Simulate(CLI::App& command, const SimulateOptions& o) {
     // What an interrupted run has written is its own.
     const bool force = o.force || checkpoint.GoesOn();
     for (const char* file : FilesOfRun(answers)) RefuseToOverwrite(file, force);
-    ResultFolder folder(o.folder, "SimulatedTables", force, kSimulationTables);
+    ResultFolder folder(o.folder, kSimulatedTables, force, kSimulationTables);
     SettleSeed(command);
     Tell(SettingsOf(command));
 
@@ -151,7 +166,7 @@ void Simulate(CLI::App& command, const SimulateOptions& o) {
         RunWorld(&answers, statistics ? &*statistics : nullptr, &checkpoint);
     if (statistics) statistics->Finish();
     if (o.evaluates)
-        TellRates(rejections, answers.nDataSets, answers.alpha,
+        TellRates(rejections, DataSetsOfRun(answers), answers.alpha,
                   folder.IsWanted() ? folder.Table("rates.csv") : "");
     folder.Finish(command);
     checkpoint.Remove();
@@ -222,6 +237,19 @@ void AddRules(CLI::App& command, SimulateOptions* o) {
         ->type_name("NAMES")
         ->allow_extra_args(false);
     AddYesNo(command, "--save-steps", &o->savesSteps, "Write the files of every step");
+    AddYesNo(command, "--streams", &o->streams,
+             "A generator of its own for each data set: the Mersenne twister whose init_by_array "
+             "has the key (seed, number of the data set)");
+    command
+        .add_option("--part", o->part,
+                    "Of K parts, under --streams yes, only part I: the data sets I, I + K, I + 2K "
+                    "and so on; 'TESSEL join' adds up the tables")
+        ->type_name("I/K")
+        ->check([](const std::string& text) {
+            return PartOf(text).parts > 0 ? std::string()
+                                          : "takes I/K with I from 1 to K, as in 3/20, not " + text;
+        })
+        ->capture_default_str();
 }
 
 }  // namespace
@@ -234,13 +262,16 @@ CommandAction AddSimulate(CLI::App& command) {
             "Settings file with the world, as --config takes it; its tables are sought from "
             "the working folder")
         ->type_name("FILE")
-        ->check(CLI::Validator(CLI::ExistingFile).description(""))
+        ->check([](const std::string& file) {
+            return IsThere(file) ? std::string() : "File does not exist: " + file;
+        })
         ->configurable(false);
     AddWorldTables(command, &o->tables);
     AddRules(command, o.get());
     AddAnalysisOptions(command, AnalysisKind::kSimulation, &o->analysis);
     command
-        .add_option("--tables", o->folder, "Folder for the results as CSV; yes: SimulatedTables")
+        .add_option("--tables", o->folder,
+                    std::string("Folder for the results as CSV; yes: ") + kSimulatedTables)
         ->type_name("yes|no|FOLDER")
         ->capture_default_str();
     command

@@ -1,8 +1,9 @@
 #include "TSLCLI/simulation_checkpoint.h"
 
 #include "TSLCLI/failure.h"
-#include "TSLCLI/simulation_tables.h"
 #include "TSLGLOB/settings.h"
+#include "TSLIF/simulation/answers.h"
+#include "TSLIF/simulation/evaluation.h"
 
 SimulationCheckpoint::SimulationCheckpoint(const std::string& path, std::uint64_t digest,
                                            bool evaluates, bool reportsDataSets)
@@ -40,10 +41,11 @@ void SimulationCheckpoint::Begin() {
     if (evaluates_ && !place_) file_.Begin();
 }
 
-void SimulationCheckpoint::Follow(SimulationRun* run, const EvaluatedReceiver& receive) {
+void SimulationCheckpoint::Follow(const SimulationAnswers& answers, SimulationRun* run,
+                                  const EvaluatedReceiver& receive) {
     run->from = place_ ? &*place_ : nullptr;
     int dataSet = 0;
-    for (const auto& row : rows_) receive(++dataSet, row);
+    for (const auto& row : rows_) receive(DataSetOfRun(answers, dataSet++), row);
     run->evaluated = [this, receive](int number, const Evaluation& evaluation) {
         rows_.push_back(EvaluatedValues(evaluation));
         receive(number, rows_.back());

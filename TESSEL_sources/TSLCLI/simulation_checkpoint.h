@@ -28,7 +28,8 @@ class SimulationCheckpoint {
 
     /// Lets the run go on where it was, and follows it; `receive` gets every data set, former ones
     /// first.
-    void Follow(SimulationRun* run, const EvaluatedReceiver& receive);
+    void Follow(const SimulationAnswers& answers, SimulationRun* run,
+                const EvaluatedReceiver& receive);
 
     void Remove() { file_.Remove(); }
 

@@ -1,6 +1,7 @@
 #include "TSLCLI/simulation_tables.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <optional>
 #include <string_view>
@@ -36,13 +37,18 @@ Label LabelOf(const RatedStatistic& rated) {
 
 }  // namespace
 
-std::vector<double> EvaluatedValues(const Evaluation& evaluation) {
-    std::vector<double> values;
-    for (const RatedStatistic& rated : ratedStatistics) {
-        values.push_back(evaluation.test.*rated.value);
-        values.push_back(evaluation.test.*rated.probability);
-    }
-    return values;
+SimulationPart PartOf(std::string_view text) {
+    SimulationPart part;
+    const char* const end = text.data() + text.size();
+    const char* const bar = std::from_chars(text.data(), end, part.part).ptr;
+    if (bar == end || *bar != '/') return {};
+    const auto [rest, error] = std::from_chars(bar + 1, end, part.parts);
+    if (error != std::errc() || rest != end || part.part < 1 || part.part > part.parts) return {};
+    return part;
+}
+
+std::string NameOfRated(int k) {
+    return std::string(LabelOf(ratedStatistics[k]).statistic);
 }
 
 struct SimulationStatistics::Table : CsvWriter {
@@ -50,8 +56,9 @@ struct SimulationStatistics::Table : CsvWriter {
 };
 
 SimulationStatistics::SimulationStatistics(const std::string& path)
-    : table_(std::make_unique<Table>(
-          path, std::vector<std::string>{"data set", "statistic", "value", "P"})) {}
+    : table_(std::make_unique<Table>(path, std::vector<std::string>(std::begin(kStatisticsHeader),
+                                                                    std::end(kStatisticsHeader)))) {
+}
 
 SimulationStatistics::~SimulationStatistics() = default;
 

@@ -6,16 +6,28 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
-
-struct Evaluation;
 
 /// How those tables are called.
 inline constexpr std::initializer_list<const char*> kSimulationTables = {"statistics.csv",
                                                                          "rates.csv"};
 
-/// Value and P of each statistic in turn.
-std::vector<double> EvaluatedValues(const Evaluation& evaluation);
+/// Their folder, if no other is given.
+inline constexpr const char* kSimulatedTables = "SimulatedTables";
+
+/// One of several parts of an evaluation, as the option --part has it.
+struct SimulationPart {
+    int part = 0;
+    int parts = 0;
+};
+inline constexpr const char* kWholeRun = "1/1";
+/// Of "3/20"; of 0 parts where the text is none.
+SimulationPart PartOf(std::string_view text);
+
+/// The columns of the first, and what stands in it for each statistic in turn.
+inline constexpr const char* kStatisticsHeader[] = {"data set", "statistic", "value", "P"};
+std::string NameOfRated(int k);
 
 /// The statistics of every data set, written as they come: data set, statistic, value, P.
 class SimulationStatistics {

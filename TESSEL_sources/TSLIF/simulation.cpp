@@ -1,9 +1,13 @@
 #include "TSLIF/simulation.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <optional>
+#include <string>
 
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
@@ -14,6 +18,8 @@
 #include "TSLIF/simulation/report.h"
 #include "iflibG/iflibG.h"
 #include "mxlib/random_lists.h"
+#include "mxlibDim/failure.h"
+#include "mxlibPar/ranks.h"
 
 namespace {
 
@@ -42,37 +48,121 @@ void StartFiles(World& world, RunFiles& files) {
     PrepareEnvironment(world);
 }
 
-/// One data set: communities, files, test.
-void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool reports) {
+/// One data set: communities, files, test. Its lines of the report go to `report`, null where none
+/// are wanted.
+void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, FILE* report) {
     const SimulationAnswers& a = world.answers;
+    if (a.streams) StartStream(world);
     RenewTraits(world);
     if (files.traits && a.traits.fromCorrelations) FinishTraitData(*files.traits, world);
     RenewSites(world);
     AssembleCommunities(world, files.steps ? &*files.steps : nullptr);
     if (files.steps) FinishStepFiles(*files.steps);
-    if (reports) PrintDataSet(*files.report, world);
+    if (report != nullptr) PrintDataSet(report, world);
     if (LeavesRawFiles(a)) WriteRawFiles(world);
-    if (world.dataSet == 1) WriteOTUNumbers(world);  // the same for all
-    if (evaluation != nullptr) {
-        EvaluateDataSet(world, evaluation);
-        if (reports) PrintTest(*files.report, world, *evaluation);
-    }
-    files.report->Flush();
+    if (world.dataSet == a.part) WriteOTUNumbers(world);  // the same for all
+    if (evaluation == nullptr) return;
+    EvaluateDataSet(world, evaluation);
+    if (report != nullptr) PrintTest(report, world, *evaluation);
 }
 
-SimulationPlace PlaceOf(const World& world, const Evaluation& evaluation) {
-    return {world.dataSet,
-            world.chiSquareCalls,
-            {evaluation.rejections.begin(), evaluation.rejections.end()},
-            GeneratorState()};
+/// Behind `dataSets` of the run, whose numbers of calls and rejections these are.
+void TellPlace(const SimulationRun& run, int dataSets, long long chiSquareCalls,
+               const Evaluation& evaluation) {
+    if (run.between)
+        run.between({dataSets,
+                     chiSquareCalls,
+                     {evaluation.rejections.begin(), evaluation.rejections.end()},
+                     GeneratorState()});
 }
 
 void TakePlace(const SimulationPlace& place, World* world, Evaluation* evaluation) {
-    world->dataSet = place.dataSets;
     world->chiSquareCalls = place.chiSquareCalls;
     std::copy(place.rejections.begin(), place.rejections.end(), evaluation->rejections.begin());
     SetGeneratorState(place.generator);
     WriteOTUNumbers(*world);
+}
+
+/// The data sets of the run from number `done` on, one after the other.
+void SimulateInTurn(World& world, RunFiles& files, Evaluation* evaluation, bool reports, int done,
+                    const SimulationRun& run) {
+    const SimulationAnswers& a = world.answers;
+    FILE* const report = reports ? static_cast<FILE*>(*files.report) : nullptr;
+    for (const int all = DataSetsOfRun(a); done < all; done++) {
+        world.dataSet = DataSetOfRun(a, done);
+        SimulateDataSet(world, files, evaluation, report);
+        files.report->Flush();
+        if (evaluation == nullptr) continue;
+        CountRejections(world, evaluation);
+        if (run.evaluated) run.evaluated(world.dataSet, *evaluation);
+        TellPlace(run, done + 1, world.chiSquareCalls, *evaluation);
+    }
+}
+
+/// What a data set comes to, as ranks send it: its values, the calls of the chi-square distribution
+/// and its lines of the report.
+std::string BytesOfDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool reports) {
+    char* text = nullptr;
+    std::size_t size = 0;
+    FILE* const report = open_memstream(&text, &size);
+    if (report == nullptr) RaiseError(kOutOfMemory);
+    world.chiSquareCalls = 0;
+    SimulateDataSet(world, files, evaluation, reports ? report : nullptr);
+    const bool isWhole = std::ferror(report) == 0;
+    if (std::fclose(report) != 0 || !isWhole) RaiseError(kOutOfMemory);
+    std::string bytes;
+    const auto put = [&](const void* from, std::size_t n) {
+        bytes.append(static_cast<const char*>(from), n);
+    };
+    put(EvaluatedValues(*evaluation).data(), kRatedValues * sizeof(double));
+    put(&world.chiSquareCalls, sizeof world.chiSquareCalls);
+    put(&size, sizeof size);
+    put(text, size);
+    std::free(text);
+    return bytes;
+}
+
+/// The same of a run with streams, handed out to the ranks.
+void HandOutDataSets(World& world, RunFiles& files, Evaluation* evaluation, bool reports, int done,
+                     const SimulationRun& run) {
+    const SimulationAnswers& a = world.answers;
+    SettleDensityWeight(&world.answers);
+    WriteOTUNumbers(world);
+    long long chiSquareCalls = world.chiSquareCalls;
+    const int before = done;
+    const auto work = [&](const WorkStretch& stretch) {
+        std::string bytes;
+        for (std::int64_t k = 0; k < stretch.count; k++) {
+            world.dataSet = DataSetOfRun(a, before + static_cast<int>(stretch.first + k));
+            bytes += BytesOfDataSet(world, files, evaluation, reports);
+        }
+        return bytes;
+    };
+    const auto take = [&](const WorkStretch& stretch, const std::string& bytes) {
+        const char* next = bytes.data();
+        const auto get = [&](void* to, std::size_t n) {
+            std::memcpy(to, next, n);
+            next += n;
+        };
+        for (std::int64_t k = 0; k < stretch.count; k++) {
+            double values[kRatedValues];
+            long long calls = 0;
+            std::size_t size = 0;
+            get(values, sizeof values);
+            get(&calls, sizeof calls);
+            get(&size, sizeof size);
+            std::fwrite(next, 1, size, *files.report);
+            next += size;
+            chiSquareCalls += calls;
+            TakeValues(values, evaluation);
+            CountRejections(world, evaluation);
+            if (run.evaluated) run.evaluated(DataSetOfRun(a, done), *evaluation);
+            TellPlace(run, ++done, chiSquareCalls, *evaluation);
+        }
+        files.report->Flush();
+    };
+    HandOut(DataSetsOfRun(a) - before, work, take);
+    world.chiSquareCalls = chiSquareCalls;
 }
 
 }  // namespace
@@ -92,12 +182,12 @@ bool RunSimulation(SimulationAnswers* answers, const SimulationRun& run) {
     const bool reports = !answers->evaluates || printDetail;
     if (run.from != nullptr) TakePlace(*run.from, &world, &*evaluation);
     time0 = std::clock();
-    while (world.dataSet < answers->nDataSets) {
-        world.dataSet++;
-        SimulateDataSet(world, files, evaluation ? &*evaluation : nullptr, reports);
-        if (evaluation && run.evaluated) run.evaluated(world.dataSet, *evaluation);
-        if (evaluation && run.between) run.between(PlaceOf(world, *evaluation));
-    }
+    // The files that a run of few data sets leaves are written as they come.
+    const bool isHandedOut =
+        Ranks() > 1 && answers->streams && evaluation && !LeavesRawFiles(*answers);
+    const auto simulate = isHandedOut ? HandOutDataSets : SimulateInTurn;
+    simulate(world, files, evaluation ? &*evaluation : nullptr, reports,
+             run.from != nullptr ? run.from->dataSets : 0, run);
     if (evaluation) {
         const double seconds = ProcessorSeconds();
         ToRates(world, &*evaluation);

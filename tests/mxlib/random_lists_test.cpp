@@ -43,6 +43,27 @@ TEST(RandomLists, TheTwisterDrawsTheStreamOfTheLibrarysOwn) {
     gsl_rng_free(own);
 }
 
+/// The first numbers are those of Python's random.seed(seed + (number << 32)), which seeds by the
+/// same key; so is the number in the third block.
+TEST(RandomLists, AStreamOfASeedHasTheKeyOfBoth) {
+    const struct {
+        unsigned long seed;
+        std::uint32_t number;
+        std::vector<unsigned long> first;
+    } rows[] = {{7, 1, {968553300, 3287823873, 1540179448}},
+                {7, 2, {3024930075, 3803530016, 644625210}},
+                {0, 1, {485306839, 1508871100, 1794561286}},
+                {4357, 1, {1475314686, 2623037156, 3575815989}},
+                {4294967295, 2147483647, {1359979423, 2819855560, 2711238091}}};
+    for (const auto& row : rows) {
+        InitRandomStream(row.seed, row.number);
+        for (const unsigned long number : row.first) EXPECT_EQ(gsl_rng_get(r), number);
+    }
+    InitRandomStream(7, 2);
+    for (int n = 0; n < 1299; n++) gsl_rng_get(r);
+    EXPECT_EQ(gsl_rng_get(r), 4180591556U);
+}
+
 TEST(RandomLists, ShufflesFollowTheForwardWalk) {
     gsl_rng* own = gsl_rng_alloc(gsl_rng_mt19937);
     gsl_rng_set(own, 20240501);

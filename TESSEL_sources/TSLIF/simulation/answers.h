@@ -35,7 +35,25 @@ struct SimulationAnswers {
     std::vector<int> predictorsInUse;  ///< 1 for each predictor in the analysed matrix E
     double alpha = 0;
     bool savesSteps = false;  ///< write the files of every step
+
+    /// Each data set has the generator of its number (InitRandomStream) and does not depend on
+    /// those before it.
+    bool streams = false;
+    /// Of so many parts of the evaluation, under streams, the one to run: every parts-th data set
+    /// from the data set `part` on.
+    int part = 1;
+    int parts = 1;
 };
+
+/// How many data sets the run has: those of its part.
+inline int DataSetsOfRun(const SimulationAnswers& answers) {
+    return (answers.nDataSets - answers.part) / answers.parts + 1;
+}
+
+/// The number of the run's data set k, from 0.
+inline int DataSetOfRun(const SimulationAnswers& answers, int k) {
+    return answers.part + k * answers.parts;
+}
 
 /// Number of predictors of the factors and interactions.
 int CountPredictors(const SimulationAnswers& answers);

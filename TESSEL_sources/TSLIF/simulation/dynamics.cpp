@@ -367,8 +367,12 @@ void MeasureExtrapolation(World& world) {
 
 }  // namespace
 
+void SettleDensityWeight(SimulationAnswers* answers) {
+    if (answers->densityWeight == 0) answers->densityWeight = kAlmostNothing;
+}
+
 void AssembleCommunities(World& world, const StepFiles* files) {
-    if (world.answers.densityWeight == 0) world.answers.densityWeight = kAlmostNothing;
+    SettleDensityWeight(&world.answers);
     Assembly now(world);
     const int S = world.answers.nSites;
     std::fill(now.moved.get(), now.moved + S, true);

@@ -109,11 +109,6 @@ Record FilledRecord(const World& world, const Evaluation& e) {
     return test;
 }
 
-/// Narrowed to single precision, a probability at the threshold counts.
-bool IsRejected(double probability, double alpha) {
-    return AlmostEqual2sComplement(probability, alpha, 1) || alpha > probability;
-}
-
 }  // namespace
 
 Evaluation::Evaluation(const World& world)
@@ -142,11 +137,34 @@ void EvaluateDataSet(World& world, Evaluation* evaluation) {
     CompareSites(world, evaluation);
     evaluation->test = FilledRecord(world, *evaluation);
     PermTest_FunctionalPhyl_Correl(&evaluation->test);
+}
+
+std::vector<double> EvaluatedValues(const Evaluation& evaluation) {
+    std::vector<double> values;
+    for (const RatedStatistic& rated : ratedStatistics) {
+        values.push_back(evaluation.test.*rated.value);
+        values.push_back(evaluation.test.*rated.probability);
+    }
+    return values;
+}
+
+void TakeValues(const double* values, Evaluation* evaluation) {
+    for (const RatedStatistic& rated : ratedStatistics) {
+        evaluation->test.*rated.value = *values++;
+        evaluation->test.*rated.probability = *values++;
+    }
+}
+
+bool IsRejected(double probability, double alpha) {
+    return AlmostEqual2sComplement(probability, alpha, 1) || alpha > probability;
+}
+
+void CountRejections(const World& world, Evaluation* evaluation) {
     for (int k = 0; k < kRatedStatistics; k++)
         if (IsRejected(evaluation->test.*ratedStatistics[k].probability, world.answers.alpha))
             evaluation->rejections[static_cast<std::size_t>(k)] += 1.0;
 }
 
 void ToRates(const World& world, Evaluation* evaluation) {
-    for (double& count : evaluation->rejections) count /= world.answers.nDataSets;
+    for (double& count : evaluation->rejections) count /= DataSetsOfRun(world.answers);
 }

@@ -4,6 +4,7 @@
 /// hypothesis is rejected.
 
 #include <array>
+#include <vector>
 
 #include "TSLIF/simulation/world.h"
 #include "mxlib/perm_test.h"
@@ -40,8 +41,20 @@ struct Evaluation {
     std::array<double, kRatedStatistics> rejections = {};
 };
 
-/// Analyses the data set that stands in the world and counts its rejections.
+/// Analyses the data set that stands in the world.
 void EvaluateDataSet(World& world, Evaluation* evaluation);
+
+/// Value and P of each statistic in turn, as a test has them.
+inline constexpr int kRatedValues = 2 * kRatedStatistics;
+std::vector<double> EvaluatedValues(const Evaluation& evaluation);
+void TakeValues(const double* values, Evaluation* evaluation);
+
+/// Whether a P rejects its null hypothesis at `alpha`: narrowed to single precision, one at the
+/// threshold does.
+bool IsRejected(double probability, double alpha);
+
+/// Counts the rejections of the test at hand.
+void CountRejections(const World& world, Evaluation* evaluation);
 
 /// Makes rates of the counts.
 void ToRates(const World& world, Evaluation* evaluation);

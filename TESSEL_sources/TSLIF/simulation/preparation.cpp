@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "TSLGLOB/settings.h"
 #include "mxlib/correlated_data.h"
+#include "mxlib/random_lists.h"
 #include "mxlibDim/reading.h"
 #include "mxlibRes/standardisation.h"
 #include "mxlibRes/totals.h"
@@ -106,6 +108,13 @@ void PrepareEnvironment(World& world) {
     if (world.answers.environment.fromCorrelations) return;
     StandardizeFactors(world);
     CopyMatrix(world.answers.nPredictors, world.answers.nSites, world.E, world.EInitial);
+}
+
+void StartStream(World& world) {
+    InitRandomStream(rseed, static_cast<std::uint32_t>(world.dataSet));
+    world.onset = 0;
+    for (int t = 0; t < world.answers.nTraits; t++)
+        std::fill(world.beyond[t], world.beyond[t] + world.answers.nSites, 0.0);
 }
 
 void RenewTraits(World& world) {

@@ -13,6 +13,10 @@ bool ReadWorld(World& world);
 void PrepareTraits(World& world);
 void PrepareEnvironment(World& world);
 
+/// Lets the data set of the world's number depend on no other: its own stream of the seed rseed,
+/// and nothing left of those before.
+void StartStream(World& world);
+
 /// A fresh start of a data set. The traits are drawn when they come from correlations; the
 /// ecosystem is drawn or restored, and the sites are empty.
 void RenewTraits(World& world);

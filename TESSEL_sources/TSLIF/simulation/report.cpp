@@ -216,12 +216,17 @@ void PrintRunSettings(FILE* report, const World& world, double seconds) {
             a.densityWeight);
     fprintf(report, "Specified maximum average number of individuals per community:\t%d\n",
             a.maxIndividuals);
-    fprintf(report, "Number of simulated data sets:\t%d\n", a.nDataSets);
+    fprintf(report, "Number of simulated data sets:\t%d\n", DataSetsOfRun(a));
     fprintf(report, "Number of random permutations in each test:\t%d\n", niter);
     fprintf(report, "Alpha threshold for Ho rejection:\t%g\n", a.alpha);
     fprintf(report, "Random generator seed: %u\n", static_cast<unsigned>(rseed));
     fprintf(report, "Elapsed time (seconds): %g\n", seconds);
     PrintSelection(report, a, "\neights:                                                  ");
+}
+
+void PrintPart(FILE* report, const SimulationAnswers& a) {
+    fprintf(report, "Part %d of %d: %d of %d simulated data sets, from number %d in steps of %d\n",
+            a.part, a.parts, DataSetsOfRun(a), a.nDataSets, a.part, a.parts);
 }
 
 void PrintCongruenceMeasure(FILE* report) {
@@ -240,7 +245,7 @@ void PrintRatesOfAll(FILE* report, const World& world, const Evaluation& evaluat
     fprintf(report,
             "\n\nPROBABILITIES OF Ho REJECTION (type I error or power depending on the specified "
             "model context) based on %d tests using %d permutations each:\n",
-            world.answers.nDataSets, niter);
+            DataSetsOfRun(world.answers), niter);
     PrintRates(report, evaluation, 0, kFirstAlpha);
     PrintCongruenceMeasure(report);
     PrintRates(report, evaluation, kFirstAlpha, kFirstY);
@@ -308,6 +313,7 @@ void PrintFinalRates(FILE* report, const World& world, const Evaluation& evaluat
     fprintf(report, "\n%s\nSIMULATION OF COMMUNITY ASSEMBLY\nFINAL RESULTS\n%s\n", lineL, version);
     TimeStamp(report);
     fprintf(report, "%s\n", lineL);
+    if (world.answers.parts > 1) PrintPart(report, world.answers);
     if (withSettings) PrintRunSettings(report, world, seconds);
     PrintRatesOfAll(report, world, evaluation);
 }
