@@ -21,6 +21,7 @@ namespace {
 
 int threadsAsked = 0;
 
+#ifdef _OPENMP
 /// The runtime of OpenMP orders what stands before, within and behind its regions in ways that the
 /// thread sanitizer does not see: it is told.
 void TellOrderedBefore([[maybe_unused]] void* gate) {
@@ -35,7 +36,6 @@ void TellOrderedBehind([[maybe_unused]] void* gate) {
 #endif
 }
 
-#ifdef _OPENMP
 /// The error of the step with the smallest number.
 struct FirstError {
     std::mutex mutex;
@@ -72,7 +72,8 @@ int WorkersFor(int steps) {
     return std::clamp(steps, 1, Threads());
 }
 
-void RunSideBySide(int steps, int workers, const std::function<void(int k, int worker)>& step) {
+void RunSideBySide(int steps, [[maybe_unused]] int workers,
+                   const std::function<void(int k, int worker)>& step) {
 #ifdef _OPENMP
     if (workers > 1) {
         FirstError first;

@@ -15,7 +15,8 @@ INLINE_BODY void TurnCells(const Registers<16>::Doubles* v, Registers<16>::Doubl
     Shuffle<0, 2>(v[0], v[1], cell);
     Shuffle<1, 3>(v[0], v[1], cell + 1);
 }
-INLINE_BODY void TurnCells(const Registers<32>::Doubles* v, Registers<32>::Doubles* cell) {
+[[maybe_unused]] INLINE_BODY void TurnCells(const Registers<32>::Doubles* v,
+                                            Registers<32>::Doubles* cell) {
     Registers<32>::Doubles even[2], odd[2];
     UNROLL
     for (int h = 0; h < 2; h++) {
@@ -443,7 +444,7 @@ INLINE_BODY void TurnFloats(Registers<16>::Floats* v) {
         Shuffle<2, 3, 6, 7>(a[2 * h], a[2 * h + 1], v + 2 * h + 1);
     }
 }
-INLINE_BODY void TurnFloats(Registers<32>::Floats* v) {
+[[maybe_unused]] INLINE_BODY void TurnFloats(Registers<32>::Floats* v) {
     Registers<32>::Floats a[8], b[8];
     UNROLL
     for (int r = 0; r < 8; r += 2) {

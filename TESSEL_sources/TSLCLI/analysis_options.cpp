@@ -19,6 +19,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/settings.h"
 #include "TSLIF/analysis_settings.h"
+#include "mxlibDim/real_text.h"
 #include "mxlibPar/ranks.h"
 #include "mxlibPar/side_by_side.h"
 #include "mxlibRes/distances.h"
@@ -65,8 +66,12 @@ int NumberOf(std::span<const Word> words, const std::string& word) {
 template <class T>
 bool ParseNumber(const std::string& text, T* number) {
     const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, *number);
-    return error == std::errc() && rest == end;
+    std::from_chars_result read = {};
+    if constexpr (std::is_integral_v<T>)
+        read = std::from_chars(text.data(), end, *number);
+    else
+        read = ReadReal(text.data(), end, *number);
+    return read.ec == std::errc() && read.ptr == end;
 }
 
 /// Of a simulation --traits is the table.
@@ -294,7 +299,10 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
             "Types of OTUs: each OTU its own, the session's species, or those of a file: a number "
             "for each OTU in the session's order, or CSV with OTU and type")
         .For({kAnalysis, kRanking, kSimulation})
-        .Words("--belonging", &o->crisp, kBelonging, "How OTUs belong to types")
+        .Words(
+            "--belonging", &o->crisp, kBelonging,
+            "How OTUs belong to types: each to its own alone (crisp), or to others too, as far as "
+            "their traits are alike (fuzzy)")
         .For({kAnalysis, kSimulation})
         .Number("--iterations", &o->iterations, 1, INT_MAX, "1 to 2147483647",
                 "Arrangements of the test, the observed one among them")
@@ -302,7 +310,9 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
         .Text("--within", &o->within, "none|FILE",
               "Permute OTUs only within groups, given like types")
         .Text("--seed", &o->seed, "clock|NUMBER", "Start of the random numbers")
-        .Words("--congruence", &o->congruence, kCongruences, "How matrices are compared")
+        .Words("--congruence", &o->congruence, kCongruences,
+               "How matrices are compared: correlation of resemblances (mantel), fit of one to the "
+               "other (procrustes), shared covariance (rv)")
         .Words("--resemblance", &o->resemblance, kResemblances,
                "How communities are compared under mantel")
         .List(TraitsOption(kind == kSimulation), &o->traits,

@@ -14,6 +14,7 @@
 #include "TSLCLI/commands.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/name_matching.h"
+#include "TSLCLI/progress.h"
 #include "TSLCLI/settings_file.h"
 #include "TSLCLI/wording.h"
 #include "TSLGLOB/shell.h"
@@ -39,6 +40,7 @@ constexpr Command kCommands[] = {
     {"derive", "Make a session out of parts of another one", AddDerive},
     {"merge", "Merge two sessions into one", AddMerge},
     {"dialogue", "Run the dialogue on prepared answers", AddDialogue},
+    {"describe", "Tell all commands and options, as JSON", AddDescribe},
 };
 
 struct AddedCommand {
@@ -57,6 +59,9 @@ std::vector<AddedCommand> AddCommands(CLI::App& app) {
         sub->add_option_function<std::string>("--messages", CopyMessagesTo,
                                               "Also write warnings and failures to this file")
             ->type_name("FILE")
+            ->configurable(false);
+        sub->add_flag("--progress-lines", progressInLines,
+                      "Tell the progress on standard error as lines: progress SHARE SECONDS-LEFT")
             ->configurable(false);
         added.push_back({sub, command.add(*sub), command.takesRanks});
     }

@@ -20,3 +20,4 @@ CommandAction AddJoin(CLI::App& command);
 CommandAction AddDerive(CLI::App& command);
 CommandAction AddMerge(CLI::App& command);
 CommandAction AddDialogue(CLI::App& command);
+CommandAction AddDescribe(CLI::App& command);

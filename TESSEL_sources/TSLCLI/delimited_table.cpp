@@ -300,7 +300,7 @@ DelimitedTable ReadDelimitedTable(const std::string& path) {
     table.separator = FindSeparator(head, block.size() < kBlock);
     std::error_code ignored;
     const auto size = std::filesystem::file_size(path, ignored);
-    if (!ignored) table.text.reserve(size + 1);
+    if (!ignored) table.text.reserve(static_cast<std::size_t>(size) + 1);
     TableReader reader(&table);
     reader.Read(head);
     for (block = file.Read(kBlock); !block.empty(); block = file.Read(kBlock)) reader.Read(block);

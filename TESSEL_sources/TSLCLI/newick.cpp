@@ -1,13 +1,13 @@
 #include "TSLCLI/newick.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <unordered_map>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/utf8.h"
 #include "TSLCLI/wording.h"
+#include "mxlibDim/real_text.h"
 
 namespace {
 
@@ -170,7 +170,7 @@ class NewickParser {
         if (word.starts_with('+')) word.remove_prefix(1);
         double length = 0;
         const char* const end = word.data() + word.size();
-        const auto [read, error] = std::from_chars(word.data(), end, length);
+        const auto [read, error] = ReadReal(word.data(), end, length);
         if (word.empty() || read != end || error == std::errc::invalid_argument)
             FailAt(start, "a length belongs here");
         if (error != std::errc() || !std::isfinite(length))

@@ -1,12 +1,12 @@
 #include "TSLCLI/number_cells.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <system_error>
 
 #include "TSLCLI/wording.h"
+#include "mxlibDim/real_text.h"
 
 namespace {
 
@@ -44,12 +44,12 @@ CellContent Convert(std::string_view text, T* number) {
     if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
     const char* const end = text.data() + text.size();
     T value = 0;
-    const auto [read, error] = std::from_chars(text.data(), end, value);
+    const auto [read, error] = ReadReal(text.data(), end, value);
     if (read != end || error == std::errc::invalid_argument) return CellContent::kWord;
     if (error == std::errc::result_out_of_range) {
         // Too small is as good as 0.
         double wide = 0;
-        const bool isSmall = std::from_chars(text.data(), end, wide).ec == std::errc()
+        const bool isSmall = ReadReal(text.data(), end, wide).ec == std::errc()
                                  ? std::abs(wide) < 1.0
                                  : text.find("e-") != text.npos || text.find("E-") != text.npos;
         if (!isSmall) return CellContent::kTooLarge;

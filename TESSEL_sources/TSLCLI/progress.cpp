@@ -10,6 +10,8 @@
 #include "iflibG/iflibG.h"
 #include "mxlibDim/terminal.h"
 
+bool progressInLines = false;
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -22,21 +24,27 @@ struct Run {
 Run run;
 
 /// The engine's own standard error may be kept from the user.
-void WriteLine(const char* text) {
+void WriteLine(const char* format, const char* text) {
     char line[96];
-    const int length = std::snprintf(line, sizeof line, "\r\033[K%s", text);
+    const int length = std::snprintf(line, sizeof line, format, text);
     if (write(STDERR_FILENO, line, static_cast<std::size_t>(length)) < 0) return;
 }
+
+constexpr const char* kOverLine = "\r\033[K%s";
 
 void Show(Clock::time_point now) {
     const double seconds = std::chrono::duration<double>(now - run.start).count();
     const double left = std::ceil(seconds * (run.steps - run.done) / run.done);
     char text[80];
+    if (progressInLines) {
+        std::snprintf(text, sizeof text, "%.4f %.0f", run.done / run.steps, left);
+        return WriteLine("progress %s\n", text);
+    }
     const int hours = static_cast<int>(std::fmin(left / 3600, 9999));
     const int rest = static_cast<int>(std::fmod(left, 3600));
     std::snprintf(text, sizeof text, "%3.0f %% done, %d:%02d:%02d left",
                   std::floor(100 * run.done / run.steps), hours, rest / 60, rest % 60);
-    WriteLine(text);
+    WriteLine(kOverLine, text);
 }
 
 void TakeSteps(std::int64_t steps) {
@@ -51,7 +59,7 @@ void TakeSteps(std::int64_t steps) {
 }  // namespace
 
 Progress::Progress(double steps) {
-    if (quiet || !SpeaksToPerson()) return;
+    if (!progressInLines && (quiet || !SpeaksToPerson())) return;
     run = {steps, 0.0, Clock::now(), Clock::now()};
     progressHook = TakeSteps;
 }
@@ -59,5 +67,5 @@ Progress::Progress(double steps) {
 Progress::~Progress() {
     if (progressHook != TakeSteps) return;
     progressHook = nullptr;
-    WriteLine("");
+    if (!progressInLines) WriteLine(kOverLine, "");
 }

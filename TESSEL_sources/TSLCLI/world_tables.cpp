@@ -1,7 +1,6 @@
 #include "TSLCLI/world_tables.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <new>
@@ -14,6 +13,7 @@
 #include "TSLCLI/number_cells.h"
 #include "TSLCLI/wording.h"
 #include "TSLIF/simulation/answers.h"
+#include "mxlibDim/real_text.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibDim/text.h"
 #include "nrutilMX/nrutilMX.h"
@@ -76,7 +76,7 @@ void PutInto(RawFile& file, const std::string& name, const Numbers& rows) {
     for (const std::vector<double>& row : rows)
         for (const double number : row) {
             char digits[32];
-            text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+            text.append(digits, WriteReal(digits, number));
             text.push_back(' ');
         }
     file.stream = fmemopen(nullptr, text.size() + 1, "w+");

@@ -7,6 +7,7 @@
 #include <regex>
 #include <valarray>
 
+#include "TSLCLI/progress.h"
 #include "mxlibDim/terminal.h"
 #include "tessel/example_session.h"
 
@@ -429,4 +430,7 @@ TEST_F(AnalyseCommand, ProgressIsShownToPersonsAlone) {
         << lines;
     EXPECT_EQ(shown(false, ""), "");
     EXPECT_EQ(shown(true, " --quiet"), "");
+    const std::string told = shown(false, " --quiet --progress-lines");
+    EXPECT_TRUE(std::regex_match(told, std::regex("(progress [01]\\.\\d{4} \\d+\n)+"))) << told;
+    progressInLines = false;
 }

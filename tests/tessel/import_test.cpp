@@ -117,6 +117,26 @@ const char* const kTraits =
 const char* const kCommunities =
     "site,Poa annua,Carex,Stipa\na,1,0,2.5\nb,0,3,0\nc,1,1,1\nd,2,0,4\n";
 
+// What check writes of a session is the same data again, words and gaps too.
+TEST_F(Import, TablesOfCheckAreTheDataAgain) {
+    folder_.Write("traits.csv", kTraits);
+    folder_.Write("communities.csv", kCommunities);
+    folder_.Write("environment.csv",
+                  "site,light,soil\na,0.1,clay\nb,2,sand\nc,-7,silt\nd,1,clay\n");
+    folder_.Write("phylogeny.nwk", "((Poa annua:1,Carex:1):1,Stipa:2);");
+    Run("--environment environment.csv --phylogeny phylogeny.nwk");
+    RunCommand("check s --tables data");
+    EXPECT_EQ(folder_.Read("data/variables.csv"),
+              "table,name,kind\ntraits,height,binary\ntraits,form,binary\n"
+              "traits,woody,binary\nenvironment,light,quantitative\nenvironment,soil,nominal\n");
+    EXPECT_EQ(folder_.Read("data/traits.csv"), Replaced(kTraits, "NA", ""));
+    const Texts before = Session("s");
+    for (const char* name : {"traits", "communities", "environment", "phylogeny"})
+        std::filesystem::rename(std::string("data/") + name + ".csv", std::string(name) + ".csv");
+    Run("--environment environment.csv --phylogeny phylogeny.csv", "t");
+    EXPECT_EQ(Session("t"), before);
+}
+
 TEST_F(Import, FormsOfOneTable) {
     folder_.Write("communities.csv", kCommunities);
     folder_.Write("traits.csv", kTraits);
