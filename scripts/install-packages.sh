@@ -6,6 +6,8 @@
 #   scripts/install-packages.sh build mpi     and Open MPI, for TESSEL-mpi
 #   scripts/install-packages.sh build fuzz    and clang with its fuzzer runtime
 #   scripts/install-packages.sh r             R with what the package in r/ and its tests use
+#   scripts/install-packages.sh web           emscripten and npm, for the page in web/
+#   scripts/install-packages.sh web-test      a browser for its tests
 #   scripts/install-packages.sh lint          clang-format, clang-tidy
 #   scripts/install-packages.sh guide         what builds the guide and checks its words
 set -euo pipefail
@@ -32,6 +34,12 @@ for purpose in "$@"; do
       packages+=(r-base-core r-cran-ape r-cran-vegan r-cran-ade4 r-cran-tinytest r-cran-knitr
         r-cran-rmarkdown pandoc qpdf)
       ;;
+    web)
+      packages+=(emscripten dpkg-dev)
+      # Node from elsewhere brings its npm, and excludes Debian's.
+      command -v npm >/dev/null 2>&1 || packages+=(nodejs npm)
+      ;;
+    web-test) packages+=(chromium fonts-dejavu-core) ;;
     lint) packages+=(clang-format clang-tidy) ;;
     guide) packages+=(python3 pandoc weasyprint fonts-dejavu-core codespell) ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
