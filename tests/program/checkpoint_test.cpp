@@ -54,7 +54,8 @@ struct Interrupted {
             const int status = Run("3", std::vector{"KILL", "TERM", "INT"}[kind],
                                    double(random() % 150 + 5) / 1000);
             wentOn += Contains(folder.Read("said"), "Going on");
-            if (status == 0)
+            // A run may be stopped when all is done, just before its end.
+            if (status == 0 || (!folder.Has(checkpoint) && folder.Has(report)))
                 ASSERT_EQ(TakeResults(), expected) << death;
             else
                 ASSERT_EQ(status, (std::vector{137, 143, 130}[kind])) << folder.Read("said");

@@ -98,13 +98,14 @@ TEST_F(RanksTest, FilesAreThoseOfOneProcess) {
         const int status = Run("one", "TESSEL " + command);
         const FilesByName expected = FilesOf("one");
         fs::remove_all(folder_.path() / "one");
-        for (const char* ranks : {"1", "2", "4"}) {
+        for (const char* ranks : {"2", "4"}) {
             SCOPED_TRACE(command + " on " + ranks);
             Make("many");
             EXPECT_EQ(Run("many", std::string("mpi ") + ranks + " " + command), status);
             FilesByName files = FilesOf("many");
             // mpirun adds its own words to those of a failure.
-            if (status != 0) files["err"] = files["err"].substr(0, expected.at("err").size());
+            if (status != 0 && Contains(files["err"], expected.at("err")))
+                files["err"] = expected.at("err");
             EXPECT_EQ(files, expected);
             EXPECT_TRUE(fs::is_empty(folder_.path() / "empty"));
             fs::remove_all(folder_.path() / "many");
@@ -120,7 +121,8 @@ TEST_F(RanksTest, AnEndOfOneEndsAllAndLeavesTheFormerResults) {
         SCOPED_TRACE(fate);
         Make("ill");
         fs::create_directories(folder_.path() / "ill/SimulatedTables");
-        const Texts results = {"ill/FinalSimulatedData.txt", "ill/SimulatedTables/rates.csv"};
+        const std::vector<std::string> results = {"ill/FinalSimulatedData.txt",
+                                                  "ill/SimulatedTables/rates.csv"};
         for (const std::string& file : results) folder_.Write(file, kOld);
         setenv("RANK_2", fate, 1);
         const int status = Run("ill", command);
@@ -137,8 +139,9 @@ TEST_F(RanksTest, BatchFilesDoWhatTheySay) {
     Make("array");
     const std::string examples = TESSEL_EXAMPLES "/cluster/";
     for (const auto& file : fs::directory_iterator(examples))
-        if (file.path().extension() == ".sbatch")
+        if (file.path().extension() == ".sbatch") {
             EXPECT_EQ(Run("array", "bash -n '" + file.path().string() + "'"), 0) << file.path();
+        }
     setenv("SLURM_ARRAY_TASK_COUNT", "4", 1);
     for (const char* task : {"1", "2", "3", "4"}) {
         setenv("SLURM_ARRAY_TASK_ID", task, 1);

@@ -70,10 +70,11 @@ TEST_F(SimulateStreams, PartsHaveTheDataSetsOfTheWholeAndAreJoinedToIt) {
             EXPECT_TRUE(Contains(report, "based on " + rate[3] + " tests"));
             // The report of a data set stands in that of the whole too.
             const std::size_t from = report.find("\nSIMULATED DATA " + number);
-            if (from != std::string::npos)
+            if (from != std::string::npos) {
                 EXPECT_TRUE(
                     Contains(whole.at("FinalSimulatedData.txt"),
                              report.substr(from, report.find("\n\nSIMULATED", from) - from)));
+            }
         }
         WriteParts({});
         EXPECT_EQ(RunCommand("join 2 3 1").status, 0);
@@ -100,7 +101,7 @@ TEST_F(SimulateStreams, PartsHaveTheDataSetsOfTheWholeAndAreJoinedToIt) {
     expectRefused({}, "1 2 3 2", "2/settings.toml, line 25: the part 2/3 stands in 2/settings");
     expectRefused({}, "1 2 4", "4/settings.toml: the file cannot be opened");
     expectRefused(inSettings("seed = 5", "seed = 6"), "1 2 3",
-                  "2/settings.toml, line 30: seed is 6, and 1/settings.toml has seed = 5");
+                  "2/settings.toml, line 29: seed is 6, and 1/settings.toml has seed = 5");
     expectRefused(inSettings("2/3", "2/4"), "1 2 3", "one of 4 parts, and 1/settings.toml is one");
     expectRefused(inSettings("part = \"2/3\"\n", ""), "1 2 3", "has no setting part of simulate");
     expectRefused(inRows("\n5,r(XE),", "\n6,r(XE),"), "1 2 3",
@@ -115,7 +116,7 @@ TEST_F(SimulateStreams, PartsThatCannotBeAreWrongUsage) {
          {std::pair{"--streams yes --part 8/8", "fewer data sets than parts"},
           {"--part 1/2", "--streams yes"},
           {"--streams yes --seed clock --part 1/2", "give all the same --seed"},
-          {"--streams yes --evaluate no --part 1/2", "fewer data sets than parts"},
+          {"--streams yes --evaluate no --part 1/2", "without --evaluate"},
           {"--streams yes --part 0/2", "takes I/K"},
           {"--streams yes --part 3/2", "takes I/K"},
           {"--streams yes --part 1", "takes I/K"},
