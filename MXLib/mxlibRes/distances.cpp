@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "mxlibDim/scoped.h"
+#include "mxlibPar/side_by_side.h"
 #include "mxlibRes/missing.h"
 #include "mxlibRes/standardisation.h"
 
@@ -23,14 +24,19 @@ void SumTerms(int p, const T* x, ConstMatrix<T> rows, Term term, Sum* sums) {
 /// Fills the upper half with finish(sum of the terms) and the diagonal with 0.
 template <int kAtOnce, class Sum, class T, class Term, class Finish>
 void CompareRows(int n, int p, ConstMatrix<T> a, Matrix<Sum> d, Term term, Finish finish) {
-    for (int i = 0; i < n; i++) {
+    const auto compare = [=](int i, int /*worker*/) {
         d[i][i] = 0;
         int j = i + 1;
         for (; j + kAtOnce <= n; j += kAtOnce)
             SumTerms<kAtOnce, Sum, T>(p, a[i], a + j, term, d[i] + j);
         for (; j < n; j++) SumTerms<1, Sum, T>(p, a[i], a + j, term, d[i] + j);
         for (j = i + 1; j < n; j++) d[i][j] = finish(d[i][j]);
-    }
+    };
+    constexpr double kSmallWork = 1e7;  // some milliseconds
+    if (static_cast<double>(n) * n * p > kSmallWork)
+        RunSideBySide(n, WorkersFor(n), compare);
+    else
+        for (int i = 0; i < n; i++) compare(i, 0);
 }
 
 constexpr int kRowsAtOnce = 4;  // of complete data: tests in between make it slower than one by one

@@ -18,6 +18,7 @@
 #include "TSLGLOB/settings.h"
 #include "TSLIF/analysis_settings.h"
 #include "TSLRESE/analysis_statistics.h"
+#include "TSLRESE/memory.h"
 #include "TSLRESE/scaling_up_matrices.h"
 #include "mxlibDim/text.h"
 
@@ -58,6 +59,16 @@ void WarnOfSettings() {
             "does; null.csv has all with one sign");
 }
 
+/// Of a large analysis, before it starts.
+void TellMemory() {
+    constexpr double kGigabyte = 1e9;
+    const double gigabytes = MemoryOfAnalysis(SizesOfAnalysis()) / kGigabyte;
+    if (gigabytes < 0.1) return;
+    char line[80];
+    std::snprintf(line, sizeof line, "Memory: about %.1f GB", gigabytes);
+    Tell(line);
+}
+
 void TellResults(const PermTest_FunctionalPhyl_Correl_Input& test) {
     for (const AnalysisStatistic& statistic : kAnalysisStatistics) {
         if (statistic.needsPhylogeny && includePhylogeny == 0) continue;
@@ -83,6 +94,7 @@ void Analyse(CLI::App& command, const AnalyseOptions& options) {
     WarnOfSettings();
     SettleSeed(command);
     Tell(SettingsOf(command));
+    TellMemory();
 
     AnalysisTables tables(names, typeWords, &folder);
     AnalysisReceiver receiver = tables.Receiver();
