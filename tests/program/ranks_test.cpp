@@ -99,6 +99,8 @@ TEST_F(RanksTest, FilesAreThoseOfOneProcess) {
         const FilesByName expected = FilesOf("one");
         fs::remove_all(folder_.path() / "one");
         for (const char* ranks : {"2", "4"}) {
+            // A start takes seconds where others work too.
+            if (*ranks == '2' && !Contains(command, "--streams yes --details")) continue;
             SCOPED_TRACE(command + " on " + ranks);
             Make("many");
             EXPECT_EQ(Run("many", std::string("mpi ") + ranks + " " + command), status);
