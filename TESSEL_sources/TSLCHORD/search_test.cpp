@@ -44,7 +44,9 @@ class PermutedTraits {
     PermutedTraits& operator=(const PermutedTraits&) = delete;
 
     std::vector<int> order() const { return {list_.get(), list_.get() + tcst}; }
-    void SetOrder(const std::vector<int>& order) { std::ranges::copy(order, list_.get()); }
+    void SetOrder(const std::vector<int>& order) {
+        std::copy(order.begin(), order.end(), list_.get());
+    }
 
     /// Each order comes from the one before, as in the test of the analysis.
     void TakeNext() {

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <bit>
 #include <cinttypes>
 #include <csignal>
 #include <cstdio>
@@ -43,7 +42,7 @@ double SecondsBetween() {
 }  // namespace
 
 void CheckpointNumbers::Put(double value) {
-    words_.push_back(std::bit_cast<std::uint64_t>(value));
+    std::memcpy(&words_.emplace_back(), &value, sizeof value);
 }
 
 void CheckpointNumbers::Append(const CheckpointNumbers& other) {
@@ -56,7 +55,10 @@ std::int64_t CheckpointNumbers::TakeWhole() {
 }
 
 double CheckpointNumbers::TakeReal() {
-    return std::bit_cast<double>(TakeWhole());
+    const std::int64_t word = TakeWhole();
+    double value = 0.0;
+    std::memcpy(&value, &word, sizeof value);
+    return value;
 }
 
 void Digest::Add(std::string_view bytes) {
