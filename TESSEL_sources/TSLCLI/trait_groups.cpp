@@ -44,11 +44,9 @@ void TakeTraitGroups(const Names& given, const Names& traits) {
     int last = 0;
     for (int k = 0; k < nch; k++) {
         const auto group = groupOf.find(k);
-        if (group == groupOf.end())
-            traitGroups[k] = ++last;
-        else if (const auto [number, isNew] = numbers.emplace(group->second, last + 1); isNew)
-            traitGroups[k] = ++last;
-        else
-            traitGroups[k] = number->second;
+        int own = 0;
+        int& number = group == groupOf.end() ? own : numbers[group->second];
+        if (number == 0) number = ++last;
+        traitGroups[k] = number;
     }
 }
