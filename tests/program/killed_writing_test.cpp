@@ -58,7 +58,8 @@ TEST(KilledWriting, LeavesTheOldFileOrTheNewOneWhole) {
         // A busy machine may take its time to begin.
         for (int death = 0; death < 30 || (diedWriting == 0 && death < 120); death++) {
             const double moment = moments(generator) * std::max(1, death / 15);
-            EXPECT_EQ(RunProgram(folder, again, moment, "KILL").status, 128 + 9);
+            const int status = RunProgram(folder, again, moment, "KILL").status;
+            EXPECT_TRUE(status == 128 + 9 || status == 0) << status;  // 0: it was quicker
             const std::string left = Masked(folder.Read(rewriting.file));
             EXPECT_TRUE(left == first || left == second) << rewriting.file << ":\n" << left;
             diedWriting += std::filesystem::remove(folder.File(rewriting.file + ".tmp"));

@@ -119,7 +119,7 @@ TEST_F(RanksTest, AnEndOfOneEndsAllAndLeavesTheFormerResults) {
     if (kMpiProgram.empty()) GTEST_SKIP() << "TESSEL-mpi was not built";
     const std::string command =
         "mpi 4 simulate world.toml --streams yes --data-sets 2000000 --force";
-    for (const char* fate : {"(sleep 2; kill -9 $$) &", "ulimit -v 200000", "exit 3"}) {
+    for (const char* fate : {"(sleep 2; kill -9 $$) &", "ulimit -v 50000", "exit 3"}) {
         SCOPED_TRACE(fate);
         Make("ill");
         fs::create_directories(folder_.path() / "ill/SimulatedTables");
