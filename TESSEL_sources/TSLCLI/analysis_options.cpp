@@ -62,18 +62,6 @@ int NumberOf(std::span<const Word> words, const std::string& word) {
         ->number;
 }
 
-/// The whole text as a number, as the dialogue would read it.
-template <class T>
-bool ParseNumber(const std::string& text, T* number) {
-    const char* const end = text.data() + text.size();
-    std::from_chars_result read = {};
-    if constexpr (std::is_integral_v<T>)
-        read = std::from_chars(text.data(), end, *number);
-    else
-        read = ReadReal(text.data(), end, *number);
-    return read.ec == std::errc() && read.ptr == end;
-}
-
 /// Of a simulation --traits is the table.
 const char* TraitsOption(bool isSimulation) {
     return isSimulation ? "--traits-in-use" : "--traits";
@@ -102,7 +90,7 @@ class Adder {
         if (!applies_) return *this;
         const auto parse = [=](const std::string& text) {
             T number = 0;
-            if (!ParseNumber(text, &number) || !(number >= lower && number <= upper))
+            if (!ReadWholeNumber(text, &number) || !(number >= lower && number <= upper))
                 throw CLI::ValidationError(name, std::string("takes ") + range + ", not " + text);
             *value = number;
         };
@@ -222,7 +210,7 @@ class Settings {
         }
         seedOpt = options_.seed == kClock ? 1 : 2;
         unsigned seed = 0;
-        ParseNumber(options_.seed, &seed);
+        ReadWholeNumber(options_.seed, &seed);
         rseed = seedOpt == 1 ? static_cast<unsigned long>(ShareNumber(std::time(nullptr))) : seed;
     }
 
@@ -352,7 +340,7 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
     if (CLI::Option* const seed = command.get_option_no_throw("--seed"))
         seed->check([](const std::string& text) {
             unsigned number = 0;
-            return text == kClock || ParseNumber(text, &number)
+            return text == kClock || ReadWholeNumber(text, &number)
                        ? std::string()
                        : "takes clock or an integer from 0 to 4294967295, not " + text;
         });

@@ -17,6 +17,7 @@
 #include "TSLCLI/settings_text.h"
 #include "TSLCLI/simulation_tables.h"
 #include "TSLIF/simulation/evaluation.h"
+#include "mxlibDim/real_text.h"
 
 namespace {
 
@@ -109,8 +110,7 @@ void RequireAllParts(const std::vector<PartSettings>& all) {
 /// A whole number or a number in full that stands in a setting or a cell.
 template <class T>
 bool IsNumber(std::string_view text, T* number) {
-    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), *number);
-    return error == std::errc() && rest == text.data() + text.size();
+    return ReadWholeNumber(text, number);
 }
 
 template <class T>
