@@ -32,7 +32,7 @@ std::string Flag(bool is) {
     return is ? "true" : "false";
 }
 
-/// `takes` is what --help puts behind the option: "{one,two}" for words, "NUMBER", "a|b|FILE".
+/// `takes` is what --help puts behind the option: "one|two" for words, "NUMBER", "a|b|FILE".
 std::string OptionAsJson(const CLI::Option& option) {
     std::string takes = option.get_type_name();
     if (takes.starts_with(':')) takes.erase(0, 1);

@@ -8,11 +8,13 @@ const capitalised = (name) => {
   return words[0].toUpperCase() + words.slice(1);
 };
 
-/** "{a,b}" and "a|b|FILE" as words and places for what the user fills in. */
+const PLACES = ["FILE", "NUMBER"]; // for what the user fills in
+
+/** "a|b|FILE" as words and places. */
 function choicesOf(takes) {
-  const parts = takes.startsWith("{") ? takes.slice(1, -1).split(",") : takes.split("|");
-  const isPlace = (part) => /^[A-Z]/.test(part) && !takes.startsWith("{");
-  return { words: parts.filter((p) => !isPlace(p)), places: parts.filter(isPlace) };
+  const parts = takes.split("|");
+  const isPlace = (part) => PLACES.includes(part);
+  return { words: parts.filter((part) => !isPlace(part)), places: parts.filter(isPlace) };
 }
 
 function fieldFrame(
@@ -116,7 +118,7 @@ function fieldOf(option, id, context) {
   if (option.flag) {
     return checkbox(option, id, { on: [`--${option.name}`], off: [], checked: false });
   }
-  if (option.takes === "{yes,no}") {
+  if (option.takes === "yes|no") {
     const checked = option.default === "yes";
     return checkbox(option, id, {
       on: [`--${option.name}`, "yes"],
@@ -127,7 +129,7 @@ function fieldOf(option, id, context) {
   if (option.list && context.names[option.name]) {
     return nameBoxes(option, id, context.names[option.name]);
   }
-  if (/[{|]/.test(option.takes)) return choice(option, id, context);
+  if (option.takes.includes("|")) return choice(option, id, context);
   return textField(option, id, option.takes.startsWith("NUMBER") ? "number" : "text");
 }
 
