@@ -84,6 +84,7 @@ std::string WhatIsNoCommand(const std::vector<std::string>& words) {
     Names commands;
     std::string list;
     for (const Command& command : kCommands) {
+        if (command.add == AddDescribe) continue;  // not for persons
         commands.emplace_back(command.name);
         list += (list.empty() ? "" : ", ") + commands.back();
     }
