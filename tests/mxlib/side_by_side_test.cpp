@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -30,7 +31,8 @@ TEST(ThreadsSideBySide, EachStepOnceAndTheFirstErrorWins) {
         }
     }
     SetThreads(5);
-    EXPECT_EQ(WorkersFor(3), 3);
+    EXPECT_EQ(WorkersFor(3), std::min(Threads(), 3));
+    EXPECT_TRUE(Threads() == 5 || Threads() == 1);  // 1: without OpenMP
     SetThreads(0);
     EXPECT_EQ(WorkersFor(0), 1);
 }
