@@ -18,13 +18,15 @@ export function rankingFigure(best, test, criterion, traitsOf) {
       mean: numberOf(row.null_mean),
       sd: numberOf(row.null_sd),
     }));
+  const apart = Math.ceil(points.length / 12);
+  const ticks = points.map(({ size }) => size).filter((_, k) => k % apart === 0);
   const draw = (width) =>
     Plot.plot({
       width,
       height: Math.min(360, width * 0.75),
       marginLeft: 52,
       style: { fontSize: "12px", background: "transparent" },
-      x: { label: "traits in the subset →", ticks: points.length, tickFormat: "d" },
+      x: { label: "traits in the subset →", ticks, tickFormat: "d" },
       y: { label: `↑ best value of ${criterion}`, grid: true, nice: true },
       marks: [
         Plot.areaY(chance, {
