@@ -201,7 +201,7 @@ wrong <- alist(
   list(analyse(types = "none.csv"), "none.csv: the file cannot be opened"),
   list(analyse(types = c(a = 1)), "types.csv"),
   list(analyse(within = c(a = 1)), "within.csv"),
-  list(analyse(traits = "Hight"), "`traits`: the session has no trait 'Hight' \\(near 'Height'\\)"),
+  list(analyse(traits = "Hight"), "`traits`: there is no trait 'Hight' \\(near 'Height'\\)"),
   list(analyse(traits = character()), "`traits` must be one value, or several"),
   list(analyse(tails = "three"), "`tails`: three"),
   list(analyse(weight_by_groups = TRUE), "`weight_by_groups`: the session has no groups"),
