@@ -144,8 +144,7 @@ class SingularModel {
   public:
     SingularModel(int p, int coordinates, ScopedMatrix<double> rows, ScopedVector<double> squares,
                   double ofB, std::vector<double> error)
-        : p_(p),
-          coordinates_(coordinates),
+        : coordinates_(coordinates),
           rows_(std::move(rows)),
           squares_(std::move(squares)),
           products_(p),
@@ -225,7 +224,6 @@ class SingularModel {
         return sum / std::sqrt(squares * ofB_);
     }
 
-    int p_;
     int coordinates_;
     ScopedMatrix<double> rows_;      ///< p x coordinates: y'x
     ScopedVector<double> squares_;   ///< of the columns of x

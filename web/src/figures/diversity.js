@@ -16,11 +16,12 @@ const TITLES = {
 function draw(width, { title, points, variable, isNumber }) {
   return Plot.plot({
     width,
-    height: 260,
+    height: 272,
     marginLeft: 48,
     marginTop: 30,
+    marginBottom: 44,
     style: { fontSize: "12px", background: "transparent" },
-    x: { label: variable, type: isNumber ? "linear" : "point", nice: isNumber },
+    x: { label: variable, labelOffset: 40, type: isNumber ? "linear" : "point", nice: isNumber },
     y: { label: `↑ ${title}`, ticks: 5, grid: true, nice: true },
     marks: [
       Plot.dot(points, { x: "x", y: "y", r: 3.5, fill: "var(--accent)", fillOpacity: 0.65 }),

@@ -36,12 +36,13 @@ export function nullFigure(statistics, table) {
   const draw = (width) =>
     Plot.plot({
       width,
-      height: names.length * HEIGHT + 56,
+      height: names.length * HEIGHT + 66,
+      marginBottom: 40,
       marginTop: 26,
       marginLeft: 12,
       marginRight: 12,
       style: { fontSize: "12px", background: "transparent" },
-      x: { label: "value of the statistic →", nice: true },
+      x: { label: "value of the statistic →", labelOffset: 38, nice: true },
       y: { axis: null },
       fy: { domain: names, axis: null, padding: 0.3 },
       marks: [

@@ -60,6 +60,13 @@ function colourOf(points, environment, variable) {
   return { byName, isNumber };
 }
 
+/** What stands beside the colours: least, middle and greatest number, or the words, at most 8. */
+function legendOf(values, isNumber) {
+  if (!isNumber) return [...new Set(values)].slice(0, 8);
+  const [low, high] = [Math.min(...values), Math.max(...values)];
+  return [...new Set([high, (low + high) / 2, low])];
+}
+
 /** `tables`: the texts of ordinationT.csv and ordinationX.csv, by "T" and "X", as far as there are. */
 export function ordinationFigure(tables, environment) {
   const by = [
@@ -129,6 +136,26 @@ export function ordinationFigure(tables, environment) {
         fontWeight: 600,
       }),
     );
+    // The colours explain themselves in the saved picture too.
+    const legendMarks = legendOf(communities.map(value), isNumber).flatMap((shade, k) => {
+      const place = { frameAnchor: "top-left", dy: 24 + 16 * k };
+      return [
+        Plot.dot([shade], { ...place, dx: 8, dy: 28 + 16 * k, r: 4, fill: (d) => d }),
+        Plot.text([shade], {
+          ...place,
+          dx: 18,
+          textAnchor: "start",
+          text: (d) => (isNumber ? shortNumber(d) : d),
+        }),
+      ];
+    });
+    const legendTitle = Plot.text([state.colour], {
+      frameAnchor: "top-left",
+      dx: 4,
+      dy: 8,
+      textAnchor: "start",
+      fontWeight: 600,
+    });
     return Plot.plot({
       ...options,
       color: isColoured
@@ -152,6 +179,7 @@ export function ordinationFigure(tables, environment) {
         ...arrowMarks(traits, "var(--accent)", "traits"),
         ...arrowMarks(variablesShown, "var(--second)", "environment"),
         ...labelMarks,
+        ...(isColoured ? [legendTitle, ...legendMarks] : []),
         Plot.tip(
           communities,
           Plot.pointer({
