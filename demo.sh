@@ -1,7 +1,7 @@
-#!/usr/bin/env bash
+#!/bin/sh
 # Installs what is missing, builds the program, imports the tables of the alpine plants in
 # examples/aravo, runs their functional analysis, and shows the statistics with their probabilities.
-set -euo pipefail
+set -eu
 cd "$(dirname "$0")"
 
 fail() {
@@ -11,7 +11,7 @@ fail() {
 }
 
 scripts/install-packages.sh build || echo "Going on with what is there." >&2
-for tool in cmake c++; do
+for tool in cmake "${CXX:-c++}"; do
   command -v "$tool" >/dev/null 2>&1 || fail "$tool is missing"
 done
 
@@ -23,21 +23,21 @@ echo "Building (messages in $log) ..."
 cmake --preset release >"$log" 2>&1 ||
   cmake --preset release -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF >"$log" 2>&1 ||
   fail "the build could not be configured:" "$log"
-cmake --build --preset release --target TESSEL --parallel "$(getconf _NPROCESSORS_ONLN)" \
+cmake --build --preset release --target TESSEL --parallel "$(scripts/cores.sh)" \
   >>"$log" 2>&1 || fail "the program does not build:" "$log"
 
 folder=build/demo
 rm -rf "$folder"
-cp -r examples/aravo "$folder"
+cp -R examples/aravo "$folder"
 program=$PWD/build/TESSEL
-limit=()
-command -v timeout >/dev/null 2>&1 && limit=(timeout 600)
 
 # Shows a command of the program and runs it in the folder.
 run() {
   echo
   echo "\$ TESSEL $*"
-  (cd "$folder" && ${limit[@]+"${limit[@]}"} "$program" "$@") || fail "the program ended with status $?"
+  set -- "$program" "$@"
+  ! command -v timeout >/dev/null 2>&1 || set -- timeout 600 "$@"
+  (cd "$folder" && "$@") || fail "the program ended with status $?"
 }
 
 run import --traits traits.csv --communities communities.csv --environment environment.csv \

@@ -27,7 +27,7 @@ fi
 scripts/install-packages.sh guide r
 tools=docs/guide/tools
 pages=(docs/guide/[1-9]-*.md)
-task=write
+task="write"
 [ "${1:-}" = --check ] && task=check
 python3 $tools/pages.py $task build README.md "${pages[@]}" ||
   { echo "The guide differs from the program: scripts/build-guide.sh renews it." >&2; exit 1; }
@@ -40,7 +40,7 @@ fi
 
 mkdir -p build/guide
 document=(--from gfm --standalone --toc --toc-depth 2 --metadata lang=en --metadata "title=TESSEL: a guide"
-  --lua-filter $tools/one_document.lua --css "$PWD/$tools/guide.css" --resource-path docs/guide)
+  --lua-filter "$tools/one_document.lua" --css "$PWD/$tools/guide.css" --resource-path docs/guide)
 pandoc "${document[@]}" --self-contained --output build/guide/guide.html "${pages[@]}" \
   docs/guide/references.md
 weasyprint -q build/guide/guide.html build/guide/guide.pdf

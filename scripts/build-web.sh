@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 scripts/install-packages.sh build web
 root=$PWD
 build=$root/build-web
-jobs=$(nproc)
+jobs=$(scripts/cores.sh)
 # Debian keeps the modules that emscripten's optimiser loads where node does not look.
 export NODE_PATH=/usr/share/nodejs:/usr/lib/nodejs
 
@@ -31,6 +31,7 @@ build_gsl() {
   cp -RL gsl "$build/include/"
   emar crs "$build/lib/libgslcblas.a" cblas/*.o
   emcc -O2 -c "$root/web/hypot.c" -o hypot.o
+  # shellcheck disable=SC2046 # the names of objects hold no spaces
   emar crs "$build/lib/libgsl.a.part" hypot.o $(printf '%s/*.o ' "${gsl_parts[@]}")
   mv "$build/lib/libgsl.a.part" "$build/lib/libgsl.a"
 }

@@ -13,6 +13,7 @@ folder=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$work/lists/partial"
+# shellcheck disable=SC1091
 release=$(. /etc/os-release && echo "${VERSION_CODENAME:-bookworm}")
 echo "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg]" \
   "http://deb.debian.org/debian $release main" >"$work/sources.list"

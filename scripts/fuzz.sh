@@ -16,7 +16,7 @@ if [ ${#targets[@]} -eq 0 ]; then
   for source in fuzz/fuzz_*.cpp; do targets+=("$(basename "$source" .cpp)"); done
 fi
 
-cmake --build --preset fuzz -j "$(nproc)" --target "${targets[@]}"
+cmake --build --preset fuzz -j "$(scripts/cores.sh)" --target "${targets[@]}"
 
 failed=()
 for target in "${targets[@]}"; do

@@ -1,4 +1,4 @@
-#!/usr/bin/env bash
+#!/bin/sh
 # Installs the packages that the named purposes need and that are missing, on Debian and Ubuntu;
 # on another system it names them.
 #   scripts/install-packages.sh build         compiler, CMake, GSL, CLI11, libcsv
@@ -8,9 +8,9 @@
 #   scripts/install-packages.sh r             R with what the package in r/ and its tests use
 #   scripts/install-packages.sh web           emscripten and npm, for the page in web/
 #   scripts/install-packages.sh web-test      a browser for its tests
-#   scripts/install-packages.sh lint          clang-format, clang-tidy
+#   scripts/install-packages.sh lint          clang-format, clang-tidy, shellcheck
 #   scripts/install-packages.sh guide         what builds the guide and checks its words
-set -euo pipefail
+set -eu
 
 # Debian keeps clang's fuzzer runtime in a package of its own; older Ubuntu installs it with clang
 # and knows no such package.
@@ -20,61 +20,85 @@ has_fuzzer_runtime() {
       clang++ -fsanitize=fuzzer,address -x c++ - -o /dev/null 2>/dev/null
 }
 
-packages=()
+packages=
 for purpose in "$@"; do
   case "$purpose" in
-    build) packages+=(g++ make cmake libgsl-dev libcli11-dev libcsv-dev) ;;
-    test) packages+=(libgtest-dev libbenchmark-dev) ;;
-    mpi) packages+=(libopenmpi-dev openmpi-bin) ;;
+    build) more="g++ make cmake libgsl-dev libcli11-dev libcsv-dev" ;;
+    test) more="libgtest-dev libbenchmark-dev" ;;
+    mpi) more="libopenmpi-dev openmpi-bin" ;;
     fuzz)
-      packages+=(clang llvm)
-      has_fuzzer_runtime || packages+=(libclang-rt-dev)
+      more="clang llvm"
+      has_fuzzer_runtime || more="$more libclang-rt-dev"
       ;;
     r)
-      packages+=(r-base-core r-cran-ape r-cran-vegan r-cran-ade4 r-cran-tinytest r-cran-knitr
-        r-cran-rmarkdown pandoc qpdf)
+      more="r-base-core r-cran-ape r-cran-vegan r-cran-ade4 r-cran-tinytest r-cran-knitr
+        r-cran-rmarkdown pandoc qpdf"
       ;;
     web)
-      packages+=(emscripten dpkg-dev)
+      more="emscripten dpkg-dev"
       # Node from elsewhere brings its npm, and excludes Debian's.
-      command -v npm >/dev/null 2>&1 || packages+=(nodejs npm)
+      command -v npm >/dev/null 2>&1 || more="$more nodejs npm"
       ;;
-    web-test) packages+=(chromium fonts-dejavu-core) ;;
-    lint) packages+=(clang-format clang-tidy) ;;
-    guide) packages+=(python3 pandoc weasyprint fonts-dejavu-core codespell) ;;
+    web-test) more="chromium fonts-dejavu-core" ;;
+    lint) more="clang-format clang-tidy shellcheck" ;;
+    guide) more="python3 pandoc weasyprint fonts-dejavu-core codespell" ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
   esac
+  packages="$packages $more"
 done
 
+# The command that installs the build's parts by another system's names, and those of the tests.
+name_elsewhere() {
+  if command -v brew >/dev/null 2>&1; then
+    build="brew install cmake gsl cli11 libcsv libomp"
+    tests="googletest google-benchmark"
+  elif command -v dnf >/dev/null 2>&1; then
+    build="dnf install gcc-c++ make cmake gsl-devel cli11-devel libcsv-devel"
+    tests="gtest-devel google-benchmark-devel"
+  elif command -v pacman >/dev/null 2>&1; then
+    build="pacman -S gcc make cmake gsl cli11 (and libcsv, from its source if need be)"
+    tests="gtest benchmark"
+  else
+    return 0
+  fi
+  echo "Here probably: $build; for the tests also $tests."
+}
+
 if ! command -v apt-get >/dev/null 2>&1; then
-  echo "This system has no apt-get. TESSEL needs, by their Debian names: ${packages[*]}" >&2
-  echo "(a C++20 compiler, CMake 3.22 or later, the GNU Scientific Library, CLI11, libcsv;" >&2
-  echo "for the tests GoogleTest and Google Benchmark). Going on with what is there." >&2
+  {
+    echo "This system has no apt-get, so that these have to be installed by hand: a C++20 compiler"
+    echo "(GCC 11, Clang 14 or later), CMake 3.22 or later, the GNU Scientific Library, CLI11, libcsv;"
+    echo "for the tests GoogleTest and Google Benchmark. Their Debian names:"
+    echo "  $packages"
+    name_elsewhere
+    echo "Going on with what is there."
+  } >&2
   exit 0
 fi
 
 installed() { [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
 
-missing=()
-for package in "${packages[@]}"; do
-  installed "$package" || missing+=("$package")
+missing=
+for package in $packages; do
+  installed "$package" || missing="$missing $package"
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
+[ -n "$missing" ] || exit 0
 
-echo "Installing: ${missing[*]}"
-as_root=()
+echo "Installing:$missing"
+as_root=
 if [ "$(id -u)" -ne 0 ]; then
   if ! command -v sudo >/dev/null 2>&1; then
-    echo "Please install these packages as root: apt-get install ${missing[*]}" >&2
+    echo "Please install these packages as root: apt-get install$missing" >&2
     exit 1
   fi
-  as_root=(sudo)
+  as_root=sudo
 fi
-"${as_root[@]}" apt-get update -qq
-available=()
-for package in "${missing[@]}"; do
+$as_root apt-get update -qq
+available=
+for package in $missing; do
   if [ "$package" = libclang-rt-dev ] && ! apt-cache show "$package" >/dev/null 2>&1; then continue; fi
-  available+=("$package")
+  available="$available $package"
 done
-[ ${#available[@]} -eq 0 ] && exit 0
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${available[@]}"
+[ -n "$available" ] || exit 0
+# shellcheck disable=SC2086 # names of packages, one word each
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $available

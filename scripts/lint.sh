@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
-# The format of all sources by clang-format, then clang-tidy on the library and the program.
+# The format of all sources by clang-format, the scripts by shellcheck, then clang-tidy on the library
+# and the program.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-packages.sh build lint
 git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror
+git ls-files '*.sh' .ci/run | xargs shellcheck
 
 # clang-tidy reads the commands of a build folder of its own. It takes one file at a time: with
 # several its analyzer carries the state of one into the next.
 cmake -S . -B build/lint -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF >/dev/null
 git ls-files 'MXLib/*.cpp' 'TESSEL_sources/*.cpp' |
-  xargs -n 1 -P "$(nproc)" clang-tidy -p build/lint --quiet 2> >(grep -v 'warnings generated' >&2)
+  xargs -n 1 -P "$(scripts/cores.sh)" clang-tidy -p build/lint --quiet 2> >(grep -v 'warnings generated' >&2)
 echo "No finding."

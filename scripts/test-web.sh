@@ -9,7 +9,7 @@ scripts/install-packages.sh build web web-test
 native=$PWD/build/TESSEL
 if [ ! -x "$native" ]; then
   cmake -S . -B build-web/native -DCMAKE_BUILD_TYPE=Release -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF
-  cmake --build build-web/native --target TESSEL -j "$(nproc)"
+  cmake --build build-web/native --target TESSEL -j "$(scripts/cores.sh)"
   native=$PWD/build-web/native/TESSEL
 fi
 cd web
