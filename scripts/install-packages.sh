@@ -8,6 +8,8 @@
 #   scripts/install-packages.sh r             R with what the package in r/ and its tests use
 #   scripts/install-packages.sh web           emscripten and npm, for the page in web/
 #   scripts/install-packages.sh web-test      a browser for its tests
+#   scripts/install-packages.sh windows       mingw-w64, for scripts/cross-build.sh, and wine
+#   scripts/install-packages.sh aarch64       the same for 64-bit ARM, and qemu
 #   scripts/install-packages.sh lint          clang-format, clang-tidy, shellcheck
 #   scripts/install-packages.sh guide         what builds the guide and checks its words
 set -eu
@@ -40,6 +42,8 @@ for purpose in "$@"; do
       command -v npm >/dev/null 2>&1 || more="$more nodejs npm"
       ;;
     web-test) more="chromium fonts-dejavu-core" ;;
+    windows) more="g++-mingw-w64-x86-64-posix wine64 dpkg-dev" ;;
+    aarch64) more="g++-aarch64-linux-gnu qemu-user-static dpkg-dev" ;;
     lint) more="clang-format clang-tidy shellcheck" ;;
     guide) more="python3 pandoc weasyprint fonts-dejavu-core codespell" ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;

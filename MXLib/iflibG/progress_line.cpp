@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
@@ -9,6 +7,7 @@
 #include <utility>
 
 #include "iflibG/iflibG.h"
+#include "mxlibDim/platform.h"
 #include "mxlibDim/standard_streams.h"
 #include "mxlibDim/text.h"
 
@@ -42,7 +41,7 @@ Live* live = nullptr;  // left as it is where the process ends within a step
 const LongStep* innermost = nullptr;
 
 bool ScreenIsTerminal() {
-    return isatty(fileno(ScreenStream())) == 1;
+    return IsTerminal(ScreenStream());
 }
 
 std::unique_lock<std::mutex> LockLine() {
@@ -55,7 +54,7 @@ void Draw(const char* text, const char* behind) {
     std::fprintf(ScreenStream(), "%-*.*s", kHalfLine, kHalfLine, behind);
     is40CharLine = 1;
     is80CharLine = 1;
-    std::fflush(ScreenStream());
+    FlushScreen();
 }
 
 void SetText(const char* text) {

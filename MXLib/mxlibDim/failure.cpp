@@ -20,7 +20,7 @@ void EndProgram(int status) {
 }
 
 void RestForever() {
-    std::fflush(ScreenStream());
+    FlushScreen();
     for (;;) {
         if (processEndings.rest != nullptr) processEndings.rest();
         std::this_thread::sleep_for(std::chrono::seconds(1));

@@ -33,7 +33,7 @@ void RingBell() {
 bool ReadyToRead(FILE* stream) {
     if (std::ferror(stream) != 0) return false;
     if (stream != stdin) return true;
-    std::fflush(ScreenStream());
+    FlushScreen();
     return !inputFinished;
 }
 

@@ -1,7 +1,5 @@
 #include "mxlibDim/replacement.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -9,6 +7,7 @@
 #include <utility>
 
 #include "mxlibDim/failure.h"
+#include "mxlibDim/platform.h"
 #include "mxlibDim/reading.h"
 #include "mxlibPar/ranks.h"
 
@@ -34,7 +33,7 @@ FILE* CreateBeside(const std::string& target, std::string* name) {
     for (int number = 0;; number++) {
         *name = target + ".tmp" + (number == 0 ? "" : std::to_string(number));
         const bool isAdded = NamesUnderWay().insert(*name).second;
-        FILE* stream = std::fopen(name->c_str(), "wx");
+        FILE* stream = CreateNew(name->c_str());
         if (stream != nullptr) return stream;
         const int reason = errno;
         if (isAdded) NamesUnderWay().erase(*name);
@@ -76,7 +75,7 @@ bool CopyContent(const std::string& from, FILE* to) {
 FileReplacement::FileReplacement(const char* name, const char* prefix, Start start)
     : name_(std::string(prefix != nullptr ? prefix : "") + name), target_(name_) {
     if (!IsFirstRank()) {
-        stream_ = std::fopen("/dev/null", "w");
+        stream_ = std::fopen(kNullDevice, "w");
         return;
     }
     std::error_code ignored;
@@ -120,12 +119,12 @@ bool FileReplacement::Commit() {
     errno = 0;
     bool isWhole = std::fflush(stream) == 0 && std::ferror(stream) == 0;
     // Some file systems put the new name on the disk before the content, unless they are told.
-    if (isWhole && isReplaced) isWhole = fsync(fileno(stream)) == 0;
+    if (isWhole && isReplaced) isWhole = SendToDisk(stream);
     // An error that was met before, and not again, has left its mark on the stream alone.
     int reason = isWhole ? 0 : errno != 0 ? errno : EIO;
     if (std::fclose(stream) != 0 && reason == 0) reason = errno;
     if (isReplaced) {
-        if (reason == 0 && std::rename(unfinished_.c_str(), target_.c_str()) != 0) reason = errno;
+        if (reason == 0 && !Rename(unfinished_.c_str(), target_.c_str())) reason = errno;
         if (reason != 0) std::remove(unfinished_.c_str());
         NamesUnderWay().erase(unfinished_);
     }

@@ -1,15 +1,14 @@
 #include "mxlibDim/terminal.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 
+#include "mxlibDim/platform.h"
 #include "mxlibDim/standard_streams.h"
 
 bool (*personHook)() = nullptr;
 
 bool SpeaksToPerson() {
-    return personHook != nullptr ? personHook() : isatty(STDERR_FILENO) == 1;
+    return personHook != nullptr ? personHook() : IsTerminal(stderr);
 }
 
 void TellPerson(const char* line) {

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <map>
 
+#include "mxlibDim/platform.h"
 #include "mxlibPar/ranks.h"
 
 namespace {
@@ -229,7 +230,7 @@ FILE* ShareFile(FILE* opened) {
             content.append(block, size);
     const auto isRead = ShareNumber(opened != nullptr && std::ferror(opened) != 0 ? 0 : 1);
     content = ShareBytes(content);
-    FILE* const stream = opened != nullptr ? opened : std::tmpfile();
+    FILE* const stream = opened != nullptr ? opened : OpenTemporary();
     if (stream == nullptr) return nullptr;
     if (opened == nullptr) std::fwrite(content.data(), 1, content.size(), stream);
     // A read that fails fails again where it did: on rank 0, which ends all.

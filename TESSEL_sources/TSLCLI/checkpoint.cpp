@@ -1,7 +1,5 @@
 #include "TSLCLI/checkpoint.h"
 
-#include <unistd.h>
-
 #include <cinttypes>
 #include <csignal>
 #include <cstdio>

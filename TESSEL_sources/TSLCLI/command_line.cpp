@@ -19,6 +19,7 @@
 #include "TSLCLI/wording.h"
 #include "TSLGLOB/shell.h"
 #include "iflibG/iflibG.h"
+#include "mxlibDim/platform.h"
 #include "mxlibPar/ranks.h"
 
 namespace {
@@ -109,7 +110,8 @@ int Fail(int status, const std::string& message) {
 
 void Silence() {
     quiet = true;
-    if (std::freopen("/dev/null", "w", stdout) == nullptr) FailRun("/dev/null cannot be opened");
+    if (std::freopen(kNullDevice, "w", stdout) == nullptr)
+        FailRun(std::string(kNullDevice) + " cannot be opened");
 }
 
 }  // namespace

@@ -80,15 +80,17 @@ void WriteKinds(const std::string& path, const FullNames& names) {
 
 void WriteDataTables(const std::string& folder, const FullNames& names) {
     std::error_code error;
-    const std::filesystem::path path(folder);
-    std::filesystem::create_directories(path, error);
+    std::filesystem::create_directories(folder, error);
+    const auto file = [&](const char* name) {
+        return (std::filesystem::path(folder) / name).generic_string();
+    };
     if (error) FailRun(folder + ": the folder for the tables cannot be made: give another one");
-    WriteCoded(path / "traits.csv", {"OTU", names.otus, names.traits, csm_Float, names.traitCodes});
-    WriteCommunities(path / "communities.csv", names);
+    WriteCoded(file("traits.csv"), {"OTU", names.otus, names.traits, csm_Float, names.traitCodes});
+    WriteCommunities(file("communities.csv"), names);
     if (nenv > 0)
-        WriteCoded(path / "environment.csv",
+        WriteCoded(file("environment.csv"),
                    {"community", names.communities, names.variables, env, names.variableCodes});
     if (hasPhylogeny != 0 && phylogenyRese != nullptr)
-        WriteMatrix<double>(path / "phylogeny.csv", "OTU", names.otus, names.otus, phylogenyRese);
-    WriteKinds(path / "variables.csv", names);
+        WriteMatrix<double>(file("phylogeny.csv"), "OTU", names.otus, names.otus, phylogenyRese);
+    WriteKinds(file("variables.csv"), names);
 }

@@ -17,6 +17,7 @@
 #include "TSLGLOB/shell.h"
 #include "TSLIF/menus.h"
 #include "mxlibDim/failure.h"
+#include "mxlibDim/platform.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/standard_streams.h"
 
@@ -31,39 +32,34 @@ bool IsGraphic(char c) {
 /// what was said since the answer before: the question that was asked last.
 class Screen {
   public:
-    Screen() : behind_(stdout) {
-        cookie_io_functions_t calls = {};
-        calls.write = Write;
-        screen_ = fopencookie(this, "w", calls);
-        if (screen_ == nullptr) throw std::bad_alloc();
-        std::setvbuf(screen_, nullptr, _IOFBF, kLongestPiece);
-        consoleStreams.screen = screen_;
+    Screen() {
+        consoleStreams.screen = kept_;
+        consoleStreams.screenFlushed = [this] { PassOn(); };
     }
     ~Screen() {
-        std::fclose(screen_);
-        consoleStreams.screen = nullptr;
+        try {
+            PassOn();
+        } catch (const std::bad_alloc&) {  // the last words are lost
+        }
+        consoleStreams = {};
         out = stdout;
     }
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
 
     /// The last line that is not empty; before it the line over the options of a menu.
-    std::string Question() const;
+    std::string Question();
 
   private:
-    static constexpr std::size_t kLongestPiece = 65536;
-
-    static ssize_t Write(void* screen, const char* text, std::size_t length) {
-        auto* const self = static_cast<Screen*>(screen);
-        if (std::any_of(text, text + length, IsGraphic)) self->said_.assign(text, length);
+    void PassOn() {
+        const std::string text = kept_.Take();
+        if (std::any_of(text.begin(), text.end(), IsGraphic)) said_ = text;
         // Failures stay with the stream behind, where the command line looks for them.
-        if (!quiet) std::fwrite(text, 1, length, self->behind_);
-        if (!quiet) std::fflush(self->behind_);
-        return static_cast<ssize_t>(length);
+        if (!quiet) std::fwrite(text.data(), 1, text.size(), stdout);
+        if (!quiet) std::fflush(stdout);
     }
 
-    FILE* behind_;
-    FILE* screen_;
+    KeptOutput kept_;
     std::string said_;
 };
 
@@ -71,8 +67,8 @@ bool IsOption(const std::string& line) {
     return line.front() == ' ' || line.front() == '\t';
 }
 
-std::string Screen::Question() const {
-    std::fflush(screen_);
+std::string Screen::Question() {
+    PassOn();
     std::vector<std::string> lines;
     std::istringstream text(said_);
     for (std::string line; std::getline(text, line);)

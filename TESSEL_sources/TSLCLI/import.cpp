@@ -52,8 +52,9 @@ void Import(const ImportOptions& options) {
     const DataSetOfDialogue released;
     TakeCommunities(&tables, options.dropEmpty);
     const FullNames names = TakeOtherTables(tables, options.settings);
-    RunEngine(
-        [&] { WriteDataSet(std::filesystem::path(options.files.traits).filename().c_str()); });
+    RunEngine([&] {
+        WriteDataSet(std::filesystem::path(options.files.traits).filename().string().c_str());
+    });
     FinishNewSession(names);
     if (tables.types) WriteTypes(tables, typesFile);
 

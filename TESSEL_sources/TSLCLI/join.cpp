@@ -51,7 +51,7 @@ const SettingsEntry& EntryOf(const PartSettings& settings, const std::string& ke
 
 PartSettings ReadPartSettings(const std::string& folder) {
     PartSettings settings;
-    settings.file = (std::filesystem::path(folder) / "settings.toml").string();
+    settings.file = (std::filesystem::path(folder) / "settings.toml").generic_string();
     settings.text = ReadWhole(settings.file);
     settings.entries = ReadSettingsText(settings.text, settings.file);
     const SettingsEntry& part = EntryOf(settings, "part");
@@ -128,7 +128,7 @@ using DataSets = std::vector<std::vector<double>>;
 /// Enters the data sets of the part, which its table has to hold in their order.
 void ReadStatistics(const PartSettings& settings, DataSets* dataSets) {
     const DelimitedTable table = ReadDelimitedTable(
-        std::filesystem::path(settings.file).replace_filename("statistics.csv").string());
+        std::filesystem::path(settings.file).replace_filename("statistics.csv").generic_string());
     const std::string remedy = ": run the part again";
     if (!std::equal(table.columnNames.begin(), table.columnNames.end(),
                     std::begin(kStatisticsHeader) + 1, std::end(kStatisticsHeader)))

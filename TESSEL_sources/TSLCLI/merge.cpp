@@ -23,6 +23,7 @@
 #include "TSLIFFM2/formda_versions.h"
 #include "TSLIFFMT/dialogue_data.h"
 #include "mxlibDim/failure.h"
+#include "mxlibDim/platform.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -69,7 +70,7 @@ Selection Join(const Source& first, const Source& second) {
     bool merged = false;
     const EngineTalk talk = RunEngine([&] {
         // The readers ask a file for its size.
-        FILE* const stream = std::tmpfile();
+        FILE* const stream = OpenTemporary();
         if (stream == nullptr) RaiseError(kFailedOpening);
         std::fwrite(text.data(), 1, text.size(), stream);
         std::rewind(stream);

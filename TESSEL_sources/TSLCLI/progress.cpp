@@ -1,7 +1,5 @@
 #include "TSLCLI/progress.h"
 
-#include <unistd.h>
-
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -26,8 +24,8 @@ Run run;
 /// The engine's own standard error may be kept from the user.
 void WriteLine(const char* format, const char* text) {
     char line[96];
-    const int length = std::snprintf(line, sizeof line, format, text);
-    if (write(STDERR_FILENO, line, static_cast<std::size_t>(length)) < 0) return;
+    std::snprintf(line, sizeof line, format, text);
+    std::fputs(line, stderr);
 }
 
 constexpr const char* kOverLine = "\r\033[K%s";

@@ -1,7 +1,5 @@
 // The command rank: the subsets of traits that maximise a criterion.
 
-#include <sys/resource.h>
-
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cinttypes>
@@ -27,6 +25,7 @@
 #include "TSLIF/analysis_settings.h"
 #include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/scaling_up_matrices.h"
+#include "mxlibDim/platform.h"
 #include "mxlibPar/side_by_side.h"
 
 namespace {
@@ -151,13 +150,6 @@ std::string DurationText(double seconds) {
     }
     std::snprintf(text, sizeof text, "%.2g seconds", seconds);
     return text;
-}
-
-/// Bytes that the process has held at its peak, by the system.
-double PeakMemory() {
-    rusage used = {};
-    getrusage(RUSAGE_SELF, &used);
-    return 1024.0 * static_cast<double>(used.ru_maxrss);
 }
 
 void TellEstimate(const RankOptions& options) {

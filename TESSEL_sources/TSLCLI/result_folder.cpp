@@ -41,12 +41,12 @@ ResultFolder::ResultFolder(const std::string& tables, const std::string& own, bo
     all_.emplace_back(kSettings);
     if (!IsWanted()) return;
     for (const std::string& table : all_)
-        RefuseToOverwrite((fs::path(path_) / table).string(), force);
+        RefuseToOverwrite((fs::path(path_) / table).generic_string(), force);
     if (!IsFirstRank()) return;
     std::error_code error;
     const fs::path underWay = fs::path(path_) / kUnderWay;
     isNew_ = fs::create_directories(path_, error);
-    if (!error) lock_.emplace(underWay.string() + ".lock");
+    if (!error) lock_.emplace(underWay.generic_string() + ".lock");
     if (lock_ && lock_->IsTaken())
         FailRun(path_ + ": another run writes its tables there: give another folder by --tables");
     // A run that was killed may have left its own.
@@ -66,7 +66,7 @@ ResultFolder::~ResultFolder() {
 
 std::string ResultFolder::Table(const std::string& name) {
     written_.push_back(name);
-    return (fs::path(path_) / kUnderWay / name).string();
+    return (fs::path(path_) / kUnderWay / name).generic_string();
 }
 
 void ResultFolder::Finish(const CLI::App& command) {
@@ -92,6 +92,6 @@ void ResultFolder::Finish(const std::string& text) {
             fs::rename(fs::path(path_) / kUnderWay / table, place, error);
         else
             fs::remove(place, error);
-        if (error) FailRun(place.string() + ": " + error.message());
+        if (error) FailRun(place.generic_string() + ": " + error.message());
     }
 }

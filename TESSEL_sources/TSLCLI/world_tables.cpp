@@ -13,6 +13,7 @@
 #include "TSLCLI/number_cells.h"
 #include "TSLCLI/wording.h"
 #include "TSLIF/simulation/answers.h"
+#include "mxlibDim/platform.h"
 #include "mxlibDim/real_text.h"
 #include "mxlibDim/scoped.h"
 #include "mxlibDim/text.h"
@@ -79,10 +80,8 @@ void PutInto(RawFile& file, const std::string& name, const Numbers& rows) {
             text.append(digits, WriteReal(digits, number));
             text.push_back(' ');
         }
-    file.stream = fmemopen(nullptr, text.size() + 1, "w+");
+    file.stream = OpenText(text);
     if (file.stream == nullptr) throw std::bad_alloc();
-    std::fwrite(text.data(), 1, text.size(), file.stream);
-    std::rewind(file.stream);
 }
 
 Numbers Turned(const Numbers& rows) {

@@ -38,7 +38,7 @@ constexpr ErrorEnding kErrorEndings[] = {
 /// Reads standard input up to a character that ends the wait. Input that has ended never brings
 /// one.
 void WaitFor(bool (*endsWait)(int c)) {
-    std::fflush(ScreenStream());
+    FlushScreen();
     for (;;) {
         const int c = InputFinished() ? EOF : std::fgetc(stdin);
         if (c == EOF) {

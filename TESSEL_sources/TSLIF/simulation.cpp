@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <optional>
@@ -19,6 +18,7 @@
 #include "iflibG/iflibG.h"
 #include "mxlib/random_lists.h"
 #include "mxlibDim/failure.h"
+#include "mxlibDim/platform.h"
 #include "mxlibPar/ranks.h"
 
 namespace {
@@ -102,14 +102,11 @@ void SimulateInTurn(World& world, RunFiles& files, Evaluation* evaluation, bool 
 /// What a data set comes to, as ranks send it: its values, the calls of the chi-square distribution
 /// and its lines of the report.
 std::string BytesOfDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool reports) {
-    char* text = nullptr;
-    std::size_t size = 0;
-    FILE* const report = open_memstream(&text, &size);
-    if (report == nullptr) RaiseError(kOutOfMemory);
+    KeptOutput report;
     world.chiSquareCalls = 0;
-    SimulateDataSet(world, files, evaluation, reports ? report : nullptr);
-    const bool isWhole = std::ferror(report) == 0;
-    if (std::fclose(report) != 0 || !isWhole) RaiseError(kOutOfMemory);
+    SimulateDataSet(world, files, evaluation, reports ? static_cast<FILE*>(report) : nullptr);
+    const std::string text = report.Take();
+    const std::size_t size = text.size();
     std::string bytes;
     const auto put = [&](const void* from, std::size_t n) {
         bytes.append(static_cast<const char*>(from), n);
@@ -117,9 +114,7 @@ std::string BytesOfDataSet(World& world, RunFiles& files, Evaluation* evaluation
     put(EvaluatedValues(*evaluation).data(), kRatedValues * sizeof(double));
     put(&world.chiSquareCalls, sizeof world.chiSquareCalls);
     put(&size, sizeof size);
-    put(text, size);
-    std::free(text);
-    return bytes;
+    return bytes + text;
 }
 
 /// The same of a run with streams, handed out to the ranks.

@@ -1,8 +1,5 @@
 #include "TSLIF2/console.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -10,6 +7,7 @@
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
 #include "iflibG/iflibG.h"
+#include "mxlibDim/platform.h"
 #include "mxlibDim/reading.h"
 #include "mxlibDim/standard_streams.h"
 #include "mxlibDim/terminal.h"
@@ -174,10 +172,7 @@ int ReadLongInput(int n, int width, char** labels, const char* label) {
 void GetPrindaMode(const char* reportName) {
     const std::string fullName = std::string(volumeName) + reportName;
     std::strcpy(prindaMode, "w");
-    // Nothing is read: a pipe of this name need not have a writer.
-    const int previous = open(fullName.c_str(), O_RDONLY | O_NONBLOCK);
-    if (previous < 0) return;
-    close(previous);
+    if (!MayBeRead(fullName.c_str())) return;
     std::fprintf(out, "\nThis session has a previous %s file.\n", reportName);
     std::fprintf(out,
                  "Options:\n"

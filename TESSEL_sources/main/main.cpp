@@ -1,9 +1,10 @@
 #include "TSLCLI/command_line.h"
 #include "TSLIF/menus.h"
-#include "mxlibDim/standard_streams.h"
+#include "mxlibDim/platform.h"
 #include "mxlibPar/ranks.h"
 
 int main(int argc, char** argv) {
+    PrepareProcess();
     JoinRanks(&argc, &argv);
     const bool isCommand = argc > 1;
     OpenClosedStandardStreams(isCommand);

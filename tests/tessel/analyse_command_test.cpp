@@ -1,8 +1,6 @@
 // The command analyse: its files are those of the dialogue for the same settings, its tables hold
 // what the report says, its settings file repeats it.
 
-#include <unistd.h>
-
 #include <cmath>
 #include <regex>
 #include <valarray>
@@ -412,17 +410,12 @@ TEST_F(AnalyseCommand, NamesOfAllKinds) {
 TEST_F(AnalyseCommand, ProgressIsShownToPersonsAlone) {
     WriteFiles(folder_, Session("aravo"));
     const auto shown = [&](bool person, const std::string& options) {
-        const int kept = dup(STDERR_FILENO);
-        FILE* const file = std::fopen("shown", "w");
-        dup2(fileno(file), STDERR_FILENO);
         personHook = person ? [] { return true; } : [] { return false; };
-        EXPECT_EQ(
-            RunCommand("analyse aravo --tables no --force --iterations 6000" + options).status, 0);
+        const CommandRun run =
+            RunCommand("analyse aravo --tables no --force --iterations 6000" + options);
         personHook = nullptr;
-        dup2(kept, STDERR_FILENO);
-        close(kept);
-        std::fclose(file);
-        return folder_.Read("shown");
+        EXPECT_EQ(run.status, 0);
+        return run.err;
     };
     const std::string lines = shown(true, "");
     EXPECT_TRUE(std::regex_match(
