@@ -71,14 +71,17 @@ void DataSets(benchmark::State& state, Assemble assemble, bool evaluates) {
     SetAnalysis();
     SimulationAnswers answers;
     const std::unique_ptr<World> world = MakeWorld(&answers);
-    Evaluation evaluation(*world);
+    Evaluation evaluation(answers);
     InitRndNumberGenerator(1);
     for (auto _ : state) {
         const std::clock_t start = std::clock();
         RenewTraits(*world);
         RenewSites(*world);
         assemble(*world);
-        if (evaluates) EvaluateDataSet(*world, &evaluation);
+        if (evaluates) {
+            TakeDataSet(*world, &evaluation);
+            EvaluateDataSet(&evaluation);
+        }
         state.SetIterationTime(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
     }
     weight = nullptr;

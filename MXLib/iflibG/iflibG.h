@@ -31,8 +31,12 @@ void HandleEventInfoWhere(const char* text);
 
 /// Called at every report of progress with the steps that it stands for, however short the time
 /// since the last; null for nothing. A harness bounds the work of a run by it and may leave by an
-/// exception.
+/// exception. Progress is told by the thread alone that the program began with: steps of others
+/// wait for its next report.
 extern void (*progressHook)(std::int64_t steps);
+
+/// Hands steps to progressHook without a text.
+void CountSteps(std::int64_t steps);
 
 /// Rewrites the progress line with `text` in 40 columns and 40 blanks, unless fewer than 5 clock
 /// ticks have passed since the last time.
@@ -46,7 +50,7 @@ class ProgressPace {
     /// text now.
     bool IsDue(std::int64_t steps = 1) {
         if (--stepsToAsk_ <= 0 && AskClock()) return true;
-        if (progressHook != nullptr) progressHook(steps);
+        CountSteps(steps);
         return false;
     }
 

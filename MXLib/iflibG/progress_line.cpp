@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -36,6 +37,13 @@ struct Live {
     bool drewLast = false;  ///< the line that stands was drawn by the thread
     std::thread thread;
 };
+
+const std::thread::id firstThread = std::this_thread::get_id();
+std::atomic<std::int64_t> stepsOfOthers = 0;
+
+bool IsFirstThread() {
+    return std::this_thread::get_id() == firstThread;
+}
 
 Live* live = nullptr;  // left as it is where the process ends within a step
 const LongStep* innermost = nullptr;
@@ -115,8 +123,16 @@ void ClearLine() {
     is80CharLine = 0;
 }
 
+void CountSteps(std::int64_t steps) {
+    if (!IsFirstThread())
+        stepsOfOthers += steps;
+    else if (progressHook != nullptr)
+        progressHook(steps + stepsOfOthers.exchange(0));
+}
+
 void HandleEventInfoWhere2(const char* text, std::int64_t steps) {
-    if (progressHook != nullptr) progressHook(steps);
+    CountSteps(steps);
+    if (!IsFirstThread()) return;
     const long now = ClockTicks();
     if (now - t2 < kTicksBetweenUpdates) return;
     const auto lock = LockLine();
@@ -130,6 +146,7 @@ void HandleEventInfoWhere2(const char* text, std::int64_t steps) {
 
 bool ProgressPace::AskClock() {
     constexpr int kLongestStride = 8;
+    if (!IsFirstThread()) return false;
     const long now = ClockTicks();
     stride_ = now == asked_ ? std::min(2 * stride_, kLongestStride) : 1;
     stepsToAsk_ = stride_;
@@ -137,7 +154,8 @@ bool ProgressPace::AskClock() {
     return now - t2 >= kTicksBetweenUpdates;
 }
 
-LongStep::LongStep(const char* name) : name_(name), outer_(innermost) {
+LongStep::LongStep(const char* name) : name_(name), outer_(IsFirstThread() ? innermost : nullptr) {
+    if (!IsFirstThread()) return;
     if (live == nullptr && ScreenIsTerminal()) StartLive();
     if (live == nullptr) return;
     innermost = this;
@@ -146,7 +164,7 @@ LongStep::LongStep(const char* name) : name_(name), outer_(innermost) {
 }
 
 LongStep::~LongStep() {
-    if (innermost != this) return;
+    if (!IsFirstThread() || innermost != this) return;
     innermost = outer_;
     if (outer_ == nullptr) {
         EndLive();

@@ -55,11 +55,17 @@ struct PermTest_FunctionalPhyl_Correl_Input {
     double* outR;
     double* outF;
     FILE* stream;  ///< intermediate results
+    /// Orders of DrawPermutations; null: they are drawn as the test goes.
+    int** orders;
     /// Called for the observed arrangement and then for each permuted one, with the record, whose
     /// statistics are those of that arrangement; those that are not computed hold no meaning. All
     /// roBF have the sign of the observed one. Empty: nothing is called.
     std::function<void(const PermTest_FunctionalPhyl_Correl_Input&)> eachArrangement;
 };
 
-/// Runs the test. `r` must be seeded (random_lists.h). Returns true.
+/// Draws the orders of the record's test ahead, as the test would: nIterations - 1 rows of the
+/// indices of the OTUs, from 1. `r` must be seeded.
+void DrawPermutations(const PermTest_FunctionalPhyl_Correl_Input& in, int** orders);
+
+/// Runs the test. `r` must be seeded (random_lists.h) unless the orders are given. Returns true.
 bool PermTest_FunctionalPhyl_Correl(PermTest_FunctionalPhyl_Correl_Input* input);

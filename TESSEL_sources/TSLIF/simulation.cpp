@@ -1,12 +1,14 @@
 #include "TSLIF/simulation.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "TSLGLOB/settings.h"
 #include "TSLGLOB/shell.h"
@@ -20,6 +22,7 @@
 #include "mxlibDim/failure.h"
 #include "mxlibDim/platform.h"
 #include "mxlibPar/ranks.h"
+#include "mxlibPar/side_by_side.h"
 
 namespace {
 
@@ -48,10 +51,10 @@ void StartFiles(World& world, RunFiles& files) {
     PrepareEnvironment(world);
 }
 
-/// One data set: communities, files, test. Its lines of the report go to `report`, null where none
-/// are wanted.
-void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, FILE* report) {
+/// The communities of data set k of the run, and their files.
+void AssembleDataSet(int k, World& world, RunFiles& files, FILE* report) {
     const SimulationAnswers& a = world.answers;
+    world.dataSet = DataSetOfRun(a, k);
     if (a.streams) StartStream(world);
     RenewTraits(world);
     if (files.traits && a.traits.fromCorrelations) FinishTraitData(*files.traits, world);
@@ -61,19 +64,30 @@ void SimulateDataSet(World& world, RunFiles& files, Evaluation* evaluation, FILE
     if (report != nullptr) PrintDataSet(report, world);
     if (LeavesRawFiles(a)) WriteRawFiles(world);
     if (world.dataSet == a.part) WriteOTUNumbers(world);  // the same for all
+}
+
+/// One data set: communities, files, test. Its lines of the report go to `report`, null where none
+/// are wanted.
+void SimulateDataSet(int k, World& world, RunFiles& files, Evaluation* evaluation, FILE* report) {
+    AssembleDataSet(k, world, files, report);
     if (evaluation == nullptr) return;
-    EvaluateDataSet(world, evaluation);
+    TakeDataSet(world, evaluation);
+    EvaluateDataSet(evaluation);
     if (report != nullptr) PrintTest(report, world, *evaluation);
 }
 
-/// Behind `dataSets` of the run, whose numbers of calls and rejections these are.
-void TellPlace(const SimulationRun& run, int dataSets, long long chiSquareCalls,
-               const Evaluation& evaluation) {
-    if (run.between)
-        run.between({dataSets,
-                     chiSquareCalls,
-                     {evaluation.rejections.begin(), evaluation.rejections.end()},
-                     GeneratorState()});
+/// Where the run stands once `dataSets` of it are evaluated, but for the rejections.
+SimulationPlace PlaceBehind(int dataSets, long long chiSquareCalls) {
+    return {dataSets, chiSquareCalls, {}, GeneratorState()};
+}
+
+/// Counts the rejections of a data set, and tells its values and the place behind it.
+void TakeEvaluated(const SimulationRun& run, int dataSet, SimulationPlace place,
+                   Evaluation* evaluation) {
+    CountRejections(evaluation);
+    if (run.evaluated) run.evaluated(dataSet, *evaluation);
+    place.rejections.assign(evaluation->rejections.begin(), evaluation->rejections.end());
+    if (run.between) run.between(place);
 }
 
 void TakePlace(const SimulationPlace& place, World* world, Evaluation* evaluation) {
@@ -89,22 +103,75 @@ void SimulateInTurn(World& world, RunFiles& files, Evaluation* evaluation, bool 
     const SimulationAnswers& a = world.answers;
     FILE* const report = reports ? static_cast<FILE*>(*files.report) : nullptr;
     for (const int all = DataSetsOfRun(a); done < all; done++) {
-        world.dataSet = DataSetOfRun(a, done);
-        SimulateDataSet(world, files, evaluation, report);
+        SimulateDataSet(done, world, files, evaluation, report);
         files.report->Flush();
-        if (evaluation == nullptr) continue;
-        CountRejections(world, evaluation);
-        if (run.evaluated) run.evaluated(world.dataSet, *evaluation);
-        TellPlace(run, done + 1, world.chiSquareCalls, *evaluation);
+        if (evaluation != nullptr)
+            TakeEvaluated(run, world.dataSet, PlaceBehind(done + 1, world.chiSquareCalls),
+                          evaluation);
     }
+}
+
+/// Draws the orders of the test ahead: what is drawn for the next data set comes behind them.
+ScopedMatrix<int> DrawnOrders(Evaluation* evaluation) {
+    PermTest_FunctionalPhyl_Correl_Input& test = evaluation->test;
+    ScopedMatrix<int> orders(std::max(test.nIterations - 1, 0), test.nOTUs);
+    DrawPermutations(test, orders);
+    test.orders = orders;
+    return orders;
+}
+
+bool HasRoomForOrders(const SimulationAnswers& a) {
+    constexpr double kMostNumbers = 1 << 24;
+    return static_cast<double>(niter) * a.nOTUs <= kMostNumbers;
+}
+
+/// The data sets from number `done` on, without lines of the report: each is tested, on one thread,
+/// while the next one assembles. Returns the number where it leaves them: behind the first one
+/// where tests take so long that they had better have all threads.
+int SimulateBeside(World& world, RunFiles& files, Evaluation* evaluation, int done,
+                   const SimulationRun& run) {
+    using Clock = std::chrono::steady_clock;
+    std::chrono::duration<double> ofAssembly{};
+    std::chrono::duration<double> ofTest{};
+    const auto assemble = [&](int k) {
+        const auto start = Clock::now();
+        AssembleDataSet(k, world, files, nullptr);
+        ofAssembly = Clock::now() - start;
+    };
+    const auto test = [&] {
+        const auto start = Clock::now();
+        EvaluateDataSet(evaluation);
+        ofTest = Clock::now() - start;
+    };
+    const int all = DataSetsOfRun(world.answers);
+    const int first = done;
+    for (assemble(done); done < all;) {
+        TakeDataSet(world, evaluation);
+        const ScopedMatrix<int> orders = DrawnOrders(evaluation);
+        const int dataSet = world.dataSet;
+        SimulationPlace place = PlaceBehind(done + 1, world.chiSquareCalls);
+        const bool hasNext = done > first && done + 1 < all;
+        RunSideBySide(hasNext ? 2 : 1, 2, [&](int k, int) {
+            if (k == 0)
+                test();
+            else
+                assemble(done + 1);
+        });
+        TakeEvaluated(run, dataSet, std::move(place), evaluation);
+        if (++done == all || hasNext) continue;
+        if (ofTest * (1.0 - 1.0 / Threads()) > ofAssembly) break;
+        assemble(done);
+    }
+    return done;
 }
 
 /// What a data set comes to, as ranks send it: its values, the calls of the chi-square distribution
 /// and its lines of the report.
-std::string BytesOfDataSet(World& world, RunFiles& files, Evaluation* evaluation, bool reports) {
+std::string BytesOfDataSet(int k, World& world, RunFiles& files, Evaluation* evaluation,
+                           bool reports) {
     KeptOutput report;
     world.chiSquareCalls = 0;
-    SimulateDataSet(world, files, evaluation, reports ? static_cast<FILE*>(report) : nullptr);
+    SimulateDataSet(k, world, files, evaluation, reports ? static_cast<FILE*>(report) : nullptr);
     const std::string text = report.Take();
     const std::size_t size = text.size();
     std::string bytes;
@@ -127,10 +194,9 @@ void HandOutDataSets(World& world, RunFiles& files, Evaluation* evaluation, bool
     const int before = done;
     const auto work = [&](const WorkStretch& stretch) {
         std::string bytes;
-        for (std::int64_t k = 0; k < stretch.count; k++) {
-            world.dataSet = DataSetOfRun(a, before + static_cast<int>(stretch.first + k));
-            bytes += BytesOfDataSet(world, files, evaluation, reports);
-        }
+        for (std::int64_t k = 0; k < stretch.count; k++)
+            bytes += BytesOfDataSet(before + static_cast<int>(stretch.first + k), world, files,
+                                    evaluation, reports);
         return bytes;
     };
     const auto take = [&](const WorkStretch& stretch, const std::string& bytes) {
@@ -150,9 +216,9 @@ void HandOutDataSets(World& world, RunFiles& files, Evaluation* evaluation, bool
             next += size;
             chiSquareCalls += calls;
             TakeValues(values, evaluation);
-            CountRejections(world, evaluation);
-            if (run.evaluated) run.evaluated(DataSetOfRun(a, done), *evaluation);
-            TellPlace(run, ++done, chiSquareCalls, *evaluation);
+            TakeEvaluated(run, DataSetOfRun(a, done), PlaceBehind(done + 1, chiSquareCalls),
+                          evaluation);
+            done++;
         }
         files.report->Flush();
     };
@@ -173,19 +239,22 @@ bool RunSimulation(SimulationAnswers* answers, const SimulationRun& run) {
     RunFiles files;
     StartFiles(world, files);
     std::optional<Evaluation> evaluation;
-    if (answers->evaluates) evaluation.emplace(world);
+    if (answers->evaluates) evaluation.emplace(*answers);
     const bool reports = !answers->evaluates || printDetail;
     if (run.from != nullptr) TakePlace(*run.from, &world, &*evaluation);
     time0 = std::clock();
     // The files that a run of few data sets leaves are written as they come.
     const bool isHandedOut =
         Ranks() > 1 && answers->streams && evaluation && !LeavesRawFiles(*answers);
+    int done = run.from != nullptr ? run.from->dataSets : 0;
+    if (evaluation && !reports && !LeavesRawFiles(*answers) && HasRoomForOrders(*answers) &&
+        Ranks() == 1 && WorkersFor(2) == 2 && done < DataSetsOfRun(*answers))
+        done = SimulateBeside(world, files, &*evaluation, done, run);
     const auto simulate = isHandedOut ? HandOutDataSets : SimulateInTurn;
-    simulate(world, files, evaluation ? &*evaluation : nullptr, reports,
-             run.from != nullptr ? run.from->dataSets : 0, run);
+    simulate(world, files, evaluation ? &*evaluation : nullptr, reports, done, run);
     if (evaluation) {
         const double seconds = ProcessorSeconds();
-        ToRates(world, &*evaluation);
+        ToRates(&*evaluation);
         PrintFinalRates(*files.report, world, *evaluation, seconds, reports);
     }
     files.report->Finish();

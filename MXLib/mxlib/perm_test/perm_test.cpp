@@ -45,12 +45,17 @@ struct Worker {
     Orders orders;  ///< at hand
 };
 
+/// The orders as they are drawn: each goes on from the one before.
+struct Draws {
+    NestedGroups nesting;    ///< under the null model within groups
+    ScopedVector<int> list;  ///< the last order, at first that of the data
+};
+
 /// Everything that the test holds from its start to its end.
 struct Test {
     TestRecord* in;
     std::vector<Worker> workers;  ///< the first one makes the observed arrangement
-    ScopedVector<int> list;       ///< the last order drawn
-    NestedGroups nesting;         ///< under the null model within groups
+    Draws draws;
     Statistics observed;
     std::array<double, kReported> frequency;
 };
@@ -76,15 +81,16 @@ Worker MakeWorker(const TestRecord& in, const Worker* first) {
     return worker;
 }
 
+Draws MakeDraws(const TestRecord& in) {
+    Draws draws{MakeNestedGroups(WithinGroups(in) ? in.nOTUs : 0, in.nestingMembershipOTUs),
+                ScopedVector<int>(in.nOTUs)};
+    std::iota(draws.list.get(), draws.list + in.nOTUs, 1);
+    return draws;
+}
+
 Test MakeTest(TestRecord* in) {
-    Test test{in,
-              {},
-              ScopedVector<int>(in->nOTUs),
-              MakeNestedGroups(WithinGroups(*in) ? in->nOTUs : 0, in->nestingMembershipOTUs),
-              {},
-              {}};
+    Test test{in, {}, MakeDraws(*in), {}, {}};
     test.workers.push_back(MakeWorker(*in, nullptr));
-    std::iota(test.list.get(), test.list + in->nOTUs, 1);
     test.frequency.fill(1.0);
     return test;
 }
@@ -122,7 +128,7 @@ void ObservedStage(Test* test) {
     if (worker->matrices) StartArrangement(worker->matrices.get());
     for (const Block block : {kBlockT, kBlockX, kBlockP, kBlockR, kBlockF}) {
         if (!Runs(in, block)) continue;
-        ScaleUpWithT(in, block, test->list, worker);
+        ScaleUpWithT(in, block, test->draws.list, worker);
         if (block == kBlockR) ObservedEntropies(in, &worker->entropies, &worker->now);
         CompareMatrices(in, block, worker, observed);
     }
@@ -130,7 +136,7 @@ void ObservedStage(Test* test) {
     HandBack(*test);
     if (in.saveRndData)
         for (const Block block : {kBlockT, kBlockX, kBlockR})
-            PrintObservedBlock({&in, &worker->now, test->list, observed, nullptr, nullptr, 0},
+            PrintObservedBlock({&in, &worker->now, test->draws.list, observed, nullptr, nullptr, 0},
                                block);
 }
 
@@ -170,28 +176,32 @@ struct Permutations {
     ProgressPace pace;
 };
 
-/// The next order, which goes on from the one before.
-void DrawOrder(Test* test) {
-    const TestRecord& in = *test->in;
+void DrawOrder(const TestRecord& in, Draws* draws) {
     if (WithinGroups(in))
-        RndListNested(test->nesting, test->list);
+        RndListNested(draws->nesting, draws->list);
     else if (in.optRestrictPermutNullModel == 0)
-        RndListSpecified(in.nOTUs, test->list);
+        RndListSpecified(in.nOTUs, draws->list);
 }
 
 /// Draws the next orders, at most up to number `end`.
 void DrawOrders(int end, Test* test, Permutations* p) {
     p->first += p->count;
     p->count = std::min(p->most, end - p->first);
+    const TestRecord& in = *test->in;
     for (int k = 0; k < p->count; k++) {
-        DrawOrder(test);
-        std::copy_n(test->list.get(), test->in->nOTUs, p->lists[k]);
+        const int* order = test->draws.list;
+        if (in.orders != nullptr)
+            order = in.orders[p->first + k - 1];
+        else
+            DrawOrder(in, &test->draws);
+        std::copy_n(order, in.nOTUs, p->lists[k]);
     }
 }
 
 /// Draws orders that are not evaluated here, up to number `end`.
 void PassOver(int end, Test* test, Permutations* p) {
-    for (p->first += std::exchange(p->count, 0); p->first < end; p->first++) DrawOrder(test);
+    for (p->first += std::exchange(p->count, 0); p->first < end; p->first++)
+        if (test->in->orders == nullptr) DrawOrder(*test->in, &test->draws);
 }
 
 void TellProgress(int permutation, int nIterations, Permutations* p) {
@@ -250,7 +260,7 @@ void TakeResults(std::span<const Statistics> results, Test* test) {
 
 /// A test of a millisecond or less is not worth waking others for.
 bool IsSmallWork(const TestRecord& in) {
-    constexpr double kSmall = 2e5;
+    constexpr double kSmall = 1e5;
     const double communities = in.nCommunities;
     return in.nIterations * (communities * communities + in.nOTUs) < kSmall;
 }
@@ -338,6 +348,14 @@ void PermutedStage(Test* test) {
 }
 
 }  // namespace
+
+void DrawPermutations(const PermTest_FunctionalPhyl_Correl_Input& in, int** orders) {
+    Draws draws = MakeDraws(in);
+    for (int k = 0; k < in.nIterations - 1; k++) {
+        DrawOrder(in, &draws);
+        std::copy_n(draws.list.get(), in.nOTUs, orders[k]);
+    }
+}
 
 bool PermTest_FunctionalPhyl_Correl(PermTest_FunctionalPhyl_Correl_Input* input) {
     const LongStep step("Observed statistics");

@@ -10,6 +10,7 @@
 #include "mxlibRes/gower.h"
 #include "mxlibRes/numbers.h"
 #include "mxlibRes/standardisation.h"
+#include "mxlibRes/totals.h"
 
 using Record = PermTest_FunctionalPhyl_Correl_Input;
 
@@ -30,53 +31,52 @@ const RatedStatistic ratedStatistics[kRatedStatistics] = {
 
 namespace {
 
-void SelectTraits(const World& world, Evaluation* e) {
-    for (int t = 0; t < world.answers.nTraits; t++) {
+void SelectTraits(Evaluation* e) {
+    for (int t = 0; t < e->answers.nTraits; t++) {
         e->traitsInUse[t] = static_cast<int>(weight[t]);
         chtype[t] = kIntervalVariable;
     }
 }
 
-void MeasureBelonging(const World& world, Evaluation* e) {
-    const int N = world.answers.nOTUs;
+void MeasureBelonging(Evaluation* e) {
+    const int N = e->answers.nOTUs;
     if (fuzzy == kFuzzyTypes) {
-        GowerMV(N, world.answers.nTraits, chtype, world.B, e->Sb, nullptr, weight);
+        GowerMV(N, e->answers.nTraits, chtype, e->B, e->Sb, nullptr, weight);
         FuzzyBelonging(N, N, e->Sb, nullptr, e->U, false);
     } else if (fuzzy == kCrisp) {
         CrispBelonging(N, N, nullptr, e->U);
     }
 }
 
-void SmoothCommunities(const World& world, Evaluation* e) {
-    const int S = world.answers.nSites;
-    const int N = world.answers.nOTUs;
+void SmoothCommunities(Evaluation* e) {
+    const int S = e->answers.nSites;
+    const int N = e->answers.nOTUs;
     constexpr int kByCoOccurrence = 1;
     constexpr int kByProducts = 2;
-    BealsSmoothing(S, N, world.shares, world.shares, e->coOccurrence, BealsIncludeOpt,
-                   kByCoOccurrence, false);
-    BealsSmoothing(S, N, world.shares, world.shares, e->products, BealsIncludeOpt, kByProducts,
-                   true);
+    BealsSmoothing(S, N, e->shares, e->shares, e->coOccurrence, BealsIncludeOpt, kByCoOccurrence,
+                   false);
+    BealsSmoothing(S, N, e->shares, e->shares, e->products, BealsIncludeOpt, kByProducts, true);
 }
 
-void TakePredictors(const World& world, Evaluation* e) {
-    const int S = world.answers.nSites;
-    const int Q = world.answers.nPredictors;
+void TakePredictors(Evaluation* e) {
+    const int S = e->answers.nSites;
+    const int Q = e->answers.nPredictors;
     for (int k = 0; k < Q; k++) {
-        const bool inUse = world.answers.predictorsInUse[static_cast<std::size_t>(k)] == 1;
-        for (int s = 0; s < S; s++) e->E[s][k] = inUse ? world.E[k][s] : 0.0;
+        const bool inUse = e->answers.predictorsInUse[static_cast<std::size_t>(k)] == 1;
+        for (int s = 0; s < S; s++) e->E[s][k] = inUse ? e->predictors[k][s] : 0.0;
     }
     CorrAdj(S, Q, e->E, e->E);
 }
 
-void CompareSites(const World& world, Evaluation* e) {
-    const int S = world.answers.nSites;
-    EucliDist(S, world.answers.nPredictors, e->E, e->DE);
-    NominalReseNonHier(S, world.answers.nOTUs, e->coOccurrence, e->DCoOccurrence, rese_opt);
-    NominalReseNonHier(S, world.answers.nOTUs, e->products, e->DProducts, rese_opt);
+void CompareSites(Evaluation* e) {
+    const int S = e->answers.nSites;
+    EucliDist(S, e->answers.nPredictors, e->E, e->DE);
+    NominalReseNonHier(S, e->answers.nOTUs, e->coOccurrence, e->DCoOccurrence, rese_opt);
+    NominalReseNonHier(S, e->answers.nOTUs, e->products, e->DProducts, rese_opt);
 }
 
-Record FilledRecord(const World& world, const Evaluation& e) {
-    const SimulationAnswers& a = world.answers;
+Record FilledRecord(const Evaluation& e) {
+    const SimulationAnswers& a = e.answers;
     Record test = {};
     test.nIterations = niter;
     test.nTraits = a.nTraits;
@@ -85,11 +85,11 @@ Record FilledRecord(const World& world, const Evaluation& e) {
     test.nTaxa = nTaxa;
     test.nEnv = a.nPredictors;
     test.nCommunities = a.nSites;
-    test.B = world.B;
+    test.B = e.B;
     test.Sb = e.Sb;
     test.E = e.E;
     test.U = e.U;
-    test.W = world.shares;
+    test.W = e.shares;
     test.DE = e.DE;
     test.DZ = e.DCoOccurrence;
     test.DY = e.DProducts;
@@ -111,12 +111,16 @@ Record FilledRecord(const World& world, const Evaluation& e) {
 
 }  // namespace
 
-Evaluation::Evaluation(const World& world)
-    : Evaluation(world.answers.nSites, world.answers.nOTUs, world.answers.nTraits,
-                 world.answers.nPredictors) {}
+Evaluation::Evaluation(const SimulationAnswers& answersOfRun)
+    : Evaluation(answersOfRun, answersOfRun.nSites, answersOfRun.nOTUs, answersOfRun.nTraits,
+                 answersOfRun.nPredictors) {}
 
-Evaluation::Evaluation(int S, int N, int T, int Q)
-    : traitsInUse(T),
+Evaluation::Evaluation(const SimulationAnswers& answersOfRun, int S, int N, int T, int Q)
+    : answers(answersOfRun),
+      B(Table<float>(N, T)),
+      shares(Table<double>(S, N)),
+      predictors(Table<double>(Q, S)),
+      traitsInUse(T),
       Sb(Table<float>(N, N)),
       U(Table<double>(N, N)),
       coOccurrence(Table<double>(S, N)),
@@ -129,13 +133,20 @@ Evaluation::Evaluation(int S, int N, int T, int Q)
       outX(Table<double>(S, N)),
       outR(S) {}
 
-void EvaluateDataSet(World& world, Evaluation* evaluation) {
-    SelectTraits(world, evaluation);
-    MeasureBelonging(world, evaluation);
-    SmoothCommunities(world, evaluation);
-    TakePredictors(world, evaluation);
-    CompareSites(world, evaluation);
-    evaluation->test = FilledRecord(world, *evaluation);
+void TakeDataSet(World& world, Evaluation* evaluation) {
+    const SimulationAnswers& a = evaluation->answers;
+    SelectTraits(evaluation);
+    for (int i = 0; i < a.nOTUs; i++) std::copy_n(world.B[i], a.nTraits, evaluation->B[i]);
+    CopyMatrix(a.nSites, a.nOTUs, world.shares, evaluation->shares);
+    CopyMatrix(a.nPredictors, a.nSites, world.E, evaluation->predictors);
+    evaluation->test = FilledRecord(*evaluation);
+}
+
+void EvaluateDataSet(Evaluation* evaluation) {
+    MeasureBelonging(evaluation);
+    SmoothCommunities(evaluation);
+    TakePredictors(evaluation);
+    CompareSites(evaluation);
     PermTest_FunctionalPhyl_Correl(&evaluation->test);
 }
 
@@ -159,12 +170,12 @@ bool IsRejected(double probability, double alpha) {
     return AlmostEqual2sComplement(probability, alpha, 1) || alpha > probability;
 }
 
-void CountRejections(const World& world, Evaluation* evaluation) {
+void CountRejections(Evaluation* evaluation) {
     for (int k = 0; k < kRatedStatistics; k++)
-        if (IsRejected(evaluation->test.*ratedStatistics[k].probability, world.answers.alpha))
+        if (IsRejected(evaluation->test.*ratedStatistics[k].probability, evaluation->answers.alpha))
             evaluation->rejections[static_cast<std::size_t>(k)] += 1.0;
 }
 
-void ToRates(const World& world, Evaluation* evaluation) {
-    for (double& count : evaluation->rejections) count /= DataSetsOfRun(world.answers);
+void ToRates(Evaluation* evaluation) {
+    for (double& count : evaluation->rejections) count /= DataSetsOfRun(evaluation->answers);
 }

@@ -22,9 +22,13 @@ extern const RatedStatistic ratedStatistics[kRatedStatistics];
 /// The tables of the analysis, made once for all data sets, and the tally. S sites, N OTUs, T
 /// traits, Q predictors.
 struct Evaluation {
-    explicit Evaluation(const World& world);
-    Evaluation(int S, int N, int T, int Q);
+    explicit Evaluation(const SimulationAnswers& answersOfRun);
+    Evaluation(const SimulationAnswers& answersOfRun, int S, int N, int T, int Q);
 
+    const SimulationAnswers& answers;
+    ScopedMatrix<float> B;              ///< N x T, the data set's, as shares and predictors
+    ScopedMatrix<double> shares;        ///< S x N
+    ScopedMatrix<double> predictors;    ///< Q x S
     ScopedVector<int> traitsInUse;      ///< T
     ScopedMatrix<float> Sb;             ///< N x N similarities between OTUs
     ScopedMatrix<double> U;             ///< N x N belonging of OTUs
@@ -41,8 +45,11 @@ struct Evaluation {
     std::array<double, kRatedStatistics> rejections = {};
 };
 
-/// Analyses the data set that stands in the world.
-void EvaluateDataSet(World& world, Evaluation* evaluation);
+/// Takes what the analysis reads of the data set that stands in the world, which may go on then.
+void TakeDataSet(World& world, Evaluation* evaluation);
+
+/// Analyses the data set taken.
+void EvaluateDataSet(Evaluation* evaluation);
 
 /// Value and P of each statistic in turn, as a test has them.
 inline constexpr int kRatedValues = 2 * kRatedStatistics;
@@ -54,7 +61,7 @@ void TakeValues(const double* values, Evaluation* evaluation);
 bool IsRejected(double probability, double alpha);
 
 /// Counts the rejections of the test at hand.
-void CountRejections(const World& world, Evaluation* evaluation);
+void CountRejections(Evaluation* evaluation);
 
 /// Makes rates of the counts.
-void ToRates(const World& world, Evaluation* evaluation);
+void ToRates(Evaluation* evaluation);
