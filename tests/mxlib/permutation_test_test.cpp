@@ -21,7 +21,7 @@ struct Outcome {
     std::vector<double> matrices;  ///< T, X, P, R and F
 };
 
-Outcome RunTest(bool (*test)(TestRecord*), TestRecord* in) {
+Outcome RunTest(const std::function<bool(TestRecord*)>& test, TestRecord* in) {
     testing::internal::CaptureStdout();  // the progress line
     InitRndNumberGenerator(42);
     in->returnMatrices = true;
@@ -80,26 +80,55 @@ TEST(PermutationTest, AgreesWithThePlainTestOnDataOfOrdinarySize) {
     }
 }
 
-// Tables of OTUs larger than a cache are read row by row, for several orders at a time.
+// Tables of OTUs larger than a cache are read row by row, for several orders at a time;
+// compositions far wider than communities are turned under Procrustes, also where communities
+// repeat others.
 TEST(PermutationTest, AgreesWithThePlainTestOnManyOTUs) {
     auto data = RandomPermTestData({12, 730, 3, 2, 3, 3, 0.3}, 1, 1);
     data->record.nIterations = 11;
     ExpectLikePlain(&data->record);
+    for (const int repeated : {0, 1, 6}) {
+        data = RandomPermTestData({12, 40, 3, 3, 2, 3, 0.4}, 2 + repeated, 2);
+        for (double** table : {data->record.Z, data->record.Y, data->record.W})
+            for (int i = 0; i < repeated; i++) std::copy_n(table[11 - i], 40, table[i]);
+        data->record.nIterations = 60;
+        ExpectLikePlain(&data->record);
+    }
 }
 
 /// Every statistic of every arrangement, and the probabilities.
-std::vector<double> AllOf(TestRecord* in, int threads) {
+std::vector<double> AllOf(
+    TestRecord* in, int threads,
+    const std::function<bool(TestRecord*)>& test = PermTest_FunctionalPhyl_Correl) {
     std::vector<double> all;
     in->eachArrangement = [&all](const TestRecord& now) {
         for (int k = 0; k < (now.includePhylogeny ? kReported : kBF); k++)
             all.push_back(now.*kReportedStatistics[k].observed);
     };
     SetThreads(threads);
-    const Outcome outcome = RunTest(PermTest_FunctionalPhyl_Correl, in);
+    const Outcome outcome = RunTest(test, in);
     SetThreads(0);
     all.insert(all.end(), outcome.probability, outcome.probability + kReported);
     all.push_back(static_cast<double>(gsl_rng_get(r)));
     return all;
+}
+
+TEST(PermutationTest, OrdersDrawnAheadAreThoseOfTheTest) {
+    for (const int groups : {0, 1, 2}) {
+        auto data = RandomPermTestData({12, 20, 3, 2, 3, 3, 0.3}, 3, 1);
+        TestRecord& in = data->record;
+        in.nIterations = 40;
+        in.optRestrictPermutNullModel = groups;
+        for (size_t k = 0; k < data->nesting.size(); k++) data->nesting[k] = int(k) % 3;
+        const std::vector<double> drawnAsItGoes = AllOf(&in, 1);
+        ScopedMatrix<int> orders(39, in.nOTUs);
+        const auto ahead = [&](TestRecord* record) {
+            DrawPermutations(*record, orders);
+            record->orders = orders;
+            return PermTest_FunctionalPhyl_Correl(record);
+        };
+        EXPECT_EQ(AllOf(&in, 2, ahead), drawnAsItGoes) << groups;
+    }
 }
 
 TEST(ThreadsPermutationTest, SameBitsForAnyNumberOfThreads) {

@@ -111,6 +111,18 @@ TEST_F(SimulateStreams, PartsHaveTheDataSetsOfTheWholeAndAreJoinedToIt) {
                   "line 24: comes after the last data set");
 }
 
+// The last world's tests take longer than its assembly: they get the threads themselves.
+using ThreadsSimulation = SimulateStreams;
+TEST_F(ThreadsSimulation, SameFilesForAnyNumberOfThreads) {
+    for (const std::string options :
+         {"", "--streams yes --part 2/3", "--congruence procrustes --belonging fuzzy",
+          "--iterations 2000 --steps 1 --data-sets 2"}) {
+        const FilesByName serial = FilesOf(options + " --threads 1");
+        for (const std::string threads : {"2", "3"})
+            EXPECT_EQ(FilesOf(options + " --threads " + threads), serial) << options;
+    }
+}
+
 TEST_F(SimulateStreams, PartsThatCannotBeAreWrongUsage) {
     for (const auto& [options, told] :
          {std::pair{"--streams yes --part 8/8", "fewer data sets than parts"},

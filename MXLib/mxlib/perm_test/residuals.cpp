@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "mxlibRes/congruence.h"
+#include "mxlibRes/turned_side.h"
 
 namespace {
 
@@ -74,7 +76,11 @@ void MakeFixed(const TestRecord& in, MatrixPairs* m) {
     SetCongruenceSide<double>(in.E, m->sides[kE].get());
     SetCongruenceSide<double>(in.Z, m->sides[kZ].get());
     SetCongruenceSide<double>(in.Y, m->sides[kY].get());
-    for (const Letter letter : {kZ, kY}) m->squares[letter] = SquaresOf(*m->sides[letter]);
+    for (const Letter letter : {kZ, kY}) {
+        Side& side = m->sides[letter];
+        side = std::make_shared<CongruenceSide<double>>(TurnWideSide(std::move(*side)));
+        m->squares[letter] = SquaresOf(*side);
+    }
 }
 
 void TakeFixed(const MatrixPairs& first, MatrixPairs* m) {
