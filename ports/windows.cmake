@@ -12,5 +12,5 @@ add_compile_definitions(_FILE_OFFSET_BITS=64 NOMINMAX)
 set(CMAKE_CXX_FLAGS_INIT -Wa,-muse-unaligned-vector-move)
 # Room on the stack as under Linux.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--stack,8388608")
-# CMake would find the import library, and with it a DLL.
+# CMake would find the DLL.
 set(OpenMP_gomp_LIBRARY gomp CACHE STRING "")

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds what TESSEL needs besides a compiler, from the sources of the Debian packages, into
 # FOLDER/include and FOLDER/lib: the parts of GSL that it calls, and libcsv, as static libraries;
-# CLI11 is headers alone, and the machine's own serve. What is there already stays.
+# CLI11 is headers alone, and the machine's own serve. FOLDER/libraries.cmake tells CMake of them (-C).
+# What is there already stays.
 #   CC=aarch64-linux-gnu-gcc AR=aarch64-linux-gnu-ar scripts/build-libraries.sh FOLDER HOST
 # HOST names the machine that the libraries run on, as configure knows it.
 set -euo pipefail
@@ -51,3 +52,11 @@ build_csv() {
 (build_gsl)
 (build_csv)
 cp -RLu --preserve=timestamps /usr/include/CLI "$folder/include/"
+cat >"$folder/libraries.cmake" <<'END'
+set(GSL_INCLUDE_DIR ${CMAKE_CURRENT_LIST_DIR}/include CACHE PATH "")
+set(GSL_LIBRARY ${CMAKE_CURRENT_LIST_DIR}/lib/libgsl.a CACHE FILEPATH "")
+set(GSL_CBLAS_LIBRARY ${CMAKE_CURRENT_LIST_DIR}/lib/libgslcblas.a CACHE FILEPATH "")
+set(CLI11_INCLUDE_DIR ${CMAKE_CURRENT_LIST_DIR}/include CACHE PATH "")
+set(CSV_INCLUDE_DIR ${CMAKE_CURRENT_LIST_DIR}/include CACHE PATH "")
+set(CSV_LIBRARY ${CMAKE_CURRENT_LIST_DIR}/lib/libcsv.a CACHE FILEPATH "")
+END

@@ -11,11 +11,8 @@ build=$PWD/build-web
 export NODE_PATH=/usr/share/nodejs:/usr/lib/nodejs
 
 build_program() {
-  emcmake cmake -S . -B "$build/program" -DCMAKE_BUILD_TYPE=Release \
-    -DCMAKE_CXX_FLAGS=-fexceptions -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF \
-    -DGSL_INCLUDE_DIR="$build/include" -DGSL_LIBRARY="$build/lib/libgsl.a" \
-    -DGSL_CBLAS_LIBRARY="$build/lib/libgslcblas.a" -DCLI11_INCLUDE_DIR="$build/include" \
-    -DCSV_INCLUDE_DIR="$build/include" -DCSV_LIBRARY="$build/lib/libcsv.a"
+  emcmake cmake -S . -B "$build/program" -C "$build/libraries.cmake" -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_CXX_FLAGS=-fexceptions -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF
   cmake --build "$build/program" --target TESSEL -j "$(scripts/cores.sh)"
 }
 

@@ -14,9 +14,7 @@ esac
 scripts/install-packages.sh build "$machine"
 build=$PWD/build-$machine
 CC=$compiler AR=$host-ar RANLIB=$host-ranlib scripts/build-libraries.sh "$build" "$host"
-cmake -S . -B "$build" -DCMAKE_TOOLCHAIN_FILE="$PWD/ports/$machine.cmake" \
-  -DCMAKE_BUILD_TYPE=Release -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF \
-  -DGSL_INCLUDE_DIR="$build/include" -DGSL_LIBRARY="$build/lib/libgsl.a" \
-  -DGSL_CBLAS_LIBRARY="$build/lib/libgslcblas.a" -DCLI11_INCLUDE_DIR="$build/include" \
-  -DCSV_INCLUDE_DIR="$build/include" -DCSV_LIBRARY="$build/lib/libcsv.a"
+cmake -S . -B "$build" -C "$build/libraries.cmake" \
+  -DCMAKE_TOOLCHAIN_FILE="$PWD/ports/$machine.cmake" -DCMAKE_BUILD_TYPE=Release \
+  -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF
 cmake --build "$build" --target TESSEL -j "$(scripts/cores.sh)"
