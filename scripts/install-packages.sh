@@ -10,6 +10,7 @@
 #   scripts/install-packages.sh web-test      a browser for its tests
 #   scripts/install-packages.sh windows       mingw-w64, for scripts/cross-build.sh, and wine
 #   scripts/install-packages.sh aarch64       the same for 64-bit ARM, and qemu
+#   scripts/install-packages.sh compilers     those of Debian 12, for scripts/check-machines.sh
 #   scripts/install-packages.sh lint          clang-format, clang-tidy, shellcheck
 #   scripts/install-packages.sh guide         what builds the guide and checks its words
 set -eu
@@ -44,6 +45,10 @@ for purpose in "$@"; do
     web-test) more="chromium fonts-dejavu-core" ;;
     windows) more="g++-mingw-w64-x86-64-posix wine64 dpkg-dev" ;;
     aarch64) more="g++-aarch64-linux-gnu qemu-user-static dpkg-dev" ;;
+    compilers)
+      more="g++-11 g++-12 clang-14 clang-15 clang-16 clang-19 libc++-14-dev libc++abi-14-dev
+        g++-11-aarch64-linux-gnu debootstrap dpkg-dev"
+      ;;
     lint) more="clang-format clang-tidy shellcheck" ;;
     guide) more="python3 pandoc weasyprint fonts-dejavu-core codespell" ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;

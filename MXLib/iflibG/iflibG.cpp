@@ -1,11 +1,11 @@
 #include "iflibG/iflibG.h"
 
-long t1 = 0;
+std::int64_t t1 = 0;
 std::time_t timeStart = 0;
 
-long ClockTicks() {
-    constexpr long kTicksPerSecond = 60;
-    constexpr long kNanosecondsPerTick = 1000000000 / kTicksPerSecond + 1;
+std::int64_t ClockTicks() {
+    constexpr std::int64_t kTicksPerSecond = 60;
+    constexpr std::int64_t kNanosecondsPerTick = 1000000000 / kTicksPerSecond + 1;
 #ifdef CLOCK_MONOTONIC_COARSE
     constexpr clockid_t kClock = CLOCK_MONOTONIC_COARSE;  // a few nanoseconds to ask
 #else
@@ -13,8 +13,8 @@ long ClockTicks() {
 #endif
     timespec now = {};
     clock_gettime(kClock, &now);
-    return static_cast<long>(now.tv_sec) * kTicksPerSecond +
-           static_cast<long>(now.tv_nsec) / kNanosecondsPerTick;
+    return static_cast<std::int64_t>(now.tv_sec) * kTicksPerSecond +
+           static_cast<std::int64_t>(now.tv_nsec) / kNanosecondsPerTick;
 }
 
 void InitIFLibG() {

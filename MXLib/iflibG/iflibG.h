@@ -9,12 +9,12 @@
 /// State of the progress line, owned by this unit.
 extern int is40CharLine;       ///< 1 when the text of the progress line stands on the console
 extern int is80CharLine;       ///< 1 when its second half of 40 columns does
-extern long t1;                ///< ClockTicks at start
-extern long t2;                ///< ClockTicks at the last update of the line
+extern std::int64_t t1;        ///< ClockTicks at start
+extern std::int64_t t2;        ///< ClockTicks at the last update of the line
 extern std::time_t timeStart;  ///< wall clock at start
 
 /// The steady clock in ticks of a sixtieth of a second; it runs whoever computes.
-long ClockTicks();
+std::int64_t ClockTicks();
 
 /// Clears the flags and takes both clocks.
 void InitIFLibG();
@@ -59,7 +59,7 @@ class ProgressPace {
 
     int stepsToAsk_ = 1;
     int stride_ = 1;
-    long asked_ = 0;  ///< clock when it was asked last
+    std::int64_t asked_ = 0;  ///< clock when it was asked last
 };
 
 /// A step that may take long, named, for as long as its scope lasts. Where the screen is a

@@ -14,7 +14,7 @@
 
 int is40CharLine = 0;
 int is80CharLine = 0;
-long t2 = 0;
+std::int64_t t2 = 0;
 void (*progressHook)(std::int64_t steps) = nullptr;
 
 namespace {
@@ -133,7 +133,7 @@ void CountSteps(std::int64_t steps) {
 void HandleEventInfoWhere2(const char* text, std::int64_t steps) {
     CountSteps(steps);
     if (!IsFirstThread()) return;
-    const long now = ClockTicks();
+    const std::int64_t now = ClockTicks();
     if (now - t2 < kTicksBetweenUpdates) return;
     const auto lock = LockLine();
     Draw(text, "");
@@ -147,7 +147,7 @@ void HandleEventInfoWhere2(const char* text, std::int64_t steps) {
 bool ProgressPace::AskClock() {
     constexpr int kLongestStride = 8;
     if (!IsFirstThread()) return false;
-    const long now = ClockTicks();
+    const std::int64_t now = ClockTicks();
     stride_ = now == asked_ ? std::min(2 * stride_, kLongestStride) : 1;
     stepsToAsk_ = stride_;
     asked_ = now;

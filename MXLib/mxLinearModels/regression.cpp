@@ -73,7 +73,7 @@ int regression(int n, int m, int p, ConstMatrix<float> Y, ConstMatrix<float> X, 
 
 void ResidualsMatrixRegression(int n, ConstMatrix<double> a, ConstMatrix<double> b,
                                Matrix<double> R) {
-    const long cells = CountCellsAbove(n);
+    const std::ptrdiff_t cells = CountCellsAbove(n);
     if (cells < 1) return;
     if (cells > INT_MAX) RaiseError(kOutOfMemory);  // more rows than a table of them can have
     const int q = static_cast<int>(cells);

@@ -26,7 +26,7 @@ template <class U>
 void MeansOfType(ConstMatrix<float> s, int g, FuzzyTypes<U>* types) {
     bool redundant = false;
     const int size = MembersThatCount(s, g, types, &redundant);
-    U* means = types->means.get() + static_cast<long>(g) * types->stride;
+    U* means = types->means.get() + static_cast<std::ptrdiff_t>(g) * types->stride;
     KernelsOf<U>(SubsetKernelsOfProcessor()).memberMeans(types->n, size, types->kept, s, means);
     if (!redundant) return;
     const int* list = types->members.list + types->members.start[g];
@@ -50,7 +50,7 @@ FuzzyTypes<U> MakeFuzzyTypes(int n, int K, const int* partition) {
             ScopedVector<int>(n),
             ScopedVector<int>(n),
             ScopedVector<int>(n),
-            ScopedVector<U>(static_cast<long>(K) * stride)};
+            ScopedVector<U>(static_cast<std::ptrdiff_t>(K) * stride)};
 }
 
 template <class U>
@@ -61,7 +61,7 @@ void BelongingToTypes(ConstMatrix<float> s, FuzzyTypes<U>* types, Matrix<U> u) {
         .unitSums(types->n, types->K, types->stride, types->means);
     for (int i = 0; i < types->n; i++)
         for (int g = 0; g < types->K; g++)
-            u[i][g] = means[static_cast<long>(g) * types->stride + i];
+            u[i][g] = means[static_cast<std::ptrdiff_t>(g) * types->stride + i];
 }
 
 template FuzzyTypes<float> MakeFuzzyTypes<float>(int, int, const int*);

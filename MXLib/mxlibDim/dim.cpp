@@ -4,14 +4,14 @@
 
 #include "mxlibDim/failure.h"
 
-void* dim1D(int size, long n) {
+void* dim1D(int size, std::ptrdiff_t n) {
     const std::size_t count = n > 0 ? static_cast<std::size_t>(n) : 1;
     void* block = std::calloc(count, static_cast<std::size_t>(size));
     if (block == nullptr) RaiseError(kOutOfMemory);
     return block;
 }
 
-void** dim2D(int size, int rows, long cols) {
+void** dim2D(int size, int rows, std::ptrdiff_t cols) {
     void** table = static_cast<void**>(dim1D(sizeof(void*), rows));
     try {
         for (int i = 0; i < rows; i++) table[i] = dim1D(size, cols);

@@ -3,7 +3,8 @@
 /// Zero-filled arrays. A matrix is a table of row pointers, each row allocated by itself, so that
 /// rows can be exchanged by swapping pointers and tables can be ragged. Neither a vector nor a
 /// matrix carries its size: every routine takes `int` sizes, rows first. What counts cells, and so
-/// grows with a product of sizes, is a `long`: 46,341 rows squared are beyond an int.
+/// grows with a product of sizes, is a std::ptrdiff_t: 46,341 rows squared are beyond an int, and
+/// beyond the long of Windows.
 ///
 /// A size of zero or less gives an empty block or table, which the free* routines release like any
 /// other. An allocation that fails raises kOutOfMemory.
@@ -16,9 +17,9 @@ using ConstMatrix = const T* const*;
 template <class T>
 using Matrix = T* const*;
 
-void* dim1D(int size, long n);                    ///< n zeroed elements of `size` bytes
-void** dim2D(int size, int rows, long cols);      ///< table of zeroed rows
-void*** dim3D(int size, int d1, int d2, int d3);  ///< d1 tables of d2 rows of d3 elements
+void* dim1D(int size, std::ptrdiff_t n);                ///< n zeroed elements of `size` bytes
+void** dim2D(int size, int rows, std::ptrdiff_t cols);  ///< table of zeroed rows
+void*** dim3D(int size, int d1, int d2, int d3);        ///< d1 tables of d2 rows of d3 elements
 
 char* dim1Dchar(int n);
 char** dim2Dchar(int rows, int cols);

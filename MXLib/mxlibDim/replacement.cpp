@@ -2,11 +2,11 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <set>
 #include <utility>
 
 #include "mxlibDim/failure.h"
+#include "mxlibDim/file_path.h"
 #include "mxlibDim/platform.h"
 #include "mxlibDim/reading.h"
 #include "mxlibPar/ranks.h"
@@ -79,21 +79,21 @@ FileReplacement::FileReplacement(const char* name, const char* prefix, Start sta
         return;
     }
     std::error_code ignored;
-    const fs::file_status old = fs::status(target_, ignored);
-    isNew_ = fs::symlink_status(target_, ignored).type() == fs::file_type::not_found;
+    const fs::file_status old = fs::status(PathOf(target_), ignored);
+    isNew_ = fs::symlink_status(PathOf(target_), ignored).type() == fs::file_type::not_found;
     if (!isNew_ && !fs::is_regular_file(old)) {
         stream_ = fopenck(name, prefix, start == Start::kEmpty ? "w" : "a");
         return;
     }
     if (!isNew_) {
         if (!MayBeWritten(name, prefix)) return;
-        const fs::path real = fs::canonical(target_, ignored);
-        if (!ignored) target_ = real.string();
+        const fs::path real = fs::canonical(PathOf(target_), ignored);
+        if (!ignored) target_ = NameOf(real);
     }
     stream_ = CreateBeside(target_, &unfinished_);
     if (stream_ == nullptr) TellUnopened(name, prefix);
     if (stream_ == nullptr || isNew_) return;
-    fs::permissions(unfinished_, old.permissions(), ignored);
+    fs::permissions(PathOf(unfinished_), old.permissions(), ignored);
     if (start == Start::kOldContent && !CopyContent(target_, stream_)) {
         const int reason = errno;
         Discard();

@@ -12,7 +12,7 @@
 template <class T>
 class ScopedVector {
   public:
-    explicit ScopedVector(long n) : data_(static_cast<T*>(dim1D(sizeof(T), n))) {}
+    explicit ScopedVector(std::ptrdiff_t n) : data_(static_cast<T*>(dim1D(sizeof(T), n))) {}
     ~ScopedVector() { free1D(data_); }
     ScopedVector(ScopedVector&& other) noexcept : data_(std::exchange(other.data_, nullptr)) {}
     ScopedVector(const ScopedVector&) = delete;
@@ -29,7 +29,7 @@ class ScopedVector {
 template <class T>
 class ScopedMatrix {
   public:
-    ScopedMatrix(int rows, long cols)
+    ScopedMatrix(int rows, std::ptrdiff_t cols)
         : rows_(rows), data_(reinterpret_cast<T**>(dim2D(sizeof(T), rows, cols))) {}
     ~ScopedMatrix() { free2D(data_, rows_); }
     ScopedMatrix(ScopedMatrix&& other) noexcept

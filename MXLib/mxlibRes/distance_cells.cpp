@@ -46,7 +46,7 @@ void EuclideanCells(int n, int p, const T* const* columns, double* cells) {
     }
     ComparePresent(
         n, p, columns, [](T x, T y) { return static_cast<double>((x - y) * (x - y)); }, cells);
-    for (long c = 0; c < CountCellsAbove(n); c++) cells[c] = std::sqrt(cells[c]);
+    for (std::ptrdiff_t c = 0; c < CountCellsAbove(n); c++) cells[c] = std::sqrt(cells[c]);
 }
 
 template <class T>
@@ -88,10 +88,10 @@ void UnitLengthObjects(int n, int p, const T* const* columns, ColumnTable<T>* un
 template <class T>
 ColumnTable<T> MakeColumnTable(int n, int p) {
     const int stride = n + kOverrun;
-    ColumnTable<T> table{n, p, stride, ScopedVector<T>(static_cast<long>(p) * stride),
+    ColumnTable<T> table{n, p, stride, ScopedVector<T>(static_cast<std::ptrdiff_t>(p) * stride),
                          ScopedVector<T*>(p)};
     for (int k = 0; k < p; k++)
-        table.columns[k] = table.places.get() + static_cast<long>(k) * stride;
+        table.columns[k] = table.places.get() + static_cast<std::ptrdiff_t>(k) * stride;
     return table;
 }
 

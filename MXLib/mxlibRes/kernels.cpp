@@ -76,10 +76,10 @@ INLINE_BODY void DistancesBody(bool squared, int n, int p, const double* columns
 }
 
 template <class R>
-INLINE_BODY double SumBody(long m, const double* x) {
+INLINE_BODY double SumBody(std::ptrdiff_t m, const double* x) {
     Places<R, kSumLanes> sum;
     typename R::Doubles v;
-    long k = 0;
+    std::ptrdiff_t k = 0;
     for (; k + kSumLanes <= m; k += kSumLanes) {
         UNROLL
         for (int i = 0; i < sum.kVectors; i++) sum.vector[i] += Load(x + k + i * R::kDoubles, v);
@@ -90,13 +90,13 @@ INLINE_BODY double SumBody(long m, const double* x) {
 }
 
 template <class R>
-INLINE_BODY double DotBody(long m, const double* x, const double* y) {
+INLINE_BODY double DotBody(std::ptrdiff_t m, const double* x, const double* y) {
     Places<R, kSumLanes> sum;
     typename R::Doubles v, w;
-    long k = 0;
+    std::ptrdiff_t k = 0;
     for (; k + kSumLanes <= m; k += kSumLanes) {
         UNROLL
-        for (long i = 0, at = k; i < sum.kVectors; i++, at += R::kDoubles)
+        for (std::ptrdiff_t i = 0, at = k; i < sum.kVectors; i++, at += R::kDoubles)
             sum.vector[i] += Load(x + at, v) * Load(y + at, w);
     }
     double total = SumOfLanes(sum);
@@ -105,13 +105,13 @@ INLINE_BODY double DotBody(long m, const double* x, const double* y) {
 }
 
 template <class R>
-INLINE_BODY double CentreBody(long m, double mean, double* x) {
+INLINE_BODY double CentreBody(std::ptrdiff_t m, double mean, double* x) {
     Places<R, kSumLanes> sum;
     typename R::Doubles v;
-    long k = 0;
+    std::ptrdiff_t k = 0;
     for (; k + kSumLanes <= m; k += kSumLanes) {
         UNROLL
-        for (long i = 0, at = k; i < sum.kVectors; i++, at += R::kDoubles) {
+        for (std::ptrdiff_t i = 0, at = k; i < sum.kVectors; i++, at += R::kDoubles) {
             Load(x + at, v);
             v -= mean;
             Store(v, x + at);
@@ -128,16 +128,17 @@ INLINE_BODY double CentreBody(long m, double mean, double* x) {
 
 /// CentreBody and DotBody for kOthers vectors y at once.
 template <class R, int kOthers>
-INLINE_BODY void CentreWith(long m, double mean, double* x, const double* const* y, double* sums) {
+INLINE_BODY void CentreWith(std::ptrdiff_t m, double mean, double* x, const double* const* y,
+                            double* sums) {
     Places<R, kSumLanes> sum[1 + kOthers];
     const double* other[kOthers];  // the compiler must not think that they change with x
     for (int o = 0; o < kOthers; o++) other[o] = y[o];
     typename R::Doubles v, w;
-    long k = 0;
+    std::ptrdiff_t k = 0;
     for (; k + kSumLanes <= m; k += kSumLanes) {
         UNROLL
         for (int i = 0; i < sum[0].kVectors; i++) {
-            const long at = k + i * R::kDoubles;
+            const std::ptrdiff_t at = k + i * R::kDoubles;
             Load(x + at, v);
             v -= mean;
             Store(v, x + at);
@@ -158,7 +159,7 @@ INLINE_BODY void CentreWith(long m, double mean, double* x, const double* const*
 
 /// As many others in the first pass as there are registers for.
 template <class R>
-INLINE_BODY void CentreAndDotsBody(long m, double mean, double* x, int others,
+INLINE_BODY void CentreAndDotsBody(std::ptrdiff_t m, double mean, double* x, int others,
                                    const double* const* y, double* sums) {
     constexpr int kMost = R::kBytes < 32 ? 2 : 4;
     int done = kMost;
@@ -184,7 +185,7 @@ INLINE_BODY void WeightedPlaces(int entries, const int* at, const double* weight
     typename R::Doubles v;
     for (int e = 0; e < entries; e++) {
         const double w = weights[e];
-        const double* from = table + static_cast<long>(at[e]) * width;
+        const double* from = table + static_cast<std::ptrdiff_t>(at[e]) * width;
         UNROLL
         for (int i = 0; i < sum.kVectors; i++) sum.vector[i] += w * Load(from + i * R::kDoubles, v);
     }
@@ -251,40 +252,40 @@ INLINE_BODY void ColumnProductsBody(bool turned, int n, int p1, const double* co
 // NOLINTEND(bugprone-implicit-widening-of-multiplication-result)
 
 // NOLINTBEGIN(bugprone-macro-parentheses): an attribute takes none
-#define KERNELS(TARGET, R)                                                                        \
-    TARGET void Euclidean(int n, int p, const double* columns, int stride, double* cells) {       \
-        DistancesBody<R>(true, n, p, columns, stride, cells);                                     \
-    }                                                                                             \
-    TARGET void Absolute(int n, int p, const double* columns, int stride, double* cells) {        \
-        DistancesBody<R>(false, n, p, columns, stride, cells);                                    \
-    }                                                                                             \
-    TARGET double Sum(long m, const double* x) {                                                  \
-        return SumBody<R>(m, x);                                                                  \
-    }                                                                                             \
-    TARGET double Dot(long m, const double* x, const double* y) {                                 \
-        return DotBody<R>(m, x, y);                                                               \
-    }                                                                                             \
-    TARGET double Centre(long m, double mean, double* x) {                                        \
-        return CentreBody<R>(m, mean, x);                                                         \
-    }                                                                                             \
-    TARGET void CentreAndDots(long m, double mean, double* x, int others, const double* const* y, \
-                              double* sums) {                                                     \
-        CentreAndDotsBody<R>(m, mean, x, others, y, sums);                                        \
-    }                                                                                             \
-    TARGET void WeightedRows(int entries, const int* at, const double* weights,                   \
-                             const double* table, int width, double* row) {                       \
-        WeightedRowsBody<R>(entries, at, weights, table, width, row);                             \
-    }                                                                                             \
-    TARGET void ColumnProducts(int n, int p1, const double* const* a, int p2,                     \
-                               const double* const* b, double* const* c) {                        \
-        ColumnProductsBody<R>(false, n, p1, a, p2, b, c);                                         \
-    }                                                                                             \
-    TARGET void ColumnProductsTurned(int n, int p1, const double* const* a, int p2,               \
-                                     const double* const* b, double* const* c) {                  \
-        ColumnProductsBody<R>(true, n, p1, a, p2, b, c);                                          \
-    }                                                                                             \
-    constexpr Kernels kKernels = {Euclidean,    Absolute,       Sum,                              \
-                                  Dot,          Centre,         CentreAndDots,                    \
+#define KERNELS(TARGET, R)                                                                  \
+    TARGET void Euclidean(int n, int p, const double* columns, int stride, double* cells) { \
+        DistancesBody<R>(true, n, p, columns, stride, cells);                               \
+    }                                                                                       \
+    TARGET void Absolute(int n, int p, const double* columns, int stride, double* cells) {  \
+        DistancesBody<R>(false, n, p, columns, stride, cells);                              \
+    }                                                                                       \
+    TARGET double Sum(std::ptrdiff_t m, const double* x) {                                  \
+        return SumBody<R>(m, x);                                                            \
+    }                                                                                       \
+    TARGET double Dot(std::ptrdiff_t m, const double* x, const double* y) {                 \
+        return DotBody<R>(m, x, y);                                                         \
+    }                                                                                       \
+    TARGET double Centre(std::ptrdiff_t m, double mean, double* x) {                        \
+        return CentreBody<R>(m, mean, x);                                                   \
+    }                                                                                       \
+    TARGET void CentreAndDots(std::ptrdiff_t m, double mean, double* x, int others,         \
+                              const double* const* y, double* sums) {                       \
+        CentreAndDotsBody<R>(m, mean, x, others, y, sums);                                  \
+    }                                                                                       \
+    TARGET void WeightedRows(int entries, const int* at, const double* weights,             \
+                             const double* table, int width, double* row) {                 \
+        WeightedRowsBody<R>(entries, at, weights, table, width, row);                       \
+    }                                                                                       \
+    TARGET void ColumnProducts(int n, int p1, const double* const* a, int p2,               \
+                               const double* const* b, double* const* c) {                  \
+        ColumnProductsBody<R>(false, n, p1, a, p2, b, c);                                   \
+    }                                                                                       \
+    TARGET void ColumnProductsTurned(int n, int p1, const double* const* a, int p2,         \
+                                     const double* const* b, double* const* c) {            \
+        ColumnProductsBody<R>(true, n, p1, a, p2, b, c);                                    \
+    }                                                                                       \
+    constexpr Kernels kKernels = {Euclidean,    Absolute,       Sum,                        \
+                                  Dot,          Centre,         CentreAndDots,              \
                                   WeightedRows, ColumnProducts, ColumnProductsTurned};
 // NOLINTEND(bugprone-macro-parentheses)
 

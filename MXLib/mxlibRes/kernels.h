@@ -3,6 +3,8 @@
 /// Inner loops for what is computed in every permutation. Sums run in a fixed number of lanes, so
 /// that the digits are the same whatever width of vector registers the processor has.
 
+#include <cstddef>
+
 /// Loops over columns read this many places past the end of each, and loops over cells write as
 /// many past the last cell: buffers have that much more room.
 inline constexpr int kOverrun = 16;
@@ -13,14 +15,14 @@ struct Kernels {
     void (*euclidean)(int n, int p, const double* columns, int stride, double* cells);
     void (*absolute)(int n, int p, const double* columns, int stride, double* cells);
 
-    double (*sum)(long m, const double* x);
-    double (*dot)(long m, const double* x, const double* y);
+    double (*sum)(std::ptrdiff_t m, const double* x);
+    double (*dot)(std::ptrdiff_t m, const double* x, const double* y);
     /// Subtracts the mean; the result is the sum of squares of what remains.
-    double (*centre)(long m, double mean, double* x);
+    double (*centre)(std::ptrdiff_t m, double mean, double* x);
     /// The same, and the products of what remains with y[0] to y[others - 1], at most 4, in one
     /// pass: sums[0] is the sum of squares, sums[1 + i] the dot with y[i].
-    void (*centreAndDots)(long m, double mean, double* x, int others, const double* const* y,
-                          double* sums);
+    void (*centreAndDots)(std::ptrdiff_t m, double mean, double* x, int others,
+                          const double* const* y, double* sums);
 
     /// row = the sum over the entries e, ascending, of weights[e] times table row at[e]; `width` is
     /// a multiple of 4.

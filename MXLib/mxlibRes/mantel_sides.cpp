@@ -10,7 +10,7 @@ namespace {
 
 /// Sums of products of deviations that wait for a pass over the cells.
 struct Chains {
-    long m;
+    std::ptrdiff_t m;
     int count = 0;
     const double* x[kMostChains] = {};
     const double* y[kMostChains] = {};
@@ -53,15 +53,15 @@ void FindMeans(int count, MantelSide* const* sides) {
 /// Over the cells present in both sides.
 double CorrelatePresent(const MantelSide& a, const MantelSide& b) {
     double sumA = 0.0, sumB = 0.0;
-    long present = 0;
-    for (long c = 0; c < a.nCells; c++) {
+    std::ptrdiff_t present = 0;
+    for (std::ptrdiff_t c = 0; c < a.nCells; c++) {
         if (IsMissing(a.cells[c]) || IsMissing(b.cells[c])) continue;
         sumA += a.cells[c];
         sumB += b.cells[c];
         present++;
     }
     double squaresA = 0.0, squaresB = 0.0, products = 0.0;
-    for (long c = 0; c < a.nCells; c++) {
+    for (std::ptrdiff_t c = 0; c < a.nCells; c++) {
         if (IsMissing(a.cells[c]) || IsMissing(b.cells[c])) continue;
         const double da = a.cells[c] - sumA / static_cast<double>(present);
         const double db = b.cells[c] - sumB / static_cast<double>(present);
@@ -86,7 +86,7 @@ void CompleteSides(int count, MantelSide* const* sides, Chains* chains) {
 }  // namespace
 
 MantelSide MakeMantelSide(int n) {
-    const long nCells = CountCellsAbove(n);
+    const std::ptrdiff_t nCells = CountCellsAbove(n);
     return {nCells, ScopedVector<double>(nCells + kOverrun), 0.0, 0.0, false};
 }
 

@@ -15,12 +15,12 @@ void CellsAbove(int n, ConstMatrix<T> s, double* cells) {
 }
 
 /// Cells above the diagonal of a matrix of n objects.
-inline long CountCellsAbove(int n) {
-    return n < 2 ? 0 : static_cast<long>(n) * (n - 1) / 2;
+inline std::ptrdiff_t CountCellsAbove(int n) {
+    return n < 2 ? 0 : static_cast<std::ptrdiff_t>(n) * (n - 1) / 2;
 }
 
 struct MantelSide {
-    long nCells;
+    std::ptrdiff_t nCells;
     ScopedVector<double> cells;  ///< kOverrun places of room beyond the last
     double mean;                 ///< of the cells
     double squares;              ///< of their deviations from it

@@ -10,7 +10,7 @@ struct Sums {
     double a = 0.0;
     double b = 0.0;
     double ab = 0.0;
-    long cells = 0;
+    std::ptrdiff_t cells = 0;
 };
 
 template <class T>

@@ -4,6 +4,7 @@
 /// a present value and spreads like any NaN.
 
 #include <cfloat>
+#include <cstddef>
 
 static_assert(FLT_EVAL_METHOD == 0, "each step must be rounded to its own type");
 
@@ -18,9 +19,9 @@ inline bool IsMissing(double x) {
 
 /// Whether a matrix of n x p holds a missing value anywhere.
 template <class T>
-bool HasMissing(int n, long p, const T* const* a) {
+bool HasMissing(int n, std::ptrdiff_t p, const T* const* a) {
     for (int i = 0; i < n; i++)
-        for (long j = 0; j < p; j++)
+        for (std::ptrdiff_t j = 0; j < p; j++)
             if (IsMissing(a[i][j])) return true;
     return false;
 }

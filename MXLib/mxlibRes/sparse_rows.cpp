@@ -33,7 +33,7 @@ template <class T>
 bool FillTable(ConstMatrix<float> u, SparseRows<T>* rows) {
     int odd = 0;
     for (int k = 0; k < rows->m; k++) {
-        T* to = rows->table.get() + static_cast<long>(k) * rows->width;
+        T* to = rows->table.get() + static_cast<std::ptrdiff_t>(k) * rows->width;
         for (int g = 0; g < rows->K; g++) {
             const float x = u[k][g];
             odd |= static_cast<int>(!IsFinite(x));
@@ -52,11 +52,12 @@ bool AllFinite(int n, int m, ConstMatrix<T> w) {
 }
 
 /// The slices, rows of the most cells first; returns how many cells they take.
-long MakeSlices(int n, const int* cells, int slices, int* row, long* start) {
+std::ptrdiff_t MakeSlices(int n, const int* cells, int slices, int* row, std::ptrdiff_t* start) {
     for (int i = 0; i < slices * kSliceRows; i++) row[i] = i;
     std::stable_sort(row, row + n, [cells](int a, int b) { return cells[a] > cells[b]; });
     for (int i = 0; i < slices; i++)
-        start[i + 1] = start[i] + static_cast<long>(cells[row[static_cast<long>(i) * kSliceRows]]) *
+        start[i + 1] = start[i] + static_cast<std::ptrdiff_t>(
+                                      cells[row[static_cast<std::ptrdiff_t>(i) * kSliceRows]]) *
                                       kSliceRows;
     return start[slices];
 }
@@ -66,7 +67,7 @@ void FillSlices(SparseRows<T>* rows) {
     for (int i = 0; i < rows->slices * kSliceRows; i++) {
         if (rows->row[i] >= rows->n) continue;
         const T* w = rows->w[rows->row[i]];
-        long e = rows->start[i / kSliceRows] + i % kSliceRows;
+        std::ptrdiff_t e = rows->start[i / kSliceRows] + i % kSliceRows;
         for (int k = 0; k < rows->m; k++) {
             if (!HasWeight(w[k])) continue;
             rows->at[e] = k;
@@ -85,9 +86,9 @@ SparseRows<T> MakeSparseRows(int n, int m, int K, ConstMatrix<T> w) {
     const int slices = (n + kSliceRows - 1) / kSliceRows;
     const int rowsOfSlices = slices * kSliceRows;
     ScopedVector<int> cells(n), row(rowsOfSlices);
-    ScopedVector<long> start(slices + 1);
+    ScopedVector<std::ptrdiff_t> start(slices + 1);
     for (int i = 0; i < n; i++) cells[i] = CountCells(m, w[i]);
-    const long count = MakeSlices(n, cells, slices, row, start);
+    const std::ptrdiff_t count = MakeSlices(n, cells, slices, row, start);
     SparseRows<T> rows{n,
                        m,
                        K,
@@ -99,10 +100,11 @@ SparseRows<T> MakeSparseRows(int n, int m, int K, ConstMatrix<T> w) {
                        ScopedVector<int>(count),
                        ScopedVector<T>(count),
                        width,
-                       ScopedVector<T>(static_cast<long>(m) * width),
-                       ScopedVector<T>(static_cast<long>(rowsOfSlices) * width),
+                       ScopedVector<T>(static_cast<std::ptrdiff_t>(m) * width),
+                       ScopedVector<T>(static_cast<std::ptrdiff_t>(rowsOfSlices) * width),
                        ScopedVector<T*>(n)};
-    for (int i = 0; i < n; i++) rows.x[i] = rows.places.get() + static_cast<long>(i) * width;
+    for (int i = 0; i < n; i++)
+        rows.x[i] = rows.places.get() + static_cast<std::ptrdiff_t>(i) * width;
     FillSlices(&rows);
     return rows;
 }

@@ -17,7 +17,8 @@ struct SparseRows {
     bool isFinite;
     int slices;
     ScopedVector<int> row;  ///< of W, for each place of each slice; n and more where there is none
-    ScopedVector<long> start;  ///< cells of slice i: start[i] to start[i + 1], rows taking turns
+    ScopedVector<std::ptrdiff_t>
+        start;  ///< cells of slice i: start[i] to start[i + 1], rows taking turns
     ScopedVector<int> at;
     ScopedVector<T> weights;
     int width;               ///< places of a row of the next two

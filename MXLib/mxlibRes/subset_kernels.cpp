@@ -53,13 +53,13 @@ struct Chains {
 
 /// The terms are the cells themselves; `missing` gathers, by chain, which are.
 template <class R, int kChains>
-INLINE_BODY void SumChains(int chains, long m, const double* const* x, double* sums,
+INLINE_BODY void SumChains(int chains, std::ptrdiff_t m, const double* const* x, double* sums,
                            bool* hasMissing) {
     constexpr int kWidth = R::kDoubles;
     const Chains<kChains> of(chains, x, nullptr, nullptr, nullptr);
     typename R::Doubles sum[kChains / kWidth] = {};
     decltype(sum[0] == sum[0]) missing[kChains] = {};
-    long k = 0;
+    std::ptrdiff_t k = 0;
     for (; k + kWidth <= m; k += kWidth) {
         UNROLL
         for (int g = 0; g < kChains / kWidth; g++) {
@@ -78,7 +78,7 @@ INLINE_BODY void SumChains(int chains, long m, const double* const* x, double* s
         double s = sum[c / kWidth][c % kWidth];
         bool any = false;
         for (int l = 0; l < kWidth; l++) any = any || missing[c][l] != 0;
-        for (long j = k; j < m; j++) {
+        for (std::ptrdiff_t j = k; j < m; j++) {
             s += of.x[c][j];
             any = any || IsMissing(of.x[c][j]);
         }
@@ -88,12 +88,13 @@ INLINE_BODY void SumChains(int chains, long m, const double* const* x, double* s
 }
 
 template <class R, int kChains>
-INLINE_BODY void MultiplyChains(int chains, long m, const double* const* x, const double* meanX,
-                                const double* const* y, const double* meanY, double* sums) {
+INLINE_BODY void MultiplyChains(int chains, std::ptrdiff_t m, const double* const* x,
+                                const double* meanX, const double* const* y, const double* meanY,
+                                double* sums) {
     constexpr int kWidth = R::kDoubles;
     const Chains<kChains> of(chains, x, meanX, y, meanY);
     typename R::Doubles sum[kChains / kWidth] = {};
-    long k = 0;
+    std::ptrdiff_t k = 0;
     for (; k + kWidth <= m; k += kWidth) {
         UNROLL
         for (int g = 0; g < kChains / kWidth; g++) {
@@ -111,13 +112,14 @@ INLINE_BODY void MultiplyChains(int chains, long m, const double* const* x, cons
     }
     for (int c = 0; c < chains; c++) {
         double s = sum[c / kWidth][c % kWidth];
-        for (long j = k; j < m; j++) s += (of.x[c][j] - of.meanX[c]) * (of.y[c][j] - of.meanY[c]);
+        for (std::ptrdiff_t j = k; j < m; j++)
+            s += (of.x[c][j] - of.meanX[c]) * (of.y[c][j] - of.meanY[c]);
         sums[c] = s;
     }
 }
 
 template <class R>
-INLINE_BODY void SumsBody(int chains, long m, const double* const* x, double* sums,
+INLINE_BODY void SumsBody(int chains, std::ptrdiff_t m, const double* const* x, double* sums,
                           bool* hasMissing) {
     if (chains > kMostChains / 2)
         SumChains<R, kMostChains>(chains, m, x, sums, hasMissing);
@@ -126,8 +128,9 @@ INLINE_BODY void SumsBody(int chains, long m, const double* const* x, double* su
 }
 
 template <class R>
-INLINE_BODY void ProductsBody(int chains, long m, const double* const* x, const double* meanX,
-                              const double* const* y, const double* meanY, double* sums) {
+INLINE_BODY void ProductsBody(int chains, std::ptrdiff_t m, const double* const* x,
+                              const double* meanX, const double* const* y, const double* meanY,
+                              double* sums) {
     if (chains > kMostChains / 2)
         MultiplyChains<R, kMostChains>(chains, m, x, meanX, y, meanY, sums);
     else if (chains > 0)
@@ -254,18 +257,19 @@ INLINE_BODY void SparseSlicePart(int entries, const int* at, const T* weights, c
         UNROLL
         for (int s = 0; s < kSliceRows * V; s++) {
             Vector v;
-            const T* from = table + static_cast<long>(at[s / V]) * width + s % V * kWidth;
+            const T* from = table + static_cast<std::ptrdiff_t>(at[s / V]) * width + s % V * kWidth;
             sum[s] += weights[s / V] * Load(from, v);
         }
     }
     UNROLL
     for (int s = 0; s < kSliceRows * V; s++)
-        Store(sum[s], rows + static_cast<long>(row[s / V]) * width + s % V * kWidth);
+        Store(sum[s], rows + static_cast<std::ptrdiff_t>(row[s / V]) * width + s % V * kWidth);
 }
 
 template <class R, class T>
-INLINE_BODY void SparseRowsBody(int slices, const long* start, const int* at, const T* weights,
-                                const int* row, const T* table, int width, T* rows) {
+INLINE_BODY void SparseRowsBody(int slices, const std::ptrdiff_t* start, const int* at,
+                                const T* weights, const int* row, const T* table, int width,
+                                T* rows) {
     constexpr int kWidth = kCountOf<LanesOf<R, T>, T>;
     for (int i = 0; i < slices; i++) {
         const auto entries = static_cast<int>((start[i + 1] - start[i]) / kSliceRows);
@@ -343,12 +347,12 @@ INLINE_BODY void UnitSumsBody(int n, int p, int stride, T* columns) {
     for (int i = 0; i < n; i += kCountOf<Vector, T>) {
         Vector total{}, x;
         for (int j = 0; j < p; j++) {
-            Load(columns + static_cast<long>(j) * stride + i, x);
+            Load(columns + static_cast<std::ptrdiff_t>(j) * stride + i, x);
             total += x == kNone ? Vector{} : x;
         }
         total = total == 0 ? Vector{} + 1 : total;
         for (int j = 0; j < p; j++) {
-            T* place = columns + static_cast<long>(j) * stride + i;
+            T* place = columns + static_cast<std::ptrdiff_t>(j) * stride + i;
             Load(place, x);
             Store(x == kNone ? x : x / total, place);
         }
@@ -394,9 +398,9 @@ INLINE_BODY void PlusPresent(const float* counts, const float* layer, Floats* co
 }
 
 template <bool kMV, class R>
-INLINE_BODY void AddLayerBody(long m, const double* from, const float* counts, const float* layer,
-                              double* to, float* toCounts) {
-    for (long c = 0; c < m; c += R::kFloats) {
+INLINE_BODY void AddLayerBody(std::ptrdiff_t m, const double* from, const float* counts,
+                              const float* layer, double* to, float* toCounts) {
+    for (std::ptrdiff_t c = 0; c < m; c += R::kFloats) {
         typename R::Doubles sum;
         PlusLayer<kMV, R>(from + c, layer + c, &sum);
         Store(sum, to + c);
@@ -468,7 +472,8 @@ INLINE_BODY void TurnFloats(Registers<16>::Floats* v) {
 /// One tile of averages, and unless `below` is null the same turned.
 template <bool kMV, class R>
 INLINE_BODY void AveragesOfTile(const double* sums, const float* counts, float count,
-                                const float* layer, long stride, float* above, float* below) {
+                                const float* layer, std::ptrdiff_t stride, float* above,
+                                float* below) {
     constexpr int kPart = R::kFloats;
     for (int i = 0; i < kTileSide; i += kPart)
         for (int j = 0; j < kTileSide; j += kPart) {
@@ -490,7 +495,7 @@ INLINE_BODY void AveragesOfTile(const double* sums, const float* counts, float c
 template <bool kMV, class R>
 INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts, float count,
                               const float* layer, float* s) {
-    const long stride = static_cast<long>(tiles) * kTileSide;
+    const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(tiles) * kTileSide;
     for (int i = 0; i < tiles; i++)
         for (int j = i; j < tiles; j++) {
             float* above = s + i * kTileSide * stride + j * kTileSide;
@@ -512,8 +517,9 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
     TARGET void Absolute##NAME(int n, int p, const T* const* columns, double* cells) {            \
         DistancesBody<false, AtMost32<R>>(n, p, columns, cells);                                  \
     }                                                                                             \
-    TARGET void SparseRows##NAME(int slices, const long* start, const int* at, const T* weights,  \
-                                 const int* row, const T* table, int width, T* rows) {            \
+    TARGET void SparseRows##NAME(int slices, const std::ptrdiff_t* start, const int* at,          \
+                                 const T* weights, const int* row, const T* table, int width,     \
+                                 T* rows) {                                                       \
         SparseRowsBody<AtMost32<R>>(slices, start, at, weights, row, table, width, rows);         \
     }                                                                                             \
     TARGET void MemberMeans##NAME(int n, int size, const int* members, const float* const* s,     \
@@ -529,11 +535,13 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
 #define SUBSET_KERNELS(TARGET, R)                                                                  \
     TYPED_KERNELS(TARGET, R, float, Float)                                                         \
     TYPED_KERNELS(TARGET, R, double, Double)                                                       \
-    TARGET void Sums(int chains, long m, const double* const* x, double* sums, bool* hasMissing) { \
+    TARGET void Sums(int chains, std::ptrdiff_t m, const double* const* x, double* sums,           \
+                     bool* hasMissing) {                                                           \
         SumsBody<AtMost32<R>>(chains, m, x, sums, hasMissing);                                     \
     }                                                                                              \
-    TARGET void Products(int chains, long m, const double* const* x, const double* meanX,          \
-                         const double* const* y, const double* meanY, double* sums) {              \
+    TARGET void Products(int chains, std::ptrdiff_t m, const double* const* x,                     \
+                         const double* meanX, const double* const* y, const double* meanY,         \
+                         double* sums) {                                                           \
         ProductsBody<AtMost32<R>>(chains, m, x, meanX, y, meanY, sums);                            \
     }                                                                                              \
     TARGET void ObjectProducts(int n, int p, const float* const* columns, double* cells) {         \
@@ -542,11 +550,11 @@ INLINE_BODY void AveragesBody(int tiles, const double* sums, const float* counts
     TARGET bool SameAsOne(int from, int to, const float* row, const int* types, int type) {        \
         return SameAsOneBody<AtMost32<R>>(from, to, row, types, type);                             \
     }                                                                                              \
-    TARGET void AddLayer(long m, const double* from, const float* layer, double* to) {             \
+    TARGET void AddLayer(std::ptrdiff_t m, const double* from, const float* layer, double* to) {   \
         AddLayerBody<false, AtMost32<R>>(m, from, nullptr, layer, to, nullptr);                    \
     }                                                                                              \
-    TARGET void AddLayerMV(long m, const double* from, const float* counts, const float* layer,    \
-                           double* to, float* toCounts) {                                          \
+    TARGET void AddLayerMV(std::ptrdiff_t m, const double* from, const float* counts,              \
+                           const float* layer, double* to, float* toCounts) {                      \
         AddLayerBody<true, AtMost32<R>>(m, from, counts, layer, to, toCounts);                     \
     }                                                                                              \
     TARGET void Averages(int tiles, const double* sums, const float* layer, float count,           \

@@ -28,7 +28,7 @@ struct TypedSubsetKernels {
     /// times table row at[e], into row[...] of `rows`. The entries of a slice, start[i] to
     /// start[i + 1], take turns between its rows. Both tables have `width` places in a row, a
     /// multiple of 8.
-    void (*sparseRows)(int slices, const long* start, const int* at, const T* weights,
+    void (*sparseRows)(int slices, const std::ptrdiff_t* start, const int* at, const T* weights,
                        const int* row, const T* table, int width, T* rows);
 
     /// mean[i] = sum over the members m, in their order, of s[m][i] / size, each quotient a float
@@ -42,9 +42,10 @@ struct TypedSubsetKernels {
 struct SubsetKernels {
     /// Sums over m cells in their order of x[c], for up to kMostChains chains c, and whether some
     /// cell is missing.
-    void (*sums)(int chains, long m, const double* const* x, double* sums, bool* hasMissing);
+    void (*sums)(int chains, std::ptrdiff_t m, const double* const* x, double* sums,
+                 bool* hasMissing);
     /// Sums of x[c] - meanX[c] times y[c] - meanY[c].
-    void (*products)(int chains, long m, const double* const* x, const double* meanX,
+    void (*products)(int chains, std::ptrdiff_t m, const double* const* x, const double* meanX,
                      const double* const* y, const double* meanY, double* sums);
 
     /// Products between n objects described by p columns into the cells above the diagonal, row
@@ -57,9 +58,9 @@ struct SubsetKernels {
 
     /// to = from + layer over m cells, a multiple of kTileCells; the form with counts passes over
     /// missing cells of the layer and counts the others.
-    void (*addLayer)(long m, const double* from, const float* layer, double* to);
-    void (*addLayerMV)(long m, const double* from, const float* counts, const float* layer,
-                       double* to, float* toCounts);
+    void (*addLayer)(std::ptrdiff_t m, const double* from, const float* layer, double* to);
+    void (*addLayerMV)(std::ptrdiff_t m, const double* from, const float* counts,
+                       const float* layer, double* to, float* toCounts);
     /// The matrix of (sums + layer) / count from its tiles on and above the diagonal, tile row
     /// after tile row, both halves of it; a row has `tiles` times kTileSide places. The form with
     /// counts adds to them the present cells of the layer and gives -999 where none is present.

@@ -21,7 +21,8 @@ CongruenceSide<double> TurnWideSide(CongruenceSide<double> side) {
     const int p = side.p;
     if (side.measure != kProcrustes || side.hasMissing || n < 2 || p / 2 < n) return side;
     if (!IsFinite(n, p, side.x)) return side;
-    ScopedVector<double> cells(static_cast<long>(p) * n);  // x', p x n: its R holds the rest
+    ScopedVector<double> cells(static_cast<std::ptrdiff_t>(p) *
+                               n);  // x', p x n: its R holds the rest
     gsl_matrix_view transposed = gsl_matrix_view_array(cells, p, n);
     for (int i = 0; i < n; i++)
         for (int j = 0; j < p; j++) gsl_matrix_set(&transposed.matrix, j, i, side.x[i][j]);

@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <cmath>
-#include <filesystem>
 
 #include "TSLCLI/analysis_options.h"
 #include "TSLCLI/analysis_tables.h"
@@ -20,6 +19,7 @@
 #include "TSLRESE/analysis_statistics.h"
 #include "TSLRESE/memory.h"
 #include "TSLRESE/scaling_up_matrices.h"
+#include "mxlibDim/file_path.h"
 #include "mxlibDim/text.h"
 
 namespace fs = std::filesystem;
@@ -36,11 +36,12 @@ struct AnalyseOptions {
 /// analysis empties.
 void SettleFiles(const AnalyseOptions& options) {
     std::error_code ignored;
-    const bool isAppended = options.append && fs::exists(whichPrinda, ignored);
+    const bool isAppended = options.append && fs::exists(PathOf(whichPrinda), ignored);
     if (!isAppended) RefuseToOverwrite(whichPrinda, options.run.force);
     prindaMode[0] = isAppended ? 'a' : 'w';
     MakeSessionFileName(whichRndData, sessionName, rndDataExt);
-    if (fs::exists(whichRndData, ignored) && fs::file_size(whichRndData, ignored) > 0)
+    if (fs::exists(PathOf(whichRndData), ignored) &&
+        fs::file_size(PathOf(whichRndData), ignored) > 0)
         RefuseToOverwrite(whichRndData, options.run.force);
 }
 

@@ -43,7 +43,7 @@ Names TraitsInUse(const FullNames& names) {
 
 ScopedMatrix<double> AveragesInUse(const ScalingUpMatrices& m) {
     const std::vector<int> places = PlacesInUse();
-    ScopedMatrix<double> T(ncsm, static_cast<long>(places.size()));
+    ScopedMatrix<double> T(ncsm, static_cast<std::ptrdiff_t>(places.size()));
     for (int i = 0; i < ncsm; i++)
         for (std::size_t k = 0; k < places.size(); k++) T[i][k] = m.T[i][places[k]];
     return T;

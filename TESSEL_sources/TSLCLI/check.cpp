@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "TSLCLI/commands.h"
@@ -12,6 +11,7 @@
 #include "TSLCLI/session.h"
 #include "TSLCLI/summary.h"
 #include "TSLIFFMT/dialogue_data.h"
+#include "mxlibDim/file_path.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ void Check(const CheckOptions& options) {
     TellSummary(session, names);
     std::vector<std::string> findings = Findings(names);
     const std::string table = session + kNamesExt;
-    if (!names.isFromTable && std::filesystem::exists(table))
+    if (!names.isFromTable && std::filesystem::exists(PathOf(table)))
         findings.push_back(table + " has other labels than the data set: its names are not used");
     for (const std::string& finding : findings) std::printf("Looks wrong: %s\n", finding.c_str());
     if (findings.empty()) Tell("Nothing looks wrong");

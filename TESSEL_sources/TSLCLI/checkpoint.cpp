@@ -5,12 +5,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <utility>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/session.h"
+#include "mxlibDim/file_path.h"
 #include "mxlibDim/replacement.h"
 #include "mxlibPar/ranks.h"
 
@@ -139,6 +139,6 @@ void Checkpoint::EndIfAsked() {
 
 void Checkpoint::Remove() {
     std::error_code error;
-    if (IsFirstRank()) std::filesystem::remove(path_, error);
+    if (IsFirstRank()) std::filesystem::remove(PathOf(path_), error);
     isKept_ = true;
 }

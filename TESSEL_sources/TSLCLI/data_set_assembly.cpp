@@ -1,7 +1,6 @@
 #include "TSLCLI/data_set_assembly.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/number_cells.h"
@@ -15,6 +14,7 @@
 #include "TSLIFFMT/raw_tables.h"
 #include "TSLIFFMT/species_labels.h"
 #include "mxlibDim/dim.h"
+#include "mxlibDim/file_path.h"
 #include "mxlibDim/text.h"
 
 namespace {
@@ -26,7 +26,7 @@ void CopyLabels(const Names& labels, char* const* destination) {
 
 /// The name of a file without its folder, as the session keeps it.
 std::string FileNameOf(const std::string& path) {
-    return std::filesystem::path(path).filename().string();
+    return NameOf(PathOf(path).filename());
 }
 
 /// The names at which `isChosen` is set, for a message.

@@ -1,12 +1,12 @@
 #include "TSLCLI/data_tables.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "TSLCLI/csv_writer.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/variable_kinds.h"
 #include "TSLGLOB/dataset.h"
+#include "mxlibDim/file_path.h"
 
 namespace {
 
@@ -80,10 +80,8 @@ void WriteKinds(const std::string& path, const FullNames& names) {
 
 void WriteDataTables(const std::string& folder, const FullNames& names) {
     std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    const auto file = [&](const char* name) {
-        return (std::filesystem::path(folder) / name).generic_string();
-    };
+    std::filesystem::create_directories(PathOf(folder), error);
+    const auto file = [&](const char* name) { return NameOf(PathOf(folder) / name); };
     if (error) FailRun(folder + ": the folder for the tables cannot be made: give another one");
     WriteCoded(file("traits.csv"), {"OTU", names.otus, names.traits, csm_Float, names.traitCodes});
     WriteCommunities(file("communities.csv"), names);

@@ -5,13 +5,13 @@
 #include <algorithm>
 #include <cctype>
 #include <exception>
-#include <filesystem>
 #include <new>
 #include <utility>
 
 #include "TSLCLI/input_file.h"
 #include "TSLCLI/utf8.h"
 #include "TSLCLI/wording.h"
+#include "mxlibDim/file_path.h"
 
 namespace {
 
@@ -299,7 +299,7 @@ DelimitedTable ReadDelimitedTable(const std::string& path) {
     table.file = path;
     table.separator = FindSeparator(head, block.size() < kBlock);
     std::error_code ignored;
-    const auto size = std::filesystem::file_size(path, ignored);
+    const auto size = std::filesystem::file_size(PathOf(path), ignored);
     if (!ignored) table.text.reserve(static_cast<std::size_t>(size) + 1);
     TableReader reader(&table);
     reader.Read(head);

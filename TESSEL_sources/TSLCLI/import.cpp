@@ -1,7 +1,6 @@
 // The command import: tables of a spreadsheet become a session.
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <memory>
 
 #include "TSLCLI/commands.h"
@@ -17,6 +16,7 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLIFFMT/dialogue_data.h"
 #include "TSLIFFMT/raw_tables.h"
+#include "mxlibDim/file_path.h"
 
 namespace {
 
@@ -52,9 +52,7 @@ void Import(const ImportOptions& options) {
     const DataSetOfDialogue released;
     TakeCommunities(&tables, options.dropEmpty);
     const FullNames names = TakeOtherTables(tables, options.settings);
-    RunEngine([&] {
-        WriteDataSet(std::filesystem::path(options.files.traits).filename().string().c_str());
-    });
+    RunEngine([&] { WriteDataSet(NameOf(PathOf(options.files.traits).filename()).c_str()); });
     FinishNewSession(names);
     if (tables.types) WriteTypes(tables, typesFile);
 

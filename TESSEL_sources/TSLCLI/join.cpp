@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +16,7 @@
 #include "TSLCLI/settings_text.h"
 #include "TSLCLI/simulation_tables.h"
 #include "TSLIF/simulation/evaluation.h"
+#include "mxlibDim/file_path.h"
 #include "mxlibDim/real_text.h"
 
 namespace {
@@ -51,7 +51,7 @@ const SettingsEntry& EntryOf(const PartSettings& settings, const std::string& ke
 
 PartSettings ReadPartSettings(const std::string& folder) {
     PartSettings settings;
-    settings.file = (std::filesystem::path(folder) / "settings.toml").generic_string();
+    settings.file = NameOf(PathOf(folder) / "settings.toml");
     settings.text = ReadWhole(settings.file);
     settings.entries = ReadSettingsText(settings.text, settings.file);
     const SettingsEntry& part = EntryOf(settings, "part");
@@ -127,8 +127,8 @@ using DataSets = std::vector<std::vector<double>>;
 
 /// Enters the data sets of the part, which its table has to hold in their order.
 void ReadStatistics(const PartSettings& settings, DataSets* dataSets) {
-    const DelimitedTable table = ReadDelimitedTable(
-        std::filesystem::path(settings.file).replace_filename("statistics.csv").generic_string());
+    const DelimitedTable table =
+        ReadDelimitedTable(NameOf(PathOf(settings.file).replace_filename("statistics.csv")));
     const std::string remedy = ": run the part again";
     if (!std::equal(table.columnNames.begin(), table.columnNames.end(),
                     std::begin(kStatisticsHeader) + 1, std::end(kStatisticsHeader)))

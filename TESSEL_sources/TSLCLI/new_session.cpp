@@ -1,7 +1,5 @@
 #include "TSLCLI/new_session.h"
 
-#include <filesystem>
-
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
 #include "TSLCLI/session.h"
@@ -9,11 +7,12 @@
 #include "TSLGLOB/session_files.h"
 #include "TSLGLOB/shell.h"
 #include "TSLIFFM2/track.h"
+#include "mxlibDim/file_path.h"
 
 std::string DataFileOf(const std::string& session) {
     std::string file = session + formdaExt;
     if (session.empty() || session.size() > kOtherSessionNameLength ||
-        !std::filesystem::is_regular_file(file))
+        !std::filesystem::is_regular_file(PathOf(file)))
         FailRun("there is no session " + session + " here: " + file +
                 " is not in the working directory: go to its folder");
     return file;

@@ -2,6 +2,7 @@
 /// \file
 /// Cells of text as numbers.
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,7 +51,7 @@ class CellFaults {
   private:
     const DelimitedTable& table_;
     std::string first_;
-    long count_ = 0;
+    std::ptrdiff_t count_ = 0;
 };
 
 /// Hands each number, from row rows[i] and column columns[j] of the table, to take(i, j, number),

@@ -2,11 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
 
 #include "TSLCLI/failure.h"
 #include "TSLCLI/session.h"
 #include "TSLCLI/settings_file.h"
+#include "mxlibDim/file_path.h"
 #include "mxlibDim/replacement.h"
 #include "mxlibPar/ranks.h"
 
@@ -40,13 +40,12 @@ ResultFolder::ResultFolder(const std::string& tables, const std::string& own, bo
       all_(all.begin(), all.end()) {
     all_.emplace_back(kSettings);
     if (!IsWanted()) return;
-    for (const std::string& table : all_)
-        RefuseToOverwrite((fs::path(path_) / table).generic_string(), force);
+    for (const std::string& table : all_) RefuseToOverwrite(NameOf(PathOf(path_) / table), force);
     if (!IsFirstRank()) return;
     std::error_code error;
-    const fs::path underWay = fs::path(path_) / kUnderWay;
-    isNew_ = fs::create_directories(path_, error);
-    if (!error) lock_.emplace(underWay.generic_string() + ".lock");
+    const fs::path underWay = PathOf(path_) / kUnderWay;
+    isNew_ = fs::create_directories(PathOf(path_), error);
+    if (!error) lock_.emplace(NameOf(underWay) + ".lock");
     if (lock_ && lock_->IsTaken())
         FailRun(path_ + ": another run writes its tables there: give another folder by --tables");
     // A run that was killed may have left its own.
@@ -59,14 +58,14 @@ ResultFolder::ResultFolder(const std::string& tables, const std::string& own, bo
 ResultFolder::~ResultFolder() {
     if (!IsWanted() || !IsFirstRank()) return;
     std::error_code ignored;
-    fs::remove_all(fs::path(path_) / kUnderWay, ignored);
+    fs::remove_all(PathOf(path_) / kUnderWay, ignored);
     lock_.reset();
-    if (isNew_) fs::remove(path_, ignored);  // when nothing stands in it
+    if (isNew_) fs::remove(PathOf(path_), ignored);  // when nothing stands in it
 }
 
 std::string ResultFolder::Table(const std::string& name) {
     written_.push_back(name);
-    return (fs::path(path_) / kUnderWay / name).generic_string();
+    return NameOf(PathOf(path_) / kUnderWay / name);
 }
 
 void ResultFolder::Finish(const CLI::App& command) {
@@ -86,12 +85,12 @@ void ResultFolder::Finish(const std::string& text) {
     if (!IsFirstRank()) return;
     for (const std::string& table : all_) {
         const bool isWritten = std::find(written_.begin(), written_.end(), table) != written_.end();
-        const fs::path place = fs::path(path_) / table;
+        const fs::path place = PathOf(path_) / table;
         std::error_code error;
         if (isWritten)
-            fs::rename(fs::path(path_) / kUnderWay / table, place, error);
+            fs::rename(PathOf(path_) / kUnderWay / table, place, error);
         else
             fs::remove(place, error);
-        if (error) FailRun(place.generic_string() + ": " + error.message());
+        if (error) FailRun(NameOf(place) + ": " + error.message());
     }
 }

@@ -1,7 +1,5 @@
 #include "TSLCLI/session.h"
 
-#include <filesystem>
-
 #include "TSLCLI/engine.h"
 #include "TSLCLI/failure.h"
 #include "TSLGLOB/session_files.h"
@@ -9,12 +7,13 @@
 #include "TSLIF/session_lock.h"
 #include "TSLIFFM2/formda.h"
 #include "TSLIFFM2/track.h"
+#include "mxlibDim/file_path.h"
 #include "mxlibDim/text.h"
 #include "mxlibPar/ranks.h"
 
 bool IsThere(const std::string& path) {
     std::error_code ignored;
-    return ShareNumber(std::filesystem::exists(path, ignored) ? 1 : 0) != 0;
+    return ShareNumber(std::filesystem::exists(PathOf(path), ignored) ? 1 : 0) != 0;
 }
 
 void NameSession(const std::string& name) {

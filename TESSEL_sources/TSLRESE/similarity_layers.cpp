@@ -53,7 +53,7 @@ void AverageWith(int level, int member, LayerAverages* a) {
 SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, int n, int compared,
                                       const int* types, const float* ranges, const float* weights) {
     const int tiles = (compared + kTileSide - 1) / kTileSide;
-    const long nCells = static_cast<long>(tiles) * (tiles + 1) / 2 * kTileCells;
+    const std::ptrdiff_t nCells = static_cast<std::ptrdiff_t>(tiles) * (tiles + 1) / 2 * kTileCells;
     SimilarityLayers layers{compared, tiles, nCells, ScopedMatrix<float>(nVariables, nCells),
                             ScopedVector<bool>(nVariables)};
     ScopedVector<float> values(n);
@@ -70,7 +70,7 @@ SimilarityLayers MakeSimilarityLayers(int nVariables, const float* const* data, 
 }
 
 LayerAverages MakeLayerAverages(const SimilarityLayers& layers, int largestSubset) {
-    const long side = static_cast<long>(layers.tiles) * kTileSide;
+    const std::ptrdiff_t side = static_cast<std::ptrdiff_t>(layers.tiles) * kTileSide;
     const int levels = std::max(largestSubset, 1);  // the sum over all members is not kept
     LayerAverages averages{&layers,
                            ScopedMatrix<double>(levels, layers.nCells),
@@ -96,7 +96,8 @@ float* const* AverageLayers(int size, const int* members, LayerAverages* average
         AverageWith(level, members[level], averages);
     else
         std::fill_n(averages->similarity.get(),
-                    static_cast<long>(layers.tiles) * layers.tiles * kTileCells, float{kMissing});
+                    static_cast<std::ptrdiff_t>(layers.tiles) * layers.tiles * kTileCells,
+                    float{kMissing});
     for (int i = 0; i < layers.n; i++) averages->rows[i][i] = 1.0F;
     return averages->rows;
 }

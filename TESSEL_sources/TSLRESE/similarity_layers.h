@@ -10,7 +10,7 @@
 struct SimilarityLayers {
     int n;                       ///< objects compared
     int tiles;                   ///< per row; cells lie in square tiles on and above the diagonal
-    long nCells;                 ///< of a layer
+    std::ptrdiff_t nCells;       ///< of a layer
     ScopedMatrix<float> layers;  ///< by variable
     ScopedVector<bool> isComplete;  ///< by variable: no missing cell
 };

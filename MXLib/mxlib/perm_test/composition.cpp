@@ -44,7 +44,7 @@ double* AppendValues(int p, const T* source, const int* sel, double* to) {
 
 void FillTable(const TestRecord& in, CompositionTables* c) {
     for (int k = 0; k < in.nOTUs; k++) {
-        double* to = c->table + static_cast<long>(k) * c->width;
+        double* to = c->table + static_cast<std::ptrdiff_t>(k) * c->width;
         to = AppendValues(in.nTraits, in.B[k], in.traitsInUse, to);
         to = AppendValues(in.nTypes, in.U[k], nullptr, to);
         if (in.includePhylogeny) AppendValues(in.nTaxa, in.Q[k], nullptr, to);
@@ -53,9 +53,9 @@ void FillTable(const TestRecord& in, CompositionTables* c) {
 
 std::shared_ptr<const CompositionTables> MakeTables(const TestRecord& in) {
     const int width = TableWidth(in);
-    std::shared_ptr<CompositionTables> tables(
-        new CompositionTables{NeedsPlainProducts(in), PresentCells(in.nCommunities, in.nOTUs, in.W),
-                              width, ScopedVector<double>(static_cast<long>(in.nOTUs) * width)});
+    std::shared_ptr<CompositionTables> tables(new CompositionTables{
+        NeedsPlainProducts(in), PresentCells(in.nCommunities, in.nOTUs, in.W), width,
+        ScopedVector<double>(static_cast<std::ptrdiff_t>(in.nOTUs) * width)});
     FillTable(in, tables.get());
     return tables;
 }
@@ -63,10 +63,11 @@ std::shared_ptr<const CompositionTables> MakeTables(const TestRecord& in) {
 void SparseProducts(const TestRecord& in, const int* list, Composition* c, Arrangement* now) {
     const Kernels& kernels = KernelsOfProcessor();
     const CompositionTables& tables = *c->tables;
-    const long* start = tables.w.start;
-    for (long e = 0; e < start[in.nCommunities]; e++) c->at[e] = list[tables.w.otu[e]] - 1;
+    const std::ptrdiff_t* start = tables.w.start;
+    for (std::ptrdiff_t e = 0; e < start[in.nCommunities]; e++)
+        c->at[e] = list[tables.w.otu[e]] - 1;
     for (int i = 0; i < in.nCommunities; i++) {
-        const long first = start[i];
+        const std::ptrdiff_t first = start[i];
         kernels.weightedRows(static_cast<int>(start[i + 1] - first), c->at + first,
                              tables.w.value + first, tables.table, tables.width, c->row);
         const double* from = c->row;
@@ -105,18 +106,18 @@ int ColumnsOf(const TestRecord& in, Letter letter) {
     return columns[letter];
 }
 
-long CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w) {
-    long count = 0;
+std::ptrdiff_t CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w) {
+    std::ptrdiff_t count = 0;
     for (int i = 0; i < nCommunities; i++)
         for (int k = 0; k < nOTUs; k++) count += w[i][k] != 0 && !IsMissing(w[i][k]);
     return count;
 }
 
 SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w) {
-    const long count = CountPresent(nCommunities, nOTUs, w);
-    SparseCells cells{ScopedVector<long>(nCommunities + 1), ScopedVector<int>(count),
+    const std::ptrdiff_t count = CountPresent(nCommunities, nOTUs, w);
+    SparseCells cells{ScopedVector<std::ptrdiff_t>(nCommunities + 1), ScopedVector<int>(count),
                       ScopedVector<double>(count)};
-    long e = 0;
+    std::ptrdiff_t e = 0;
     for (int i = 0; i < nCommunities; i++) {
         for (int k = 0; k < nOTUs; k++) {
             if (w[i][k] == 0 || IsMissing(w[i][k])) continue;

@@ -24,11 +24,11 @@ int ColumnsOf(const TestRecord& in, Letter letter);
 
 /// The cells of W that add anything, community after community, OTUs ascending.
 struct SparseCells {
-    ScopedVector<long> start;  ///< first entry of each community, and the end
+    ScopedVector<std::ptrdiff_t> start;  ///< first entry of each community, and the end
     ScopedVector<int> otu;
     ScopedVector<double> value;
 };
-long CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w);
+std::ptrdiff_t CountPresent(int nCommunities, int nOTUs, ConstMatrix<double> w);
 SparseCells PresentCells(int nCommunities, int nOTUs, ConstMatrix<double> w);
 
 /// What the products read in every order of the OTUs.

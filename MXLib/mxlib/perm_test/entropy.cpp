@@ -23,8 +23,9 @@ bool ToProportions(int nCommunities, SparseCells* cells) {
     bool finite = true;
     for (int i = 0; i < nCommunities; i++) {
         double total = 0.0;
-        for (long e = cells->start[i]; e < cells->start[i + 1]; e++) total += cells->value[e];
-        for (long e = cells->start[i]; e < cells->start[i + 1]; e++) {
+        for (std::ptrdiff_t e = cells->start[i]; e < cells->start[i + 1]; e++)
+            total += cells->value[e];
+        for (std::ptrdiff_t e = cells->start[i]; e < cells->start[i + 1]; e++) {
             cells->value[e] = total > 0 ? cells->value[e] / total : 0.0;
             finite = finite && std::isfinite(cells->value[e]);
         }
@@ -57,7 +58,8 @@ double SumOverPairs(int present, const int* at, const double* p, const double* t
     for (; k + kRows <= present; k += kRows) {
         const double* row[kRows];
         double later[kRows] = {};
-        for (int t = 0; t < kRows; t++) row[t] = table + static_cast<long>(at[k + t]) * nOTUs;
+        for (int t = 0; t < kRows; t++)
+            row[t] = table + static_cast<std::ptrdiff_t>(at[k + t]) * nOTUs;
         for (int l = k + kRows; l < present; l++)
             for (int t = 0; t < kRows; t++) later[t] += p[l] * row[t][at[l]];
         for (int t = 0; t < kRows; t++) {
@@ -66,7 +68,7 @@ double SumOverPairs(int present, const int* at, const double* p, const double* t
         }
     }
     for (; k < present; k++) {
-        const double* row = table + static_cast<long>(at[k]) * nOTUs;
+        const double* row = table + static_cast<std::ptrdiff_t>(at[k]) * nOTUs;
         double later = 0.0;
         for (int l = k + 1; l < present; l++) later += p[l] * row[at[l]];
         sum += p[k] * (2.0 * later + p[k] * row[at[k]]);
@@ -76,10 +78,10 @@ double SumOverPairs(int present, const int* at, const double* p, const double* t
 
 void SumOverPresentPairs(const TestRecord& in, const int* otuOf, const double* table,
                          Entropies* e) {
-    const long entries = e->tables->proportions.start[in.nCommunities];
-    for (long k = 0; k < entries; k++) e->at[k] = otuOf[e->tables->proportions.otu[k]];
+    const std::ptrdiff_t entries = e->tables->proportions.start[in.nCommunities];
+    for (std::ptrdiff_t k = 0; k < entries; k++) e->at[k] = otuOf[e->tables->proportions.otu[k]];
     for (int i = 0; i < in.nCommunities; i++) {
-        const long first = e->tables->proportions.start[i];
+        const std::ptrdiff_t first = e->tables->proportions.start[i];
         e->q[i] =
             SumOverPairs(static_cast<int>(e->tables->proportions.start[i + 1] - first),
                          e->at + first, e->tables->proportions.value + first, table, in.nOTUs);
@@ -130,7 +132,7 @@ void MakeRoomForRows(int nOTUs, Entropies* e) {
 }
 
 std::shared_ptr<EntropyTables> MakeTables(const TestRecord& in) {
-    const long cells = static_cast<long>(in.nOTUs) * in.nOTUs;
+    const std::ptrdiff_t cells = static_cast<std::ptrdiff_t>(in.nOTUs) * in.nOTUs;
     std::shared_ptr<EntropyTables> tables(new EntropyTables{
         false, PresentCells(in.nCommunities, in.nOTUs, in.W), ScopedVector<double>(cells),
         ScopedVector<double>(in.includePhylogeny ? cells : 0), nullptr});

@@ -30,10 +30,10 @@ int MeasureOf(const TestRecord& in, Letter letter) {
 }
 
 /// The rule of MatrixCorr on two vectors of cells.
-double CorrelationOfPresent(long m, const double* a, const double* b) {
+double CorrelationOfPresent(std::ptrdiff_t m, const double* a, const double* b) {
     double meanA = 0.0, meanB = 0.0;
-    long count = 0;
-    for (long k = 0; k < m; k++) {
+    std::ptrdiff_t count = 0;
+    for (std::ptrdiff_t k = 0; k < m; k++) {
         if (IsMissing(a[k]) || IsMissing(b[k])) continue;
         meanA += a[k];
         meanB += b[k];
@@ -42,7 +42,7 @@ double CorrelationOfPresent(long m, const double* a, const double* b) {
     meanA /= static_cast<double>(count);
     meanB /= static_cast<double>(count);
     double squaresA = 0.0, squaresB = 0.0, products = 0.0;
-    for (long k = 0; k < m; k++) {
+    for (std::ptrdiff_t k = 0; k < m; k++) {
         if (IsMissing(a[k]) || IsMissing(b[k])) continue;
         squaresA += (a[k] - meanA) * (a[k] - meanA);
         squaresB += (b[k] - meanB) * (b[k] - meanB);
@@ -66,7 +66,7 @@ void TakeFixed(const TestRecord& in, Letter letter, ConstMatrix<double> d, Mante
 bool TakeColumns(int n, int p, ConstMatrix<double> a, MantelPairs* m) {
     bool missing = false;
     for (int j = 0; j < p; j++) {
-        double* column = m->columns + static_cast<long>(j) * m->stride;
+        double* column = m->columns + static_cast<std::ptrdiff_t>(j) * m->stride;
         for (int i = 0; i < n; i++) {
             column[i] = a[i][j];
             missing |= IsMissing(a[i][j]);
@@ -80,11 +80,11 @@ void UnitLengthOfObjects(int n, int p, MantelPairs* m) {
         double* x = m->columns + i;
         double squares = 0.0;
         for (int j = 0; j < p; j++) {
-            const double value = x[static_cast<long>(j) * m->stride];
+            const double value = x[static_cast<std::ptrdiff_t>(j) * m->stride];
             squares += value * value;
         }
         const double length = squares > 0 ? std::sqrt(squares) : 1.0;
-        for (int j = 0; j < p; j++) x[static_cast<long>(j) * m->stride] /= length;
+        for (int j = 0; j < p; j++) x[static_cast<std::ptrdiff_t>(j) * m->stride] /= length;
     }
 }
 
@@ -127,7 +127,7 @@ double CorrelationOf(double products, double squaresA, double squaresB) {
 /// Centres the cells just made and sums their products with the other side of each pair of the
 /// block, a piece of cells after the other while it is at hand.
 void CorrelateCells(Block block, MantelPairs* m, Statistics* s) {
-    constexpr long kPiece = 1024;
+    constexpr std::ptrdiff_t kPiece = 1024;
     constexpr int kMostOthers = 4;
     const Letter made = MadeIn(block);
     const PairStatistic* pairs[kMostOthers];
@@ -142,7 +142,7 @@ void CorrelateCells(Block block, MantelPairs* m, Statistics* s) {
     double* cells = m->cells[made];
     const double mean = kernels.sum(m->nCells, cells) / static_cast<double>(m->nCells);
     double sums[1 + kMostOthers] = {};
-    for (long from = 0; from < m->nCells; from += kPiece) {
+    for (std::ptrdiff_t from = 0; from < m->nCells; from += kPiece) {
         double ofPiece[1 + kMostOthers];
         for (int k = 0; k < count; k++) others[k] = m->cells[otherOf(*pairs[k])] + from;
         kernels.centreAndDots(std::min(kPiece, m->nCells - from), mean, cells + from, count, others,
@@ -165,8 +165,8 @@ int WidestVarying(const TestRecord& in) {
 
 MantelPairs MakeMantelPairs(const TestRecord& in, const MantelPairs* first) {
     const int n = in.nCommunities;
-    const long nCells = CountCellsAbove(n);
-    const long places = nCells + kOverrun;
+    const std::ptrdiff_t nCells = CountCellsAbove(n);
+    const std::ptrdiff_t places = nCells + kOverrun;
     const int stride = n + kOverrun;
     MantelPairs m{nCells,
                   stride,
@@ -176,7 +176,7 @@ MantelPairs MakeMantelPairs(const TestRecord& in, const MantelPairs* first) {
                   {},
                   {},
                   {},
-                  ScopedVector<double>(static_cast<long>(stride) * WidestVarying(in)),
+                  ScopedVector<double>(static_cast<std::ptrdiff_t>(stride) * WidestVarying(in)),
                   ScopedMatrix<double>(n, n)};
     for (int k = 0; k < kLetters; k++)
         m.cells[k] = k < kFixedLetters ? (*m.fixed)[k] : m.varying[k - kFixedLetters];

@@ -10,7 +10,7 @@
 #include "mxlibRes/mantel_sides.h"
 
 struct MantelPairs {
-    long nCells;
+    std::ptrdiff_t nCells;
     int stride;                                   ///< places of a column
     std::shared_ptr<ScopedMatrix<double>> fixed;  ///< cells of the fixed letters, of all workers
     ScopedMatrix<double> varying;

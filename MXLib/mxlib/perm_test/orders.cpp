@@ -1,8 +1,8 @@
 #include "mxlib/perm_test/orders.h"
 
 bool IsLargeTable(int n) {
-    constexpr long kLarge = 1L << 19;  // cells, 4 MB
-    return static_cast<long>(n) * n > kLarge;
+    constexpr std::ptrdiff_t kLarge = 1 << 19;  // cells, 4 MB
+    return static_cast<std::ptrdiff_t>(n) * n > kLarge;
 }
 
 int OrdersTogether(int n) {

@@ -4,10 +4,11 @@
 
 namespace {
 
-int OrdersInOnePass(long entries) {
-    constexpr long kMostPlaces = 1L << 21;  // of one order or more
-    constexpr long kMostOrders = 8;
-    return static_cast<int>(std::clamp(kMostPlaces / std::max(entries, 1L), 1L, kMostOrders));
+int OrdersInOnePass(std::ptrdiff_t entries) {
+    constexpr std::ptrdiff_t kMostPlaces = 1 << 21;  // of one order or more
+    constexpr std::ptrdiff_t kMostOrders = 8;
+    return static_cast<int>(std::clamp<std::ptrdiff_t>(
+        kMostPlaces / std::max<std::ptrdiff_t>(entries, 1), 1, kMostOrders));
 }
 
 /// The terms of W entries of one row side by side, from the longest to the shortest.
@@ -18,7 +19,7 @@ void AddTerms(const EntryOfRow* entries, const int* at, const double* p, const d
     const double* proportion[W];
     double later[W] = {};
     for (int t = 0; t < W; t++) {
-        const long first = entries[t].entry + entries[t].behind;
+        const std::ptrdiff_t first = entries[t].entry + entries[t].behind;
         otu[t] = at + first;
         proportion[t] = p + first;
     }
@@ -28,8 +29,9 @@ void AddTerms(const EntryOfRow* entries, const int* at, const double* p, const d
     for (int t = 0; t < W; t++) {
         for (int l = common; l < entries[t].length; l++)
             later[t] += proportion[t][l] * row[otu[t][l]];
-        const long e = entries[t].entry;
-        for (long u = e + 1; u < e + entries[t].behind; u++) later[t] += p[u] * row[at[u]];
+        const std::ptrdiff_t e = entries[t].entry;
+        for (std::ptrdiff_t u = e + 1; u < e + entries[t].behind; u++)
+            later[t] += p[u] * row[at[u]];
         terms[e] = p[e] * (2.0 * later[t] + p[e] * row[at[e]]);
     }
 }
@@ -46,13 +48,13 @@ void MakeTerms(const SparseCells& proportions, const double* table, const Orders
     constexpr int kTogether = 4;
     const int n = orders.n;
     for (int otu = 0; otu < n; otu++) {
-        const double* row = table + static_cast<long>(otu) * n;
+        const double* row = table + static_cast<std::ptrdiff_t>(otu) * n;
         if (otu + 1 < n) Prefetch(n, row + n);
         for (int k = first; k < end; k++) {
             const int place = orders.placeOf[k][otu];
             const int* at = room->at[k - first];
             double* terms = room->terms[k - first];
-            long e = rows.start[place];
+            std::ptrdiff_t e = rows.start[place];
             for (; e + kTogether <= rows.start[place + 1]; e += kTogether)
                 AddTerms<kTogether>(rows.entries + e, at, proportions.value, row, terms);
             for (; e < rows.start[place + 1]; e++)
@@ -61,9 +63,9 @@ void MakeTerms(const SparseCells& proportions, const double* table, const Orders
     }
 }
 
-EntryOfRow EntryAt(long entry, long start, long end) {
-    const long block = (entry - start) / kBlockOfSum * kBlockOfSum + start;
-    const long behind = block + kBlockOfSum <= end ? block + kBlockOfSum : entry + 1;
+EntryOfRow EntryAt(std::ptrdiff_t entry, std::ptrdiff_t start, std::ptrdiff_t end) {
+    const std::ptrdiff_t block = (entry - start) / kBlockOfSum * kBlockOfSum + start;
+    const std::ptrdiff_t behind = block + kBlockOfSum <= end ? block + kBlockOfSum : entry + 1;
     return {entry, static_cast<int>(behind - entry), static_cast<int>(end - behind)};
 }
 
@@ -79,15 +81,15 @@ double CountPairs(int nCommunities, const SparseCells& cells) {
 }
 
 EntriesByRow MakeEntriesByRow(int nCommunities, int nOTUs, const SparseCells& cells) {
-    const long count = cells.start[nCommunities];
-    EntriesByRow rows{OrdersInOnePass(count), ScopedVector<long>(nOTUs + 1),
+    const std::ptrdiff_t count = cells.start[nCommunities];
+    EntriesByRow rows{OrdersInOnePass(count), ScopedVector<std::ptrdiff_t>(nOTUs + 1),
                       ScopedVector<EntryOfRow>(count)};
-    for (long e = 0; e < count; e++) rows.start[cells.otu[e] + 1]++;
+    for (std::ptrdiff_t e = 0; e < count; e++) rows.start[cells.otu[e] + 1]++;
     for (int k = 0; k < nOTUs; k++) rows.start[k + 1] += rows.start[k];
-    ScopedVector<long> next(nOTUs);
+    ScopedVector<std::ptrdiff_t> next(nOTUs);
     std::copy_n(rows.start.get(), nOTUs, next.get());
     for (int i = 0; i < nCommunities; i++)
-        for (long e = cells.start[i]; e < cells.start[i + 1]; e++)
+        for (std::ptrdiff_t e = cells.start[i]; e < cells.start[i + 1]; e++)
             rows.entries[next[cells.otu[e]]++] = EntryAt(e, cells.start[i], cells.start[i + 1]);
     for (int k = 0; k < nOTUs; k++)
         std::sort(rows.entries + rows.start[k], rows.entries + rows.start[k + 1],
@@ -96,7 +98,7 @@ EntriesByRow MakeEntriesByRow(int nCommunities, int nOTUs, const SparseCells& ce
 }
 
 RowTerms MakeRowTerms(int nOTUs, const EntriesByRow& rows) {
-    const long count = rows.start[nOTUs];
+    const std::ptrdiff_t count = rows.start[nOTUs];
     return {ScopedMatrix<int>(rows.together, count), ScopedMatrix<double>(rows.together, count)};
 }
 
@@ -106,13 +108,13 @@ void SumByRows(int nCommunities, const SparseCells& proportions, const double* t
     for (int first = 0; first < orders.count; first += rows.together) {
         const int end = std::min(first + rows.together, orders.count);
         for (int k = first; k < end; k++)
-            for (long e = 0; e < proportions.start[nCommunities]; e++)
+            for (std::ptrdiff_t e = 0; e < proportions.start[nCommunities]; e++)
                 room->at[k - first][e] = orders.otuOf[k][proportions.otu[e]];
         MakeTerms(proportions, table, orders, first, end, rows, room);
         for (int k = first; k < end; k++)
             for (int i = 0; i < nCommunities; i++) {
                 double sum = 0.0;
-                for (long e = proportions.start[i]; e < proportions.start[i + 1]; e++)
+                for (std::ptrdiff_t e = proportions.start[i]; e < proportions.start[i + 1]; e++)
                     sum += room->terms[k - first][e];
                 entropies[k][i] = sum;
             }

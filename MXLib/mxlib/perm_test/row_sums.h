@@ -14,15 +14,15 @@ inline constexpr int kBlockOfSum = 4;
 
 /// What one entry looks up.
 struct EntryOfRow {
-    long entry;
+    std::ptrdiff_t entry;
     int behind;  ///< places from the entry to the first one behind its block
     int length;  ///< entries from there to the end of its community
 };
 
 struct EntriesByRow {
-    int together;                      ///< orders in one pass
-    ScopedVector<long> start;          ///< first entry of each OTU, and the end
-    ScopedVector<EntryOfRow> entries;  ///< of OTU after OTU, the longest first
+    int together;                        ///< orders in one pass
+    ScopedVector<std::ptrdiff_t> start;  ///< first entry of each OTU, and the end
+    ScopedVector<EntryOfRow> entries;    ///< of OTU after OTU, the longest first
 };
 
 /// A worker's room.

@@ -22,13 +22,13 @@ bool IsSymmetric(int n, ConstMatrix<double> s) {
 std::shared_ptr<SignalOfPairs> MakeSignalOfPairs(int n) {
     return std::shared_ptr<SignalOfPairs>(
         new SignalOfPairs{false, ScopedVector<double>(CountCellsAbove(n)), ScopedVector<double>(n),
-                          ScopedVector<double>(static_cast<long>(n) * n), 0.0});
+                          ScopedVector<double>(static_cast<std::ptrdiff_t>(n) * n), 0.0});
 }
 
 /// Both sides centred at the means of their cells above the diagonal.
 void PrepareCorrelation(const TestRecord& in, SignalOfPairs* pairs) {
     const int n = in.nOTUs;
-    const long nCells = CountCellsAbove(n);
+    const std::ptrdiff_t nCells = CountCellsAbove(n);
     CellsAbove<float>(n, in.Sb, pairs->above);
     const double* above = pairs->above;
     pairs->plain =
@@ -55,17 +55,18 @@ void PrepareRV(const PhylogeneticSignal& signal, SignalOfPairs* pairs) {
     const double* cell = signal.sideScores->above;
     double* table = pairs->phylogeny;
     for (int i = 0; i < n; i++) {
-        table[static_cast<long>(i) * n + i] = signal.sideScores->diagonal[i];
+        table[static_cast<std::ptrdiff_t>(i) * n + i] = signal.sideScores->diagonal[i];
         for (int j = i + 1; j < n; j++, cell++)
-            table[static_cast<long>(i) * n + j] = table[static_cast<long>(j) * n + i] = 2.0 * *cell;
+            table[static_cast<std::ptrdiff_t>(i) * n + j] =
+                table[static_cast<std::ptrdiff_t>(j) * n + i] = 2.0 * *cell;
     }
     pairs->scale = 1.0 / std::sqrt(SelfProduct(*signal.sideScores) * SelfProduct(*signal.sideB));
 }
 
 /// What the OTU in place i adds, `row` being its row of the phylogeny.
 double TermOfPlace(int n, const SignalOfPairs& pairs, const int* otuOf, int i, const double* row) {
-    const double* above =
-        pairs.above + static_cast<long>(i) * n - static_cast<long>(i) * (i + 1) / 2;
+    const double* above = pairs.above + static_cast<std::ptrdiff_t>(i) * n -
+                          static_cast<std::ptrdiff_t>(i) * (i + 1) / 2;
     return pairs.diagonal[i] * row[otuOf[i]] + GatheredDot(n - 1 - i, otuOf + i + 1, above, row);
 }
 
@@ -147,7 +148,7 @@ void SignalsAhead(const Orders& orders, PhylogeneticSignal* signal) {
     if (!AreLookedUp(*signal)) return;
     const int n = orders.n;
     for (int otu = 0; otu < n; otu++) {
-        const double* row = signal->pairs->phylogeny + static_cast<long>(otu) * n;
+        const double* row = signal->pairs->phylogeny + static_cast<std::ptrdiff_t>(otu) * n;
         for (int k = 0; k < orders.count; k++) {
             const int i = orders.placeOf[k][otu];
             (*signal->terms)[k][i] = TermOfPlace(n, *signal->pairs, orders.otuOf[k], i, row);

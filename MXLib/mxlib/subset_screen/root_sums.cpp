@@ -18,11 +18,11 @@ INLINE_BODY double SumOfLanes(const Doubles& x) {
 }
 
 template <int kSides, class R>
-INLINE_BODY void RootSumsBody(long m, const float* a, const float* b, const float* first,
+INLINE_BODY void RootSumsBody(std::ptrdiff_t m, const float* a, const float* b, const float* first,
                               const float* second, double* sums) {
     using Floats = typename R::Floats;
     typename R::Doubles total[kSides + 1] = {};
-    for (long from = 0; from < m;) {
+    for (std::ptrdiff_t from = 0; from < m;) {
         Floats chain[kSides + 1] = {};
         for (int s = 0; s < kRootSumChain && from < m; s++, from += R::kFloats) {
             Floats x, y;
@@ -43,8 +43,8 @@ INLINE_BODY void RootSumsBody(long m, const float* a, const float* b, const floa
 }
 
 template <class R>
-INLINE_BODY void RootSumsOfSides(long m, const float* a, const float* b, const float* first,
-                                 const float* second, double* sums) {
+INLINE_BODY void RootSumsOfSides(std::ptrdiff_t m, const float* a, const float* b,
+                                 const float* first, const float* second, double* sums) {
     if (second == nullptr)
         RootSumsBody<1, R>(m, a, b, first, second, sums);
     else
@@ -52,11 +52,11 @@ INLINE_BODY void RootSumsOfSides(long m, const float* a, const float* b, const f
 }
 
 #if defined(__x86_64__)
-[[gnu::target("avx2")]] void WideRootSums(long m, const float* a, const float* b,
+[[gnu::target("avx2")]] void WideRootSums(std::ptrdiff_t m, const float* a, const float* b,
                                           const float* first, const float* second, double* sums) {
     RootSumsOfSides<WideRegisters>(m, a, b, first, second, sums);
 }
-[[gnu::target("avx512f,avx512vl,avx512dq")]] void WidestRootSums(long m, const float* a,
+[[gnu::target("avx512f,avx512vl,avx512dq")]] void WidestRootSums(std::ptrdiff_t m, const float* a,
                                                                  const float* b, const float* first,
                                                                  const float* second,
                                                                  double* sums) {
@@ -66,8 +66,8 @@ INLINE_BODY void RootSumsOfSides(long m, const float* a, const float* b, const f
 
 }  // namespace
 
-void RootSums(long m, const float* a, const float* b, const float* first, const float* second,
-              double* sums) {
+void RootSums(std::ptrdiff_t m, const float* a, const float* b, const float* first,
+              const float* second, double* sums) {
 #if defined(__x86_64__)
     if (BytesOfRegisters() == 64) return WidestRootSums(m, a, b, first, second, sums);
     if (BytesOfRegisters() == 32) return WideRootSums(m, a, b, first, second, sums);

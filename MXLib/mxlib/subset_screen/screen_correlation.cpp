@@ -18,7 +18,7 @@ constexpr double kMostCells = 6e7;
 template <class T>
 void TakeFixed(const MantelSide& side, T* unit) {
     const double length = std::sqrt(side.squares);
-    for (long c = 0; c < side.nCells; c++)
+    for (std::ptrdiff_t c = 0; c < side.nCells; c++)
         unit[c] = static_cast<T>((side.cells[c] - side.mean) / length);
 }
 
@@ -45,7 +45,7 @@ std::unique_ptr<SubsetScreen> ScreenAbsolute(const ScreenedTraits<Real>& traits,
                                              std::span<const MantelSide* const> fixed,
                                              bool isNarrowed) {
     const int p = traits.p;
-    const long m = fixed[0]->nCells;
+    const std::ptrdiff_t m = fixed[0]->nCells;
     const auto sides = static_cast<int>(fixed.size());
     ScopedMatrix<double> cells(p, m);
     ScopedMatrix<double> unit(sides, m);
@@ -60,17 +60,17 @@ std::unique_ptr<SubsetScreen> ScreenAbsolute(const ScreenedTraits<Real>& traits,
     for (int k = 0; k < p; k++) {
         CellsOfTrait(traits, k, false, cells[k]);
         double sum = 0.0, squares = 0.0;
-        for (long c = 0; c < m; c++) {
+        for (std::ptrdiff_t c = 0; c < m; c++) {
             sum += cells[k][c];
             squares += cells[k][c] * cells[k][c];
         }
         form.magnitude[k] = std::sqrt(squares);
-        for (long c = 0; c < m; c++) cells[k][c] -= sum / static_cast<double>(m);
+        for (std::ptrdiff_t c = 0; c < m; c++) cells[k][c] -= sum / static_cast<double>(m);
         for (int s = 0; s < sides; s++)
-            for (long c = 0; c < m; c++) form.linear[s][k] += cells[k][c] * unit[s][c];
+            for (std::ptrdiff_t c = 0; c < m; c++) form.linear[s][k] += cells[k][c] * unit[s][c];
         for (int j = 0; j <= k; j++) {
             double product = 0.0;
-            for (long c = 0; c < m; c++) product += cells[j][c] * cells[k][c];
+            for (std::ptrdiff_t c = 0; c < m; c++) product += cells[j][c] * cells[k][c];
             form.pairs[j][k] = form.pairs[k][j] = product;
         }
     }
@@ -102,7 +102,8 @@ class RootModel {
         for (int s = 0; s < sides_; s++) TakeFixed(*fixed[static_cast<size_t>(s)], unit_[s]);
         for (int k = 0; k < traits.p; k++) {
             CellsOfTrait(traits, k, true, cells_[k]);
-            for (long c = 0; c < m_; c++) squares_[k] += static_cast<double>(cells_[k][c]);
+            for (std::ptrdiff_t c = 0; c < m_; c++)
+                squares_[k] += static_cast<double>(cells_[k][c]);
         }
     }
 
@@ -115,7 +116,7 @@ class RootModel {
         const float* from = sums_[depth];
         const float* more = cells_[trait];
         float* to = sums_[depth + 1];
-        for (long c = 0; c < room_; c++) to[c] = from[c] + more[c];
+        for (std::ptrdiff_t c = 0; c < room_; c++) to[c] = from[c] + more[c];
         sumsOfSquares_[depth + 1] = sumsOfSquares_[depth] + squares_[trait];
     }
 
@@ -153,8 +154,8 @@ class RootModel {
         return product + error + narrowing_;
     }
 
-    long m_;
-    long room_;  ///< cells with those beyond the last, which are 0
+    std::ptrdiff_t m_;
+    std::ptrdiff_t room_;  ///< cells with those beyond the last, which are 0
     int sides_;
     double narrowing_;
     ScopedMatrix<float> cells_;           ///< by trait: squared differences

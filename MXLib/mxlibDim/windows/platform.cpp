@@ -5,14 +5,16 @@
 #include <share.h>
 #include <sys/stat.h>
 #include <windows.h>
+
 // Behind windows.h, whose types it takes.
 #include <psapi.h>
 
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <new>
 #include <system_error>
+
+#include "mxlibDim/file_path.h"
 
 const char* const kNullDevice = "NUL";
 
@@ -61,7 +63,7 @@ bool SendToDisk(FILE* stream) {
 
 bool Rename(const char* from, const char* to) {
     std::error_code error;
-    std::filesystem::rename(from, to, error);
+    std::filesystem::rename(PathOf(from), PathOf(to), error);
     if (error) errno = error.default_error_condition().value();
     return !error;
 }
