@@ -39,14 +39,17 @@ case "$machine" in
   g++*/aarch64) cxx=aarch64-linux-gnu-$cxx ;;
   */aarch64) options+=(-DCMAKE_C_COMPILER_TARGET=aarch64-linux-gnu -DCMAKE_CXX_COMPILER_TARGET=aarch64-linux-gnu) ;;
 esac
-cc=${cxx/g++/gcc}
-options+=(-DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_C_COMPILER="${cc/clang++/clang}")
+case "$cxx" in
+  clang*) cc=${cxx/++/} ;;
+  *) cc=${cxx/g++/gcc} ;;
+esac
+options+=(-DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_C_COMPILER="$cc")
 static=(-DCMAKE_EXE_LINKER_FLAGS=-static -DOpenMP_gomp_LIBRARY=gomp)
 
 if is_among "$machine" "${here[@]}"; then
   scripts/install-packages.sh build compilers
   cmake -S . -B "$folder" "${options[@]}"
-  cmake --build "$folder" --target TESSEL -j "$cores"
+  cmake --build "$folder" --target TESSEL -j "$cores" -- -k
   scripts/same-results.sh "$folder/TESSEL"
 elif is_among "$machine" "${arm[@]}"; then
   scripts/install-packages.sh build compilers aarch64
@@ -54,7 +57,7 @@ elif is_among "$machine" "${arm[@]}"; then
     scripts/build-libraries.sh build-aarch64 aarch64-linux-gnu
   cmake -S . -B "$folder" -C build-aarch64/libraries.cmake -DCMAKE_SYSTEM_NAME=Linux \
     -DCMAKE_SYSTEM_PROCESSOR=aarch64 "${options[@]}" "${static[@]}"
-  cmake --build "$folder" --target TESSEL -j "$cores"
+  cmake --build "$folder" --target TESSEL -j "$cores" -- -k
   scripts/same-results.sh qemu-aarch64-static "$folder/TESSEL"
 elif is_among "$machine" "${debian13[@]}"; then
   scripts/install-packages.sh build compilers
@@ -65,13 +68,14 @@ elif is_among "$machine" "${debian13[@]}"; then
       trixie $trixie http://deb.debian.org/debian
     touch $trixie/complete
   fi
+  inside=(env -u CMAKE_CXX_COMPILER_LAUNCHER -u CMAKE_C_COMPILER_LAUNCHER chroot "$trixie")
   # Sources and libraries are copied; the program needs nothing of Debian 13, and runs here.
   CC=gcc AR=ar RANLIB=ranlib scripts/build-libraries.sh $machines/libraries x86_64-linux-gnu
   mkdir -p $trixie/tessel
   git ls-files -z --cached --others --exclude-standard | tar -c --null -T - | tar -x -C $trixie/tessel
   cp -ru $machines/libraries $trixie/
-  chroot $trixie cmake -S /tessel -B "/$folder" -C /libraries/libraries.cmake "${options[@]}" "${static[@]}"
-  chroot $trixie cmake --build "/$folder" --target TESSEL -j "$cores"
+  "${inside[@]}" cmake -S /tessel -B "/$folder" -C /libraries/libraries.cmake "${options[@]}" "${static[@]}"
+  "${inside[@]}" cmake --build "/$folder" --target TESSEL -j "$cores" -- -k
   scripts/same-results.sh "$trixie/$folder/TESSEL"
 else
   echo "no compiler $machine: ${here[*]} ${debian13[*]} ${arm[*]}" >&2
