@@ -46,6 +46,12 @@ struct FixedMatrix {
 FixedMatrix MakeFixedMatrix(ConstMatrix<double> b, int covariables,
                             const PartialCorrelationRoom& room);
 
+/// Whether the residuals of b cost so much that the estimates below pay: b is far wider than a. RV
+/// has none where it compares a by its objects.
+inline bool EstimatesPay(const PartialCorrelationRoom& room) {
+    return !room.a.byObjects && room.b.p >= 2 * room.a.p;
+}
+
 /// The coefficient for a and the fixed b without making the residuals of b: the same to eight
 /// digits; NaN where fewer would be left.
 double EstimatedPartialCorrelation(ConstMatrix<double> a, double overfit,

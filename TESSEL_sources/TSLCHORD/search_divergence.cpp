@@ -222,9 +222,10 @@ SubsetRater RaterOf(const DivergenceCriterion& criterion,
         if (structures != nullptr) PrintStructures(structures, subsets[0], &room->withE, t.get());
         return true;
     };
-    if (criterion.form == Form::partial && opt_ro != kMantel && structures == nullptr && t->K > 1) {
-        // Z is wide, and its residuals would be made anew for each subset.
-        PartialCorrelationRoom* const partial = room->divergence.room.get();
+    // Z is wide, and its residuals would be made anew for each subset.
+    PartialCorrelationRoom* const partial = room->divergence.room.get();
+    if (criterion.form == Form::partial && opt_ro != kMantel && structures == nullptr && t->K > 1 &&
+        EstimatesPay(*partial)) {
         room->Z = std::make_unique<FixedMatrix>(
             MakeFixedMatrix(Of(criterion.b, t.get()).values, nch, *partial));
         rater.estimate = [=, &criterion](const TraitSubset& subset) {

@@ -51,15 +51,27 @@ void MakeSubset(int size, std::int64_t number, SearchWorker* worker) {
     worker->waiting++;
 }
 
+/// Whether an estimate shows that the subset waiting is not kept. Where it lately did not, as at
+/// the beginning of a search, only one of some subsets is estimated.
+bool IsSettled(const SubsetSearch& search, SearchWorker* worker) {
+    constexpr int kPatience = 2;
+    constexpr int kMostUnestimated = 30;
+    if (!worker->rater.estimate || worker->unestimated-- > 0) return false;
+    const double estimate = worker->rater.estimate(worker->subsets[0]);
+    const bool settled = !MayBeKeptByEstimate(search, estimate, worker->toBeat);
+    worker->unsettled = settled ? 0 : worker->unsettled + 1;
+    worker->unestimated =
+        worker->unsettled > kPatience ? std::min(worker->unsettled, kMostUnestimated) : 0;
+    return settled;
+}
+
 /// Rates those that wait, but for what cannot be kept, and hands them on by take(lane, value).
 template <class Take>
 void RateWaiting(const SubsetSearch& search, SearchWorker* worker, const Take& take) {
     const int count = std::exchange(worker->waiting, 0);
     double values[kMostTogether] = {};
     if (count == 0) return;
-    if (worker->rater.estimate &&
-        !MayBeKeptByEstimate(search, worker->rater.estimate(worker->subsets[0]), worker->toBeat))
-        return;
+    if (IsSettled(search, worker)) return;
     if (!worker->rater.rate({worker->subsets, worker->subsets + count}, values)) return;
     for (int lane = 0; lane < count; lane++) take(lane, values[lane]);
 }

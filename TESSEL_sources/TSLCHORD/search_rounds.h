@@ -17,6 +17,8 @@
 struct SearchWorker {
     SubsetRater rater;
     ValuesToBeat toBeat = {};                        ///< for subsets that are only estimated
+    int unsettled = 0;                               ///< estimates that lately settled nothing
+    int unestimated = 0;                             ///< subsets still to rate without one
     std::unique_ptr<SubsetScreen> screen = nullptr;  ///< null: every subset is rated
     std::vector<std::int64_t> worthRating = {};      ///< room: what the screen tells
     ScopedVector<int> fromZero{nch};                 ///< room: members by their places
