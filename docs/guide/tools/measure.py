@@ -13,8 +13,6 @@ import subprocess
 import sys
 import tempfile
 
-program, table = os.path.realpath(sys.argv[1]), sys.argv[2]
-
 
 def write(path, corner, rows, columns, value):
     with open(path, "w", newline="", encoding="utf-8") as file:
@@ -23,7 +21,7 @@ def write(path, corner, rows, columns, value):
         writer.writerows([row, *(value(i, j) for j in range(len(columns)))] for i, row in enumerate(rows))
 
 
-def make_session(folder, otus, communities, traits):
+def make_session(program, folder, otus, communities, traits):
     """A gradient that every OTU has an optimum on; traits follow the optimum in part."""
     random.seed(otus * communities + traits)
     species = [f"sp{i}" for i in range(otus)]
@@ -36,11 +34,11 @@ def make_session(folder, otus, communities, traits):
           int(i == j % communities or j == i % otus))
     write(f"{folder}/e.csv", "site", sites, ["e1", "e2", "e3", "e4"],
           lambda i, j: f"{(i / communities if j == 0 else 0) + random.gauss(0, 0.1):.4f}")
-    run(folder, "import", "--traits", "b.csv", "--communities", "w.csv", "--environment", "e.csv",
+    run(program, folder, "import", "--traits", "b.csv", "--communities", "w.csv", "--environment", "e.csv",
         "--session", "s", "--force", "--quiet")
 
 
-def run(folder, *arguments):
+def run(program, folder, *arguments):
     """Seconds on the clock, of all cores, and MiB at the peak."""
     start = datetime.datetime.now()
     process = subprocess.Popen([program, *arguments], cwd=folder, stdout=subprocess.DEVNULL)
@@ -61,22 +59,29 @@ MEASURES = [("mantel", n, c) for n, c in
             [(50, 30), (100, 100), (300, 100), (1000, 100), (100, 300), (100, 1000)]]
 MEASURES += [(m, n, c) for m in ("procrustes", "rv") for n, c in [(50, 30), (100, 100), (300, 100)]]
 RANKINGS = [("TE", 10), ("TE", 15), ("XE", 10), ("XE", 13), ("XE.T", 10)]
-rows = []
-with tempfile.TemporaryDirectory() as folder:
-    for measure, otus, communities in MEASURES:
-        make_session(folder, otus, communities, 8)
-        cost = run(folder, "analyse", "s", "--iterations", "1000", "--seed", "1", "--congruence", measure,
-                   "--force", "--quiet")
-        rows.append([f"{measure}-{otus}-{communities}", *cost])
-    for criterion, traits in RANKINGS:
-        make_session(folder, 100, 100, traits)
-        cost = run(folder, "rank", "s", "--criterion", criterion, "--seed", "1", "--force", "--quiet")
-        rows.append([f"rank-{criterion}-{traits}", *cost])
-    make_session(folder, 100, 100, 6)
-    cost = run(folder, "rank", "s", "--criterion", "TE", "--test", "999", "--seed", "1", "--force", "--quiet")
-    rows.append(["test-TE-6", *cost])
-with open(table, "w", newline="", encoding="utf-8") as file:
-    writer = csv.writer(file, lineterminator="\n")
-    writer.writerow(["run", "seconds", "seconds of all cores", "MiB", "date", "machine"])
-    today, machine = datetime.date.today(), model()
-    writer.writerows([name, *(f"{x:.2f}" for x in cost), today, machine] for name, *cost in rows)
+
+
+def main(program, table):
+    rows = []
+    with tempfile.TemporaryDirectory() as folder:
+        for measure, otus, communities in MEASURES:
+            make_session(program, folder, otus, communities, 8)
+            cost = run(program, folder, "analyse", "s", "--iterations", "1000", "--seed", "1", "--congruence", measure,
+                       "--force", "--quiet")
+            rows.append([f"{measure}-{otus}-{communities}", *cost])
+        for criterion, traits in RANKINGS:
+            make_session(program, folder, 100, 100, traits)
+            cost = run(program, folder, "rank", "s", "--criterion", criterion, "--seed", "1", "--force", "--quiet")
+            rows.append([f"rank-{criterion}-{traits}", *cost])
+        make_session(program, folder, 100, 100, 6)
+        cost = run(program, folder, "rank", "s", "--criterion", "TE", "--test", "999", "--seed", "1", "--force", "--quiet")
+        rows.append(["test-TE-6", *cost])
+    with open(table, "w", newline="", encoding="utf-8") as file:
+        writer = csv.writer(file, lineterminator="\n")
+        writer.writerow(["run", "seconds", "seconds of all cores", "MiB", "date", "machine"])
+        today, machine = datetime.date.today(), model()
+        writer.writerows([name, *(f"{x:.2f}" for x in cost), today, machine] for name, *cost in rows)
+
+
+if __name__ == "__main__":
+    main(os.path.realpath(sys.argv[1]), sys.argv[2])
