@@ -162,6 +162,7 @@ export function dataView(root, description, onData) {
       .filter((table) => placeOf(table) >= 0)
       .sort((one, other) => placeOf(one) - placeOf(other));
     const alert = h("div", { class: "alert", role: "alert" }, failure);
+    form.reveal(failure);
     if (named) {
       const place = cards.querySelector(`#card-${named[0]}`);
       place.classList.add("bad");

@@ -137,7 +137,7 @@ function fieldOf(option, id, context) {
  * The form of a command. `first` names the options that everybody looks at, the others stand
  * behind "More settings"; `without` those that the page settles. `context`: names (of list options'
  * items), meanings (of words), offered (files to choose from), addFile. `read` gives the arguments
- * that differ from the defaults.
+ * that differ from the defaults; `reveal` unfolds the options that a message names.
  */
 export function commandForm(command, { first, without, context, more = "More settings" }) {
   const options = command.options.filter(({ name, setting }) => setting && !without.includes(name));
@@ -161,5 +161,14 @@ export function commandForm(command, { first, without, context, more = "More set
     ahead.length > 0 ? form(ahead) : null,
     behind.length > 0 ? h("details", {}, h("summary", {}, more), form(behind)) : null,
   );
-  return { element, read: () => [...fields.values()].flatMap((field) => field.read()) };
+  return {
+    element,
+    read: () => [...fields.values()].flatMap((field) => field.read()),
+    reveal: (message) => {
+      for (const [, name] of message.matchAll(/--([a-z]+(?:-[a-z]+)*)/g)) {
+        const folded = fields.get(name)?.element.closest("details");
+        if (folded) folded.open = true;
+      }
+    },
+  };
 }

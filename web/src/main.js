@@ -10,6 +10,7 @@ const byId = (id) => document.getElementById(id);
 
 function showResult(description, command, outcome, data) {
   byId("results").hidden = false;
+  byId("stale").hidden = true;
   resultsView(byId("results-view"), { command, outcome, data, description });
   byId("results-title").focus({ preventScroll: true });
   const calm = window.matchMedia("(prefers-reduced-motion: reduce)").matches;
@@ -25,6 +26,9 @@ function takeData(description, data) {
   );
 }
 
+byId("settings-view").addEventListener("input", () => {
+  byId("stale").hidden = false;
+});
 byId("version").textContent = DESCRIPTION.version;
 dataView(byId("data-view"), DESCRIPTION, (data) => takeData(DESCRIPTION, data));
 document.documentElement.dataset.ready = "page";

@@ -184,6 +184,9 @@ for (const { what, tables, beside } of WRONG_TABLES) {
     await alert.waitFor();
     assert.equal(await alert.textContent(), native.errors.replace(/^TESSEL: /gm, "").trim());
     assert.ok(await page.locator("#settings").isHidden());
+    for (const [, option] of native.errors.matchAll(/--(drop-[a-z]+)/g)) {
+      assert.ok(await page.locator(`#import-${option}`).isVisible());
+    }
     await page.close();
   });
 }
@@ -201,6 +204,12 @@ test("cancel in the middle, and run again", async () => {
   await page.getByLabel("Iterations", { exact: true }).fill("99");
   await run(page);
   assert.equal(await page.locator(".statistics tbody tr").count(), 11);
+  const stale = page.getByText("results of the former settings");
+  assert.ok(await stale.isHidden());
+  await page.getByLabel("Iterations", { exact: true }).fill("199");
+  assert.ok(await stale.isVisible());
+  await run(page);
+  assert.ok(await stale.isHidden());
   await page.close();
 });
 
