@@ -40,12 +40,12 @@ std::string PlaceOf(const PartSettings& settings, const SettingsEntry& entry) {
 }
 
 /// The setting of the name, with one value.
-const SettingsEntry& EntryOf(const PartSettings& settings, const std::string& key) {
+const SettingsEntry& EntryOf(const PartSettings& settings, std::string_view key) {
     for (const SettingsEntry& entry : settings.entries)
         if (entry.key == key && entry.values.size() == 1 &&
             entry.table == std::vector<std::string>{"simulate"})
             return entry;
-    FailRun(settings.file + ": has no setting " + key +
+    FailRun(settings.file + ": has no setting " + std::string(key) +
             " of simulate: give folders of tables of 'TESSEL simulate --part'");
 }
 
