@@ -12,6 +12,8 @@
 #   scripts/install-packages.sh aarch64       the same for 64-bit ARM, and qemu
 #   scripts/install-packages.sh compilers     those of Debian 12, for scripts/check-machines.sh
 #   scripts/install-packages.sh lint          clang-format, clang-tidy, shellcheck
+#   scripts/install-packages.sh release       what makes packages and judges them
+#   scripts/install-packages.sh release-check bare systems to try them on, and Wine
 #   scripts/install-packages.sh guide         what builds the guide and checks its words
 set -eu
 
@@ -50,6 +52,8 @@ for purpose in "$@"; do
         g++-11-aarch64-linux-gnu debootstrap dpkg-dev"
       ;;
     lint) more="clang-format clang-tidy shellcheck" ;;
+    release) more="git dpkg-dev lintian" ;;
+    release-check) more="debootstrap perl unzip wine64" ;;
     guide) more="python3 pandoc weasyprint fonts-dejavu-core codespell" ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
   esac
