@@ -1,5 +1,5 @@
 #!/bin/bash
-# Untried by conda-build on the project's machines; its commands were run by hand.
+# Untried on the project's machines, which have no conda.
 # shellcheck disable=SC2086 # flags are many words
 set -euxo pipefail
 "$CC" ${CFLAGS:-} -fPIC -c libcsv/libcsv.c -o libcsv/libcsv.o
