@@ -54,7 +54,9 @@ bool AllFinite(int n, int m, ConstMatrix<T> w) {
 /// The slices, rows of the most cells first; returns how many cells they take.
 std::ptrdiff_t MakeSlices(int n, const int* cells, int slices, int* row, std::ptrdiff_t* start) {
     for (int i = 0; i < slices * kSliceRows; i++) row[i] = i;
-    std::stable_sort(row, row + n, [cells](int a, int b) { return cells[a] > cells[b]; });
+    // No stable_sort: it allocates, and Clang 19 objects to how the library of GCC 12 does so.
+    std::sort(row, row + n,
+              [cells](int a, int b) { return cells[a] != cells[b] ? cells[a] > cells[b] : a < b; });
     for (int i = 0; i < slices; i++)
         start[i + 1] = start[i] + static_cast<std::ptrdiff_t>(
                                       cells[row[static_cast<std::ptrdiff_t>(i) * kSliceRows]]) *
