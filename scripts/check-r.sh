@@ -3,6 +3,8 @@
 # needs the network is left out. An error, a warning or a note fails.
 #   scripts/check-r.sh
 set -euo pipefail
+# Of a machine without a locale too: the tables hold names in UTF-8.
+export LC_ALL=C.UTF-8
 cd "$(dirname "$0")/.."
 root=$PWD
 scripts/install-packages.sh r
