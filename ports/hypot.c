@@ -1,7 +1,8 @@
-/* hypot as the C library of Linux rounds it on a PC: the square root of the sum of squares, corrected
-   once (C. F. Borges, An improved algorithm for hypot(a,b), ACM Transactions on Mathematical Software
-   47, 2021). That of musl, of Windows and of processors that multiply and add in one step differs in
-   the last digit. The eigenanalyses of GSL call it, and all machines are to give the same digits. */
+/* hypot as the C library of Linux rounds it on a PC: the square root of the sum of squares,
+   corrected once (C. F. Borges, An improved algorithm for hypot(a,b), ACM Transactions on
+   Mathematical Software 47, 2021). That of musl, of Windows and of processors that multiply and add
+   in one step differs in the last digit. The eigenanalyses of GSL call it, and all machines are to
+   give the same digits. */
 
 #include <math.h>
 
