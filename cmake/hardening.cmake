@@ -14,6 +14,7 @@ endfunction()
 
 function(tessel_harden_code flag)
   string(MAKE_C_IDENTIFIER "TESSEL_KNOWS${flag}" known)
+  set(CMAKE_REQUIRED_FLAGS "${CMAKE_REQUIRED_FLAGS} -Werror")  # Clang warns of flags of other processors
   check_cxx_compiler_flag("${flag}" ${known})
   if(${known})
     target_compile_options(tessel_flags INTERFACE "${flag}")
