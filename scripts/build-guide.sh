@@ -33,9 +33,10 @@ python3 $tools/pages.py $task build README.md "${pages[@]}" ||
   { echo "The guide differs from the program: scripts/build-guide.sh renews it." >&2; exit 1; }
 
 if [ $task = check ]; then
-  python3 $tools/links.py ./*.md docs/*.md docs/guide/*.md .github/ISSUE_TEMPLATE/*.md r/NEWS.md
+  python3 $tools/links.py ./*.md docs/*.md docs/guide/*.md .github/ISSUE_TEMPLATE/*.md r/NEWS.md \
+    packaging/*.md examples/*/*.md
   codespell --ignore-words $tools/words.txt README.md NEWS.md CONTRIBUTING.md CODE_OF_CONDUCT.md docs \
-    examples/*/README.txt r/vignettes r/R .github
+    packaging examples/*/README.* r/vignettes r/R .github
 fi
 
 mkdir -p build/guide

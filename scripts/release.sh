@@ -48,6 +48,6 @@ scripts/cross-build.sh windows
 pack build-windows ZIP
 git archive --format=tar --prefix="tessel-$version/" HEAD | gzip -9n >"dist/tessel-$version-source.tar.gz"
 sum=$(sha256sum "dist/tessel-$version-source.tar.gz" | cut -d ' ' -f 1)
-sed -e '1,2d' -e "s/sha256 \"0*\"/sha256 \"$sum\"/" packaging/homebrew/tessel.rb >dist/tessel.rb
+sed -e '2,3d' -e "s/sha256 \"0*\"/sha256 \"$sum\"/" packaging/homebrew/tessel.rb >dist/tessel.rb
 (cd dist && sha256sum ./*.deb ./*.gz ./*.zip ./*.rb >SHA256SUMS)
 ls -l dist

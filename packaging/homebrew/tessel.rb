@@ -1,5 +1,6 @@
-# Untried on the project's machines, which have no Homebrew. scripts/release.sh puts the sum of the source
-# in and writes dist/tessel.rb; the address is that of the release's files.
+# Untried on the project's machines, which have no Homebrew.
+# scripts/release.sh puts the sum of the source in and writes dist/tessel.rb; the address is that of the
+# release's files.
 class Tessel < Formula
   desc "Character-based community analysis for ecologists"
   homepage "https://tessel.invalid/"
