@@ -35,8 +35,13 @@ if [ "${1:-}" = --deb ]; then
   exit
 fi
 
-git diff --quiet HEAD || { echo "release.sh: there are changes that are not checked in" >&2; exit 1; }
+[ -z "$(git status --porcelain)" ] ||
+  { echo "release.sh: there are changes that are not checked in" >&2; exit 1; }
 version=$(sed -n 's/^project(TESSEL VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+for file in CITATION.cff NEWS.md docs/TESSEL.1 r/DESCRIPTION r/inst/CITATION packaging/README.md \
+  packaging/apptainer/tessel.def packaging/conda/meta.yaml packaging/homebrew/tessel.rb; do
+  grep -qF "$version" "$file" || { echo "release.sh: $file is not of version $version" >&2; exit 1; }
+done
 rm -rf dist
 mkdir dist
 build build-release/program
