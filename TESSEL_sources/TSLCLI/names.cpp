@@ -157,7 +157,7 @@ void WriteNames(const std::string& session, const FullNames& names) {
 }
 
 FullNames ReadNames(const std::string& session) {
-    const FullNames inMemory = LabelsInMemory();
+    FullNames inMemory = LabelsInMemory();
     if (!IsThere(TableOf(session))) return inMemory;
     const DelimitedTable table = ReadDelimitedTable(TableOf(session));
     constexpr std::size_t kColumns = 3;  // behind the kind
