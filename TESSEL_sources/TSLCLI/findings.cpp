@@ -133,6 +133,7 @@ bool HasMissingValue(const float* const* table, int rows, int column) {
 void FindInColumns(Lines* lines, const std::string& what, const Names& names,
                    const float* const* table, int rows, const int* kinds) {
     std::vector<std::vector<float>> distinct;
+    distinct.reserve(names.size());
     for (int k = 0; k < static_cast<int>(names.size()); k++)
         distinct.push_back(Distinct(table, rows, k));
     const auto isCoded = [&](int k) {

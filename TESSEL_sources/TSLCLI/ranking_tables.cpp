@@ -101,7 +101,7 @@ std::vector<double> TestRanking(const RankingResults& results, int permutations,
                     if (null) null->Add(values);
                 }};
     checkpoint->Follow(&run);
-    const std::vector<double> probabilities = TestSearch(results.values, results.keeping, run);
+    std::vector<double> probabilities = TestSearch(results.values, results.keeping, run);
     if (!null) return probabilities;
     null->Finish();
     Names header = {"size"};

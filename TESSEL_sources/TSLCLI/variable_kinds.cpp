@@ -109,6 +109,7 @@ void TakeNumbers(const Column& column, const ToldKind* told, Variable* variable)
 void WarnOfLostDifferences(const Column& column) {
     const std::vector<float> numbers = Distinct(column, column.numbers);
     std::vector<float> kept;
+    kept.reserve(numbers.size());
     for (const float number : numbers)
         kept.push_back(std::strtof(NumberText(static_cast<double>(number)).c_str(), nullptr));
     const auto left = std::unique(kept.begin(), kept.end()) - kept.begin();
