@@ -319,7 +319,7 @@ void AddAnalysisOptions(CLI::App& command, AnalysisKind kind, AnalysisOptions* o
         .Words("--beals-target", &o->bealsTarget, kYesNo, "Beals smoothing uses the OTU itself")
         .Number("--predictor-limit", &o->predictorLimit, 1.0, double{FLT_MAX},
                 "1 to 3.4028234663852886e+38",
-                "Regressions under procrustes and rv take at most n / this predictors")
+                "Regressions under procrustes and rv take at most (n - 2) / this predictors")
         .Number("--digits", &o->digits, 1, INT_MAX, "1 to 2147483647",
                 "Significant digits of the text file")
         .For({kAnalysis, kSimulation})

@@ -41,11 +41,12 @@ Names TraitsInUse(const FullNames& names) {
     return Picked(names.traits, PlacesInUse());
 }
 
-ScopedMatrix<double> AveragesInUse(const ScalingUpMatrices& m) {
+/// Columns of T.
+ScopedMatrix<double> AveragesInUse(ConstMatrix<double> all) {
     const std::vector<int> places = PlacesInUse();
     ScopedMatrix<double> T(ncsm, static_cast<std::ptrdiff_t>(places.size()));
     for (int i = 0; i < ncsm; i++)
-        for (std::size_t k = 0; k < places.size(); k++) T[i][k] = m.T[i][places[k]];
+        for (std::size_t k = 0; k < places.size(); k++) T[i][k] = all[i][places[k]];
     return T;
 }
 
@@ -91,7 +92,7 @@ AnalysisReceiver AnalysisTables::Receiver() {
     AnalysisReceiver receiver;
     receiver.averages = [this](const ScalingUpMatrices& m) {
         WriteMatrix<double>(folder_.Table("T.csv"), kCommunity, names_.communities,
-                            TraitsInUse(names_), AveragesInUse(m));
+                            TraitsInUse(names_), AveragesInUse(m.T));
     };
     receiver.matrices = [this](const ScalingUpMatrices& m) {
         WriteMatrices(m);
@@ -99,7 +100,10 @@ AnalysisReceiver AnalysisTables::Receiver() {
         WriteResemblances(m);
     };
     receiver.arrangement = [this](const Test& test) { AddArrangement(test); };
-    receiver.tested = [this](const Test& test) { WriteStatistics(test); };
+    receiver.tested = [this](const Test& test) {
+        WriteOrdinationOfT(test);
+        WriteStatistics(test);
+    };
     return receiver;
 }
 
@@ -107,7 +111,7 @@ void AnalysisTables::WriteMatrices(const ScalingUpMatrices& m) {
     const Names types = TypeNames(names_, typeWords_);
     const bool isFuzzy = fuzzy == kFuzzyTypes;
     WriteMatrix<double>(folder_.Table("TNormalised.csv"), kCommunity, names_.communities,
-                        TraitsInUse(names_), AveragesInUse(m));
+                        TraitsInUse(names_), AveragesInUse(m.T));
     WriteMatrix<double>(folder_.Table("X.csv"), kCommunity, names_.communities, types,
                         isFuzzy ? m.X : m.XCrisp);
     WriteMatrix<double>(folder_.Table("U.csv"), kOTU, names_.otus, types, isFuzzy ? m.U : m.C);
@@ -120,23 +124,24 @@ void AnalysisTables::WriteMatrices(const ScalingUpMatrices& m) {
         table.EndRow();
     }
     table.Finish();
-    WriteOrdinations(m, types);
+    const OrdinatedTable composition = {"type", &names_.communities, &types,
+                                        isFuzzy ? m.X : m.XCrisp, false};
+    if (CanOrdinate(composition))
+        WriteOrdination(folder_.Table("ordinationX.csv"), composition, names_.variables);
     if (includePhylogeny == 0) return;
     // The taxa are the types.
     WriteMatrix<double>(folder_.Table("P.csv"), kCommunity, names_.communities, types, m.P);
     WriteMatrix<double>(folder_.Table("Q.csv"), kOTU, names_.otus, types, m.Q);
 }
 
-void AnalysisTables::WriteOrdinations(const ScalingUpMatrices& m, const Names& types) {
+/// Of the T that is compared: that of the report, divided by the sum of each trait, is upside down
+/// where the sum is negative.
+void AnalysisTables::WriteOrdinationOfT(const Test& test) {
     const Names traits = TraitsInUse(names_);
-    const ScopedMatrix<double> T = AveragesInUse(m);
-    const OrdinatedTable byTraits = {"trait", &names_.communities, &traits, T, true};
-    const OrdinatedTable byTypes = {"type", &names_.communities, &types,
-                                    fuzzy == kFuzzyTypes ? m.X : m.XCrisp, false};
-    if (CanOrdinate(byTraits))
-        WriteOrdination(folder_.Table("ordinationT.csv"), byTraits, names_.variables);
-    if (CanOrdinate(byTypes))
-        WriteOrdination(folder_.Table("ordinationX.csv"), byTypes, names_.variables);
+    const ScopedMatrix<double> T = AveragesInUse(test.outT);
+    const OrdinatedTable table = {"trait", &names_.communities, &traits, T, true};
+    if (CanOrdinate(table))
+        WriteOrdination(folder_.Table("ordinationT.csv"), table, names_.variables);
 }
 
 void AnalysisTables::WriteCommunities(const ScalingUpMatrices& m) {

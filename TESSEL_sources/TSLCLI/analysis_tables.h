@@ -32,7 +32,7 @@ class AnalysisTables {
     using Test = PermTest_FunctionalPhyl_Correl_Input;
 
     void WriteMatrices(const ScalingUpMatrices& m);
-    void WriteOrdinations(const ScalingUpMatrices& m, const std::vector<std::string>& types);
+    void WriteOrdinationOfT(const Test& test);
     void WriteCommunities(const ScalingUpMatrices& m);
     void WriteResemblances(const ScalingUpMatrices& m);
     void WriteStatistics(const Test& test);

@@ -123,6 +123,28 @@ std::vector<float> Distinct(const float* const* table, int rows, int column) {
     return values;
 }
 
+/// Of one trait or variable.
+bool IsBelowZero(const float* const* table, int rows, int column) {
+    const std::vector<float> values = Distinct(table, rows, column);
+    return !values.empty() && values.back() < 0;
+}
+
+constexpr const char* kRangeUpToZero =
+    "their range counts up to 0; add a constant that makes them positive";
+
+/// Whether the values of a trait have no sum to divide by, but for rounding, or a negative one.
+bool HasNoPositiveSum(int trait) {
+    constexpr double kRounding = 1e-5;
+    double sum = 0, magnitude = 0;
+    for (int i = 0; i < tcst; i++) {
+        const double x = csm_Float[i][trait];
+        if (IsMissing(x)) continue;
+        sum += x;
+        magnitude += std::abs(x);
+    }
+    return magnitude > 0 && sum < kRounding * magnitude;
+}
+
 bool HasMissingValue(const float* const* table, int rows, int column) {
     for (int i = 0; i < rows; i++)
         if (IsMissing(table[i][column])) return true;
@@ -167,10 +189,14 @@ void FindInTraits(Lines* lines, const FullNames& names) {
     Add(lines, "quantitative traits with values below 0 only:",
         Where(names.traits,
               [](int k) {
-                  const auto values = Distinct(csm_Float, tcst, k);
-                  return chtype[k] == kIntervalVariable && !values.empty() && values.back() < 0;
+                  return chtype[k] == kIntervalVariable && IsBelowZero(csm_Float, tcst, k);
               }),
-        "their range counts up to 0; add a constant that makes them positive");
+        kRangeUpToZero);
+    Add(lines, "traits whose values sum to less than 0, or to 0 but for rounding:",
+        Where(names.traits, HasNoPositiveSum),
+        "T of the report and of the tables is divided by that sum, and shows them upside down or "
+        "not at all, though the statistics are right; another unit or an added constant makes the "
+        "sum positive, but r(TE) depends on either");
     Add(lines, "OTUs without any trait value:",
         Where(names.otus,
               [](int i) {
@@ -197,6 +223,14 @@ void FindInEnvironment(Lines* lines, const FullNames& names) {
     Add(lines, "environmental variables with missing values:",
         Where(names.variables, [](int v) { return HasMissingValue(env, ncsm, v); }),
         "the environment must be known of every community; leave out the communities");
+    // Beside nominal variables the environment is compared by Gower's index.
+    if (std::find(envVarType, envVarType + nenv, kNominalVariable) != envVarType + nenv)
+        Add(lines, "quantitative environmental variables with values below 0 only:",
+            Where(names.variables,
+                  [](int v) {
+                      return envVarType[v] == kIntervalVariable && IsBelowZero(env, ncsm, v);
+                  }),
+            kRangeUpToZero);
 }
 
 void FindInPhylogeny(Lines* lines, const FullNames& names) {

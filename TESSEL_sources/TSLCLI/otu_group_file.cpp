@@ -34,15 +34,16 @@ std::optional<std::vector<int>> IntegersOf(const std::string& text) {
     return numbers;
 }
 
-/// Fails with the first of the names that is not among the others.
-void RequireAll(const Names& names, const Names& others, const std::string& problem) {
+/// The first of the names that are not among the others, and how many more; empty where there are
+/// none.
+std::string NotAmong(const Names& names, const Names& others) {
     const std::vector<int> places = PlacesAmong(names, others);
     const auto missing = std::find(places.begin(), places.end(), -1);
-    if (missing == places.end()) return;
+    if (missing == places.end()) return "";
     const std::string& name = names[static_cast<std::size_t>(missing - places.begin())];
     const auto count = std::count(missing, places.end(), -1);
-    FailRun(problem + Quoted(name) + NearestTo(name, others) +
-            (count > 1 ? " and " + std::to_string(count - 1) + " more" : ""));
+    return Quoted(name) + NearestTo(name, others) +
+           (count > 1 ? " and " + std::to_string(count - 1) + " more" : "");
 }
 
 /// The words of the only column, in the order of the OTUs.
@@ -52,8 +53,10 @@ Names ReadColumn(const std::string& path, const std::string& what, const Names& 
         FailRun(path + ": " + what + " are one column behind the names of the OTUs, not " +
                 std::to_string(table.columnNames.size()));
     RequireDistinct({path, &table.rowNames}, "row");
-    RequireAll(otus, table.rowNames, path + ": no row for the OTU ");
-    RequireAll(table.rowNames, otus, path + ": the session has no OTU ");
+    const std::string without = NotAmong(otus, table.rowNames);
+    if (!without.empty()) FailRun(path + ": no row for the OTU " + without);
+    const std::string left = NotAmong(table.rowNames, otus);
+    if (!left.empty()) Warn(path + ": rows left aside, for the session has no OTU " + left);
     Names groups;
     std::vector<std::string_view> cells;
     for (const int row : PlacesAmong(otus, table.rowNames)) {

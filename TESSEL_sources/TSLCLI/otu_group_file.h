@@ -11,7 +11,8 @@ struct OTUGroups {
     std::vector<std::string> words;  ///< groups given as words: what 1, 2, ... stand for
 };
 
-/// Groups given as words are numbered in alphabetical order. Fails for OTUs without a group and for
-/// names of no OTU. `what` the groups are, for messages: "types".
+/// Groups given as words are numbered in alphabetical order. Fails for OTUs without a group; rows
+/// of other names, as of OTUs that the session has left out, are told. `what` the groups are, for
+/// messages: "types".
 OTUGroups ReadOTUGroups(const std::string& path, const std::string& what,
                         const std::vector<std::string>& otus);

@@ -17,7 +17,7 @@ extern int countDoubleAbsence;        ///< 1: matching absences in binary traits
 extern bool sqrtDissimOpt_RaoTraits;  ///< square roots of dissimilarities for Rao on traits
 extern bool sqrtDissimOpt_RaoPhyl;    ///< the same on phylogeny
 extern bool BealsIncludeOpt;          ///< target OTU used in Beals smoothing
-extern double overfitFactorPCARegr;   ///< predictors of a PCA regression at most n / this
+extern double overfitFactorPCARegr;   ///< predictors of a PCA regression at most (n - 2) / this
 extern bool twoTailedTestMantel;      ///< two-tailed probabilities of Mantel correlations
 extern int maxComponents;             ///< 6; stored, limits nothing
 // Stored and read back, used by nothing

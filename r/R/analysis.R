@@ -25,7 +25,7 @@
 #' @param double_absence,root_traits,root_phylogeny,beals_target
 #'   `TRUE` or `FALSE`: matching absences count as similarity; square roots of
 #'   dissimilarities for Rao's entropy; Beals smoothing uses the OTU itself.
-#' @param predictor_limit regressions take at most n / this predictors.
+#' @param predictor_limit regressions take at most (n - 2) / this predictors.
 #' @param save_random write all permuted tables (large).
 #' @param folder where report and tables are to stay; `NULL`: they are read and
 #'   taken away.
