@@ -331,11 +331,19 @@ TEST_F(AnalyseCommand, OrdinationsArePrincipalComponents) {
     // A trait less 100 takes the trait's part, though T divided by its negative sum is upside down.
     folder_.Write("t.csv", "OTU,a,low,b\no,1,-99,2\np,2,-98,9\nq,4,-96,5\n");
     folder_.Write("c.csv", "site,o,p,q\ns1,5,1,0\ns2,1,2,3\ns3,0,1,4\ns4,2,2,1\n");
-    ASSERT_EQ(RunCommand("import --traits t.csv --communities c.csv --session low").status, 0);
+    folder_.Write("e.csv", "site,soil,wet\ns1,clay,1\ns2,sand,2\ns3,clay,4\ns4,peat,3\n");
+    ASSERT_EQ(
+        RunCommand("import --traits t.csv --communities c.csv --environment e.csv --session low")
+            .status,
+        0);
     ASSERT_EQ(RunCommand("analyse low --quiet --iterations 1").status, 0);
     const auto rows = CellsOf(folder_.Read("lowTables/ordinationT.csv"));
     for (const std::size_t k : {2, 3})
         EXPECT_NEAR(NumberOf(rows[6][k]), NumberOf(rows[7][k]), 1e-9);
+    ASSERT_EQ(rows.size(), 10U);  // codes of soils have no correlation
+    EXPECT_EQ(rows[9][1], "wet");
+    // Types of one OTU each have its name.
+    EXPECT_EQ(CellsOf(folder_.Read("lowTables/X.csv"))[0], Texts({"community", "o", "p", "q"}));
 }
 
 TEST_F(AnalyseCommand, SettingsRepeatTheRun) {
