@@ -11,7 +11,7 @@
 #   scripts/install-packages.sh windows       mingw-w64, for scripts/cross-build.sh, and wine
 #   scripts/install-packages.sh aarch64       the same for 64-bit ARM, and qemu
 #   scripts/install-packages.sh compilers     those of Debian 12, for scripts/check-machines.sh
-#   scripts/install-packages.sh lint          git, clang-format, clang-tidy, shellcheck
+#   scripts/install-packages.sh lint          clang-format, clang-tidy, shellcheck
 #   scripts/install-packages.sh release       what makes packages and judges them
 #   scripts/install-packages.sh release-check bare systems to try them on, and Wine
 #   scripts/install-packages.sh guide         what builds the guide and checks its words
@@ -51,7 +51,7 @@ for purpose in "$@"; do
       more="g++-11 g++-12 clang-14 clang-15 clang-16 clang-19 libc++-14-dev libc++abi-14-dev
         g++-11-aarch64-linux-gnu debootstrap dpkg-dev"
       ;;
-    lint) more="git clang-format clang-tidy shellcheck" ;;
+    lint) more="clang-format clang-tidy shellcheck" ;;
     release) more="git dpkg-dev lintian" ;;
     release-check) more="debootstrap perl unzip wine64" ;;
     guide) more="python3 pandoc weasyprint fonts-dejavu-core codespell" ;;

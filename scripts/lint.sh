@@ -6,13 +6,14 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-packages.sh build lint
-git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror
-git ls-files '*.sh' .ci/run | xargs shellcheck
+find MXLib TESSEL_sources tests bench fuzz \( -name '*.cpp' -o -name '*.h' \) -print0 |
+  xargs -0 clang-format --dry-run -Werror
+shellcheck .ci/run ./*.sh scripts/*.sh packaging/conda/*.sh r/tools/*.sh
 [ "${1:-}" != --quick ] || exit 0
 
 # clang-tidy reads the commands of a build folder of its own, which knows neither Windows nor MPI. It
 # takes one file at a time: with several its analyzer carries the state of one into the next.
 cmake -S . -B build/lint -DTESSEL_TESTS=OFF -DTESSEL_BENCH=OFF >/dev/null
-git ls-files 'MXLib/*.cpp' 'TESSEL_sources/*.cpp' ':!*/windows/*' ':!*_mpi.cpp' |
-  xargs -n 1 -P "$(scripts/cores.sh)" clang-tidy -p build/lint --quiet 2> >(grep -v 'warnings generated' >&2)
+find MXLib TESSEL_sources -name '*.cpp' ! -path '*/windows/*' ! -name '*_mpi.cpp' -print0 |
+  xargs -0 -n 1 -P "$(scripts/cores.sh)" clang-tidy -p build/lint --quiet 2> >(grep -v 'warnings generated' >&2)
 echo "No finding."
